@@ -1,0 +1,221 @@
+// Files on disk and their names.
+#include "base/files.h"
+
+#include "base/listinput.h"
+#include "base/runtimeerror.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+namespace orv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char separator = static_cast<char>(fs::path::preferred_separator);
+
+// The letters of code page 1252 at 0x80..0x9F as code points; 0 where the page has none. All other bytes are
+// the code point of the same number.
+constexpr std::array<std::uint16_t, 32> pageletters = {
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+[[noreturn]] void failed(errorkind kind, const std::string& path, const std::string& reason) {
+    throw runtimeerror{kind, pagetext(path) + ": " + reason + "."};
+}
+
+[[noreturn]] void notopened(const std::string& path, int reason) {
+    if (reason == ENOENT || reason == ENOTDIR)
+        failed(errorkind::filenotfound, path, "the file was not found");
+    failed(errorkind::fileaccess, path,
+           "the file cannot be opened (" + std::string(std::strerror(reason)) + ")");
+}
+
+struct closefile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using openfile = std::unique_ptr<std::FILE, closefile>;
+
+// The entry of `directory` that has this name, first exactly, then in any letter case; empty when none has.
+std::string entryof(const fs::path& directory, const std::string& name) {
+    std::error_code error;
+    if (fs::exists(directory / name, error)) return name;
+    const std::string wanted = uppercase(name);
+    std::string found;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string candidate = entry->path().filename().string();
+        // Several may differ in case alone: the first in alphabetical order, whatever the disk's order.
+        if (uppercase(candidate) == wanted && (found.empty() || candidate < found)) found = candidate;
+    }
+    return found;
+}
+
+// The path with each of its parts looked up in any letter case; empty when a part is not there.
+std::string foundincase(const std::string& path) {
+    const fs::path asked(path);
+    fs::path here = asked.root_path();
+    for (const fs::path& part : asked.relative_path()) {
+        if (part.empty() || part == "." || part == "..") {
+            here /= part;
+            continue;
+        }
+        const std::string entry = entryof(here.empty() ? fs::path(".") : here, part.string());
+        if (entry.empty()) return {};
+        here /= entry;
+    }
+    return here.string();
+}
+
+} // namespace
+
+filebytes readfile(const std::string& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) failed(errorkind::fileaccess, path, "this is a directory, not a file");
+    const openfile file(std::fopen(path.c_str(), "rb"));
+    if (!file) notopened(path, errno);
+    // The size is a first guess: special files state none, and a file may grow while it is read. One byte
+    // more than stated lets the first read see the end.
+    const auto stated = fs::file_size(path, error);
+    std::size_t room = error ? 65536 : static_cast<std::size_t>(stated) + 1;
+    filebytes bytes{std::make_unique_for_overwrite<char[]>(room), 0};
+    while (const std::size_t got =
+               std::fread(bytes.data.get() + bytes.size, 1, room - bytes.size, file.get())) {
+        bytes.size += got;
+        if (bytes.size < room) continue;
+        room *= 2;
+        auto larger = std::make_unique_for_overwrite<char[]>(room);
+        std::memcpy(larger.get(), bytes.data.get(), bytes.size);
+        bytes.data = std::move(larger);
+    }
+    if (std::ferror(file.get())) failed(errorkind::fileaccess, path, "the file cannot be read");
+    return bytes;
+}
+
+void replacefile(const std::string& path, std::string_view bytes) {
+    std::error_code error;
+    // A link keeps pointing where it did, and the rights of the old file stay.
+    const std::string target = fs::is_symlink(path, error) ? fs::canonical(path, error).string() : path;
+    const std::string fresh = target + ".new";
+    openfile file(std::fopen(fresh.c_str(), "wb"));
+    if (!file) notopened(path, errno);
+    const bool complete = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
+                          std::fflush(file.get()) == 0;
+    const int reason = errno;
+    const bool closed = std::fclose(file.release()) == 0;
+    if (!complete || !closed) {
+        fs::remove(fresh, error);
+        failed(errorkind::fileaccess, path,
+               "the file cannot be written (" + std::string(std::strerror(reason)) + ")");
+    }
+    if (fs::exists(target, error)) fs::permissions(fresh, fs::status(target, error).permissions(), error);
+    fs::rename(fresh, target, error);
+    if (error) {
+        const std::string message = error.message();
+        fs::remove(fresh, error);
+        failed(errorkind::fileaccess, path, "the file cannot be replaced (" + message + ")");
+    }
+}
+
+bool canopen(const std::string& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) return false;
+    return openfile(std::fopen(path.c_str(), "rb")) != nullptr;
+}
+
+std::uint64_t filesize(const std::string& path) {
+    std::error_code error;
+    const auto size = fs::file_size(path, error);
+    if (error) notopened(path, error.value());
+    return size;
+}
+
+std::int64_t filedate(const std::string& path) {
+    std::error_code error;
+    const auto date = fs::last_write_time(path, error);
+    if (error) notopened(path, error.value());
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(date.time_since_epoch()).count();
+}
+
+std::string existingpath(const std::string& path) {
+    std::error_code error;
+    if (path.empty() || fs::exists(path, error)) return path;
+    std::string native = path;
+    for (char& c : native)
+        if (c == '\\') c = separator;
+    if (fs::exists(native, error)) return native;
+    const std::string found = foundincase(native);
+    return found.empty() ? path : found;
+}
+
+std::string joinpath(const std::string& directory, const std::string& name) {
+    return (fs::path(directory) / name).string();
+}
+
+std::string directoryof(const std::string& path) {
+    return fs::path(path).parent_path().string();
+}
+
+std::string filenameof(const std::string& path) {
+    return fs::path(path).filename().string();
+}
+
+std::string pagetext(std::string_view utf8) {
+    std::string page;
+    for (std::size_t at = 0; at < utf8.size();) {
+        const auto lead = static_cast<unsigned char>(utf8[at]);
+        const std::size_t length = lead < 0x80    ? 1
+                                   : lead >= 0xF0 ? 4
+                                   : lead >= 0xE0 ? 3
+                                   : lead >= 0xC0 ? 2
+                                                  : 0;
+        std::uint32_t point = length < 2 ? lead : lead & (0xFFU >> (length + 1));
+        bool whole = length > 0 && at + length <= utf8.size();
+        for (std::size_t i = 1; whole && i < length; ++i) {
+            const auto next = static_cast<unsigned char>(utf8[at + i]);
+            whole = (next & 0xC0U) == 0x80;
+            point = point << 6 | (next & 0x3FU);
+        }
+        char letter = '?';
+        if (whole && (point < 0x80 || (point >= 0xA0 && point <= 0xFF))) {
+            letter = static_cast<char>(point);
+        } else if (whole) {
+            for (std::size_t i = 0; i < pageletters.size(); ++i)
+                if (pageletters[i] == point) letter = static_cast<char>(0x80 + i);
+        }
+        page += letter;
+        at += whole ? length : 1;
+    }
+    return page;
+}
+
+std::string utf8text(std::string_view page) {
+    std::string utf8;
+    for (const char c : page) {
+        std::uint32_t point = static_cast<unsigned char>(c);
+        if (point >= 0x80 && point < 0xA0) {
+            point = pageletters[point - 0x80];
+            if (point == 0) point = '?';
+        }
+        if (point < 0x80) {
+            utf8 += static_cast<char>(point);
+        } else if (point < 0x800) {
+            utf8 += static_cast<char>(0xC0 | point >> 6);
+            utf8 += static_cast<char>(0x80 | (point & 0x3F));
+        } else {
+            utf8 += static_cast<char>(0xE0 | point >> 12);
+            utf8 += static_cast<char>(0x80 | (point >> 6 & 0x3F));
+            utf8 += static_cast<char>(0x80 | (point & 0x3F));
+        }
+    }
+    return utf8;
+}
+
+} // namespace orv

@@ -1,0 +1,56 @@
+// Files on disk and their names. Paths are carried as the file system's own bytes; only showing one, or
+// writing one into a file, turns it into text of the files' code page.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace orv {
+
+// The bytes of a whole file, as the readers take them.
+struct filebytes {
+    std::unique_ptr<char[]> data;
+    std::size_t size = 0;
+
+    operator std::string_view() const { return {data.get(), size}; }
+};
+
+// Reads a whole file. Raises filenotfound, or fileaccess with the system's reason.
+filebytes readfile(const std::string& path);
+
+// Writes a file that replaces any of that name, so that a failure leaves the old one as it was: the bytes
+// go into a file beside it first, which then takes its place. Raises fileaccess.
+void replacefile(const std::string& path, std::string_view bytes);
+
+// Whether the path can be opened for reading as a file. Raises nothing.
+bool canopen(const std::string& path);
+
+// Size in bytes. Raises filenotfound.
+std::uint64_t filesize(const std::string& path);
+
+// Time of the last change, in nanoseconds since an epoch that is the same for all files. Raises
+// filenotfound.
+std::int64_t filedate(const std::string& path);
+
+// The path as it exists on disk: itself when it is there, else the one beside it whose name differs only in
+// letter case, else itself. Backslashes are taken as the platform's separator when the path is not found
+// as it stands.
+std::string existingpath(const std::string& path);
+
+// Directory and name joined by the platform's separator; an empty directory gives the name, an absolute name
+// is itself.
+std::string joinpath(const std::string& directory, const std::string& name);
+
+// What stands before the last separator (empty when there is none), and behind it.
+std::string directoryof(const std::string& path);
+std::string filenameof(const std::string& path);
+
+// Code page 1252 and UTF-8, the file system's encoding. A character that the page has no letter for, and a
+// byte that is no UTF-8, becomes "?".
+std::string pagetext(std::string_view utf8);
+std::string utf8text(std::string_view page);
+
+} // namespace orv

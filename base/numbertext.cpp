@@ -1,0 +1,244 @@
+// Numbers as text and text as numbers.
+#include "base/numbertext.h"
+
+#include "base/runtimeerror.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+namespace orv {
+
+namespace {
+
+constexpr int plainplaces = 7; // digits a number text shows, and the places its plain form may take
+
+// Powers of ten that a double holds exactly.
+constexpr double exactpower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int highestexact = 22;
+constexpr std::uint64_t exactmantissa = std::uint64_t{1} << 53;
+
+// Writes the value's digits in scientific form, `places` of them, and returns the exponent of ten. The
+// library rounds exact ties to even.
+int scientific(double magnitude, int places, char* digits) {
+    char form[800];
+    const auto end =
+        std::to_chars(form, form + sizeof form, magnitude, std::chars_format::scientific, places - 1).ptr;
+    digits[0] = form[0];
+    if (places > 1) std::memcpy(digits + 1, form + 2, static_cast<std::size_t>(places - 1));
+    const char* exponent = form + (places > 1 ? places + 1 : 1) + 1; // behind the e
+    int power = 0;
+    std::from_chars(*exponent == '+' ? exponent + 1 : exponent, end, power);
+    return power;
+}
+
+// Whether the exact value stands halfway between two numbers of `places` digits.
+bool halfway(double magnitude, int places) {
+    char digits[800];
+    scientific(magnitude, places + 1, digits);
+    if (digits[places] != '5') return false;
+    // Most numbers that look like a tie are none, which a few more digits show; all 767 decide the rest.
+    for (const int depth : {places + 12, 767}) {
+        scientific(magnitude, depth, digits);
+        if (digits[places] != '5') return false;
+        for (int i = places + 1; i < depth; ++i)
+            if (digits[i] != '0') return false;
+    }
+    return true;
+}
+
+// Adds one to the last of `count` digits; on a carry out of the first, the digits become 10...0 and the
+// return value is true.
+bool stepup(char* digits, int count) {
+    int i = count - 1;
+    while (i >= 0 && digits[i] == '9') digits[i--] = '0';
+    if (i >= 0) {
+        ++digits[i];
+        return false;
+    }
+    digits[0] = '1';
+    return true;
+}
+
+void dropzeros(decimaldigits& digits) {
+    while (digits.count > 0 && digits.digit[static_cast<std::size_t>(digits.count - 1)] == '0')
+        --digits.count;
+}
+
+bool isdigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+} // namespace
+
+decimaldigits significantdigits(double value, int places) {
+    decimaldigits result;
+    if (value == 0) return result;
+    result.negative = value < 0;
+    const double magnitude = std::fabs(value);
+    char digits[32];
+    int power = scientific(magnitude, places, digits);
+    // The library took the even neighbour of a tie; an odd last digit means that it went up already.
+    if ((digits[places - 1] - '0') % 2 == 0 && halfway(magnitude, places)) {
+        char below[800];
+        scientific(magnitude, places + 1, below);
+        if (std::memcmp(below, digits, static_cast<std::size_t>(places)) == 0 && stepup(digits, places))
+            ++power;
+    }
+    result.count = places;
+    result.point = power + 1;
+    std::memcpy(result.digit.data(), digits, static_cast<std::size_t>(places));
+    dropzeros(result);
+    return result;
+}
+
+decimaldigits roundedto(const decimaldigits& digits, int decimals) {
+    decimaldigits result = digits;
+    const int keep = digits.point + decimals; // digits in front of the cut
+    if (keep >= digits.count) return result;
+    const bool up = keep >= 0 && digits.digit[static_cast<std::size_t>(keep)] >= '5';
+    if (keep <= 0) {
+        // Nothing is left, or the first digit rounds up to one unit of the last place.
+        result.count = up ? 1 : 0;
+        result.digit[0] = '1';
+        result.point = up ? 1 - decimals : 0;
+        return result;
+    }
+    result.count = keep;
+    if (up && stepup(result.digit.data(), keep)) {
+        result.point += 1;
+        result.count = 1;
+    }
+    dropzeros(result);
+    return result;
+}
+
+std::string numbertext(double value) {
+    std::string text;
+    if (std::isnan(value)) return " nan";
+    if (std::isinf(value)) return value > 0 ? " inf" : "-inf";
+    const decimaldigits digits = significantdigits(value, plainplaces);
+    text += digits.negative ? '-' : ' ';
+    if (digits.count == 0) return text + "0";
+    const char* digit = digits.digit.data();
+    const auto count = static_cast<std::size_t>(digits.count);
+    const int zeros = -digits.point; // directly behind the point, when the value is below one
+    if (digits.point > plainplaces || (zeros >= 0 && zeros + digits.count > plainplaces)) {
+        text += digit[0];
+        if (count > 1) text.append(1, '.').append(digit + 1, count - 1);
+        const int power = digits.point - 1;
+        const int size = std::abs(power);
+        text.append(1, 'E').append(1, power < 0 ? '-' : '+');
+        if (size < 10) text += '0';
+        text += std::to_string(size);
+    } else if (zeros >= 0) {
+        text.append(1, '.').append(static_cast<std::size_t>(zeros), '0').append(digit, count);
+    } else {
+        const auto whole = static_cast<std::size_t>(digits.point);
+        if (count <= whole) {
+            text.append(digit, count).append(whole - count, '0');
+        } else {
+            text.append(digit, whole).append(1, '.').append(digit + whole, count - whole);
+        }
+    }
+    return text;
+}
+
+std::string wholetext(std::int64_t value) {
+    return value < 0 ? std::to_string(value) : " " + std::to_string(value);
+}
+
+std::string trimmednumber(double value) {
+    std::string text = numbertext(value);
+    if (text.front() == ' ') text.erase(0, 1);
+    return text;
+}
+
+std::string trimmedwhole(std::int64_t value) {
+    return std::to_string(value);
+}
+
+numberprefix readprefix(std::string_view text) {
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const char* at = begin;
+    const bool negative = at != end && *at == '-';
+    if (at != end && (*at == '-' || *at == '+')) ++at;
+
+    // Mantissa: digits with at most one point among them.
+    const char* const mantissabegin = at;
+    std::uint64_t mantissa = 0;
+    int digits = 0; // significant ones taken into the mantissa
+    int scale = 0;  // power of ten that the mantissa is to be multiplied by
+    bool seen = false;
+    bool point = false;
+    bool cut = false; // the mantissa does not hold every digit
+    for (; at != end; ++at) {
+        const auto d = static_cast<unsigned>(static_cast<unsigned char>(*at) - '0');
+        if (d <= 9) {
+            seen = true;
+            if (digits < 19) {
+                mantissa = mantissa * 10 + d;
+                if (mantissa != 0) ++digits;
+                scale -= point;
+            } else {
+                cut = cut || d != 0;
+                scale += !point;
+            }
+        } else if (*at == '.' && !point) {
+            point = true;
+        } else {
+            break;
+        }
+    }
+    if (!seen) return {};
+    const char* const mantissaend = at;
+
+    // Exponent: only if a digit follows the letter and its sign.
+    int exponent = 0;
+    if (at != end && (*at == 'E' || *at == 'e' || *at == 'D' || *at == 'd')) {
+        const char* ahead = at + 1;
+        const bool down = ahead != end && *ahead == '-';
+        if (ahead != end && (*ahead == '-' || *ahead == '+')) ++ahead;
+        if (ahead != end && isdigit(*ahead)) {
+            for (; ahead != end && isdigit(*ahead); ++ahead)
+                if (exponent < 100000) exponent = exponent * 10 + (*ahead - '0');
+            if (down) exponent = -exponent;
+            at = ahead;
+        }
+    }
+
+    numberprefix result;
+    result.length = static_cast<std::size_t>(at - begin);
+    const int power = scale + exponent;
+    double magnitude = 0;
+    if (mantissa == 0) {
+        magnitude = 0;
+    } else if (!cut && mantissa <= exactmantissa && power >= -highestexact && power <= highestexact) {
+        // Both factors are exact, so that the one rounding of the operation gives the nearest double.
+        magnitude = power < 0 ? static_cast<double>(mantissa) / exactpower[-power]
+                              : static_cast<double>(mantissa) * exactpower[power];
+    } else {
+        std::string plain(mantissabegin, mantissaend);
+        plain.append(1, 'e').append(std::to_string(exponent));
+        const auto parsed = std::from_chars(plain.data(), plain.data() + plain.size(), magnitude);
+        if (parsed.ec == std::errc::result_out_of_range) {
+            result.overflow = digits + power > 0; // else it is too small, which is 0
+            magnitude = 0;
+        }
+    }
+    result.value = negative ? -magnitude : magnitude;
+    return result;
+}
+
+double lenientnumber(std::string_view text) {
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+    const numberprefix prefix = readprefix(text);
+    if (prefix.overflow)
+        throw runtimeerror{errorkind::overflow,
+                           "Overflow: the number " + std::string(text.substr(0, 40)) + " is too large."};
+    return prefix.value;
+}
+
+} // namespace orv

@@ -1,0 +1,64 @@
+// The one RoomModel and its measures.
+#include "room/roommodel.h"
+
+#include "base/arithmetic.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orv {
+
+// Zero at first, so that the large tables take no memory until a model fills them; start-up sets the box.
+roommodel RoomModel;
+
+void resetroom() {
+    RoomModel.faceCount = RoomModel.sourceCount = RoomModel.receiverCount = 0;
+    RoomModel.holeCount = RoomModel.doorCount = RoomModel.rayLineCount = 0;
+    RoomModel.roomMaxX = RoomModel.roomMaxY = RoomModel.roomMaxZ = unsetmax;
+    RoomModel.roomMinX = RoomModel.roomMinY = RoomModel.roomMinZ = unsetmin;
+}
+
+void extendbox(float x, float y, float z) {
+    RoomModel.roomMaxX = std::max(RoomModel.roomMaxX, x);
+    RoomModel.roomMaxY = std::max(RoomModel.roomMaxY, y);
+    RoomModel.roomMaxZ = std::max(RoomModel.roomMaxZ, z);
+    RoomModel.roomMinX = std::min(RoomModel.roomMinX, x);
+    RoomModel.roomMinY = std::min(RoomModel.roomMinY, y);
+    RoomModel.roomMinZ = std::min(RoomModel.roomMinZ, z);
+}
+
+void computecentre() {
+    const auto middle = [](float low, float high) {
+        return single((static_cast<double>(low) + static_cast<double>(high)) / 2);
+    };
+    RoomModel.roomCentreX = middle(RoomModel.roomMinX, RoomModel.roomMaxX);
+    RoomModel.roomCentreY = middle(RoomModel.roomMinY, RoomModel.roomMaxY);
+    RoomModel.roomCentreZ = middle(RoomModel.roomMinZ, RoomModel.roomMaxZ);
+}
+
+float Area(float x1, float y1, float z1, float x2, float y2, float z2, float x3, float y3, float z3) {
+    const double ax = static_cast<double>(x1) - static_cast<double>(x3);
+    const double ay = static_cast<double>(y1) - static_cast<double>(y3);
+    const double az = static_cast<double>(z1) - static_cast<double>(z3);
+    const double bx = static_cast<double>(x2) - static_cast<double>(x3);
+    const double by = static_cast<double>(y2) - static_cast<double>(y3);
+    const double bz = static_cast<double>(z2) - static_cast<double>(z3);
+    const double x = ay * bz - az * by;
+    const double y = az * bx - ax * bz;
+    const double z = ax * by - ay * bx;
+    return single(std::sqrt(x * x + y * y + z * z));
+}
+
+double facesize(std::int32_t face) {
+    const auto& X = RoomModel.faceVertexX;
+    const auto& Y = RoomModel.faceVertexY;
+    const auto& Z = RoomModel.faceVertexZ;
+    const int n = RoomModel.faceVertexCount(face);
+    double size = 0;
+    for (int k = 1; k <= n - 2; ++k)
+        size += static_cast<double>(Area(X(face, k), Y(face, k), Z(face, k), X(face, k + 1), Y(face, k + 1),
+                                         Z(face, k + 1), X(face, n), Y(face, n), Z(face, n)));
+    return size;
+}
+
+} // namespace orv

@@ -1,0 +1,594 @@
+// The sample hall: its faces and materials, its image sources and its diffuse tail.
+#include "samples/hall.h"
+
+#include "base/numbertext.h"
+#include "samples/random.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace orv::samples {
+
+namespace {
+
+constexpr double hallLength = 36; // x
+constexpr double hallWidth = 20;  // y, centred on 0
+constexpr double hallHeight = 12; // z
+
+constexpr double celsius = 20;
+constexpr double humidityPercent = 50;
+
+// Scattered sound cannot be there before the first reflections are; tied to the direct sound so that the
+// slot of the direct sound holds nothing else.
+constexpr double tailGap = 0.005; // s
+
+// Tail energies below this are written as 0: 60 dB below the threshold of hearing.
+constexpr double tailFloor = 1e-6;
+
+// A slot of the tail varies by up to this share of itself, as counts of rays do.
+constexpr double tailRipple = 0.25;
+
+constexpr double earlyLimit = 0.08;
+constexpr double lateralLimit = 0.005;
+constexpr double efficiencyLimit = 0.025;
+
+// Means over all directions of cosine squared and of |cosine|, which the tail brings to the lateral rows.
+constexpr double diffuseSquare = 1.0 / 3;
+constexpr double diffuseCosine = 0.5;
+
+// Rows of the material table that the hall uses.
+enum : int {
+    limePlaster = 12,
+    cofferedCeiling = 15,
+    bondedPanelling = 20,
+    diffusingPanelling = 21,
+    parquet = 25,
+    joistFloor = 26,
+    stageFloor = 27,
+    solidDoor = 28,
+    doubleGlazing = 39,
+    emptySeats = 54,
+    grille = 59
+};
+
+const std::vector<hallmaterial> materials = {
+    {limePlaster,
+     "Lime cement plaster on masonry",
+     {0.016, 0.018, 0.02, 0.02, 0.03, 0.03, 0.04, 0.05, 0.055, 0.06},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
+    {cofferedCeiling,
+     "Plaster ceiling coffered and decorated",
+     {0.098, 0.126, 0.14, 0.1, 0.07, 0.06, 0.06, 0.06, 0.06, 0.06},
+     {0.05, 0.08, 0.12, 0.2, 0.32, 0.45, 0.55, 0.6, 0.62, 0.62}},
+    {bondedPanelling,
+     "Wood panelling 25 mm bonded to masonry",
+     {0.032, 0.036, 0.04, 0.04, 0.05, 0.05, 0.06, 0.06, 0.066, 0.072},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
+    {diffusingPanelling,
+     "Wood panelling profiled for diffusion",
+     {0.105, 0.135, 0.15, 0.12, 0.1, 0.08, 0.08, 0.08, 0.08, 0.08},
+     {0.05, 0.08, 0.12, 0.2, 0.32, 0.45, 0.55, 0.6, 0.62, 0.62}},
+    {parquet,
+     "Wood parquet on concrete",
+     {0.032, 0.036, 0.04, 0.04, 0.07, 0.06, 0.06, 0.07, 0.077, 0.084},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
+    {joistFloor,
+     "Wood floor on joists",
+     {0.105, 0.135, 0.15, 0.11, 0.1, 0.07, 0.06, 0.07, 0.07, 0.07},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
+    {stageFloor,
+     "Stage floor wood over deep cavity",
+     {0.28, 0.36, 0.4, 0.3, 0.2, 0.17, 0.15, 0.1, 0.1, 0.1},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
+    {solidDoor,
+     "Door solid wood",
+     {0.098, 0.126, 0.14, 0.1, 0.06, 0.08, 0.08, 0.08, 0.08, 0.08},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
+    {doubleGlazing,
+     "Double glazing 30 mm gap",
+     {0.105, 0.135, 0.15, 0.05, 0.03, 0.03, 0.02, 0.02, 0.02, 0.02},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
+    {emptySeats,
+     "Seats empty heavily upholstered",
+     {0.432, 0.576, 0.72, 0.79, 0.83, 0.84, 0.83, 0.79, 0.758, 0.727},
+     {0.1, 0.18, 0.3, 0.42, 0.52, 0.6, 0.66, 0.7, 0.7, 0.7}},
+    {grille,
+     "Ventilation grille half open",
+     {0.28, 0.34, 0.4, 0.5, 0.5, 0.5, 0.5, 0.5, 0.5, 0.5},
+     {0.03, 0.04, 0.05, 0.07, 0.1, 0.14, 0.2, 0.25, 0.3, 0.3}},
+};
+
+const std::array<double, bandCount> sourcePowerLevels = {98, 107, 113, 116, 118, 119, 118, 116, 113, 108};
+
+const std::vector<point> sourcePoints = {{5, .4, 2.5}, {2.8, -5.2, 2.5}};
+
+const hallmaterial& materialof(int row) {
+    return *std::find_if(materials.begin(), materials.end(),
+                         [row](const hallmaterial& material) { return material.row == row; });
+}
+
+// Upright or flat rectangles of the box's sides. The two spans run along the side's own directions: y and z
+// of the sides at low and high x, x and z of those at low and high y, x and y of floor and ceiling.
+std::vector<point> sidecorners(int side, double low1, double high1, double low2, double high2) {
+    const double u[] = {low1, high1, high1, low1};
+    const double v[] = {low2, low2, high2, high2};
+    std::vector<point> corners;
+    for (int i = 0; i < 4; ++i) {
+        if (side < 2)
+            corners.push_back({side == 0 ? 0 : hallLength, u[i], v[i]});
+        else if (side < 4)
+            corners.push_back({u[i], side == 2 ? -hallWidth / 2 : hallWidth / 2, v[i]});
+        else
+            corners.push_back({u[i], v[i], side == 4 ? 0 : hallHeight});
+    }
+    return corners;
+}
+
+hallface sideface(int side, int wall, int material, double low1, double high1, double low2, double high2) {
+    return {side, wall, material, sidecorners(side, low1, high1, low2, high2), {}};
+}
+
+void addopening(hallface& face, bool door, int material, double low1, double high1, double low2,
+                double high2) {
+    face.openings.push_back({door, material, sidecorners(face.side, low1, high1, low2, high2)});
+}
+
+hallface drawnface(int wall, int material, std::vector<point> corners) {
+    return {-1, wall, material, std::move(corners), {}};
+}
+
+hallface reflector(double x, double y, double z, double radius, double tilt) {
+    hallface face = drawnface(0, diffusingPanelling, {});
+    for (int i = 0; i < 8; ++i) {
+        // Positions to the millimetre, as drawings have them.
+        const double angle = (i + 0.5) * std::numbers::pi / 4;
+        const double along = std::round(radius * std::cos(angle) * 1000) / 1000;
+        const double across = std::round(radius * std::sin(angle) * 1000) / 1000;
+        face.corners.push_back({x + along, y + across, z + std::round(along * tilt * 1000) / 1000});
+    }
+    return face;
+}
+
+std::vector<hallface> makefaces() {
+    std::vector<hallface> faces;
+    int wall = 0;
+
+    ++wall; // floor
+    faces.push_back(sideface(4, wall, stageFloor, 0, 8, -10, 10));
+    faces.push_back(sideface(4, wall, parquet, 8, 9.5, -10, 10));
+    faces.push_back(sideface(4, wall, emptySeats, 9.5, 33, -9.5, -.75));
+    faces.push_back(sideface(4, wall, emptySeats, 9.5, 33, .75, 9.5));
+    faces.push_back(sideface(4, wall, parquet, 9.5, 33, -.75, .75));
+    faces.push_back(sideface(4, wall, parquet, 9.5, 33, -10, -9.5));
+    faces.push_back(sideface(4, wall, parquet, 9.5, 33, 9.5, 10));
+    faces.push_back(sideface(4, wall, parquet, 33, 36, -10, 10));
+
+    ++wall; // ceiling
+    faces.push_back(sideface(5, wall, diffusingPanelling, 0, 9, -10, 10));
+    faces.push_back(sideface(5, wall, cofferedCeiling, 9, 36, -10, 10));
+    addopening(faces.back(), false, grille, 14, 16, -.5, .5);
+    addopening(faces.back(), false, grille, 21, 23, -.5, .5);
+    addopening(faces.back(), false, grille, 28, 30, -.5, .5);
+
+    ++wall; // behind the platform
+    faces.push_back(sideface(0, wall, bondedPanelling, -10, 10, 0, 5));
+    addopening(faces.back(), true, solidDoor, -8.5, -7.1, 1, 3.2);
+    addopening(faces.back(), true, solidDoor, 7.1, 8.5, 1, 3.2);
+    faces.push_back(sideface(0, wall, diffusingPanelling, -10, 10, 5, 12));
+
+    ++wall; // rear wall
+    faces.push_back(sideface(1, wall, bondedPanelling, -10, 10, 0, 4.5));
+    addopening(faces.back(), true, solidDoor, -6, -4.2, 0, 2.3);
+    addopening(faces.back(), true, solidDoor, 4.2, 6, 0, 2.3);
+    faces.push_back(sideface(1, wall, limePlaster, -10, 10, 4.5, 12));
+    addopening(faces.back(), false, doubleGlazing, -2, 2, 8.8, 10.2);
+
+    for (int side = 2; side < 4; ++side) { // side walls
+        ++wall;
+        faces.push_back(sideface(side, wall, bondedPanelling, 0, 36, 0, 5));
+        addopening(faces.back(), true, solidDoor, 8.2, 9.4, 0, 2.2);
+        faces.push_back(sideface(side, wall, limePlaster, 0, 36, 5, 12));
+        for (const double x : {10., 16., 22., 28.})
+            addopening(faces.back(), false, doubleGlazing, x, x + 1.6, 7.4, 10.6);
+    }
+
+    ++wall; // platform with three steps to the hall
+    faces.push_back(drawnface(wall, joistFloor, {{0, -10, 1}, {8, -10, 1}, {8, 10, 1}, {0, 10, 1}}));
+    faces.push_back(drawnface(wall, bondedPanelling, {{8, -10, 0}, {8, 10, 0}, {8, 10, 1}, {8, -10, 1}}));
+    for (int step = 0; step < 3; ++step) {
+        const double x = 8.9 - .3 * step;
+        const double z = .25 * (step + 1);
+        faces.push_back(drawnface(wall, joistFloor, {{x, 6, z}, {x, 8, z}, {x - .3, 8, z}, {x - .3, 6, z}}));
+    }
+
+    for (const double sign : {-1., 1.}) { // side balconies and their fronts
+        ++wall;
+        const double back = 10 * sign;
+        const double front = 8.5 * sign;
+        faces.push_back(drawnface(wall, joistFloor, {{9, back, 5}, {30, back, 5}, {30, front, 5}, {9, front, 5}}));
+        faces.push_back(
+            drawnface(wall, bondedPanelling, {{9, front, 5}, {30, front, 5}, {30, front, 6}, {9, front, 6}}));
+        faces.push_back(
+            drawnface(wall, bondedPanelling, {{9, back, 5}, {9, front, 5}, {9, front, 6}, {9, back, 6}}));
+    }
+
+    ++wall; // rear balcony: raked seats, soffit, front
+    faces.push_back(drawnface(wall, emptySeats, {{30, -10, 4.6}, {36, -10, 7}, {36, 10, 7}, {30, 10, 4.6}}));
+    faces.push_back(drawnface(wall, limePlaster, {{30, -10, 4.2}, {36, -10, 4.5}, {36, 10, 4.5}, {30, 10, 4.2}}));
+    faces.push_back(drawnface(wall, bondedPanelling, {{30, -10, 4.2}, {30, 10, 4.2}, {30, 10, 5.5}, {30, -10, 5.5}}));
+
+    for (const double y : {-6., 0., 6.}) { // reflectors above the platform, in no wall
+        faces.push_back(reflector(3, y, 9, 1.6, .15));
+        faces.push_back(reflector(6.8, y, 9.6, 1.6, .15));
+    }
+    return faces;
+}
+
+std::vector<point> makereceivers() {
+    std::vector<point> receivers;
+    // Five rows in the stalls, shifted from row to row so that no two distances are alike, and one on the
+    // rear balcony.
+    for (int row = 0; row < 5; ++row)
+        for (const double y : {-8., -4.6, -1.4, 2.7, 6.3})
+            receivers.push_back({11 + 4. * row, y + .2 * row, 1.2});
+    for (const double y : {-8.2, -4.1, .6, 4., 7.4}) receivers.push_back({32.5, y, 6.8});
+    return receivers;
+}
+
+// Area of a plane polygon: half the length of the sum of the cross products of its fan.
+double polygonarea(const std::vector<point>& corners) {
+    point sum;
+    for (std::size_t i = 1; i + 1 < corners.size(); ++i) {
+        const point a{corners[i].x - corners[0].x, corners[i].y - corners[0].y, corners[i].z - corners[0].z};
+        const point b{corners[i + 1].x - corners[0].x, corners[i + 1].y - corners[0].y,
+                      corners[i + 1].z - corners[0].z};
+        sum.x += a.y * b.z - a.z * b.y;
+        sum.y += a.z * b.x - a.x * b.z;
+        sum.z += a.x * b.y - a.y * b.x;
+    }
+    return std::sqrt(sum.x * sum.x + sum.y * sum.y + sum.z * sum.z) / 2;
+}
+
+// Area of each side of the box, and its absorption and scattering by area.
+struct sidefigures {
+    double area = 0;
+    std::array<double, bandCount> absorption{};
+    std::array<double, bandCount> scattering{};
+};
+
+std::array<sidefigures, hallSides> makesides() {
+    std::array<sidefigures, hallSides> sides;
+    const auto add = [&sides](int side, int row, double area) {
+        sidefigures& figures = sides[static_cast<std::size_t>(side)];
+        const hallmaterial& material = materialof(row);
+        figures.area += area;
+        for (std::size_t band = 0; band < bandCount; ++band) {
+            figures.absorption[band] += area * material.absorption[band];
+            figures.scattering[band] += area * material.scattering[band];
+        }
+    };
+    for (const hallface& face : hallfaces()) {
+        if (face.side < 0) continue;
+        double area = polygonarea(face.corners);
+        for (const hallopening& opening : face.openings) {
+            const double open = polygonarea(opening.corners);
+            area -= open;
+            add(face.side, opening.material, open);
+        }
+        add(face.side, face.material, area);
+    }
+    for (sidefigures& figures : sides)
+        for (std::size_t band = 0; band < bandCount; ++band) {
+            figures.absorption[band] /= figures.area;
+            figures.scattering[band] /= figures.area;
+        }
+    return sides;
+}
+
+const std::array<sidefigures, hallSides>& sides() {
+    static const std::array<sidefigures, hallSides> figures = makesides();
+    return figures;
+}
+
+// Absorption or scattering of the whole surface by area.
+double surfacemean(std::array<double, bandCount> sidefigures::* figure, int band) {
+    double sum = 0;
+    double area = 0;
+    for (const sidefigures& side : sides()) {
+        sum += side.area * (side.*figure)[static_cast<std::size_t>(band)];
+        area += side.area;
+    }
+    return sum / area;
+}
+
+// The face of a side that a point of it lies on. All faces of the sides are upright rectangles, so that
+// their extents decide; points on a common edge belong to the first.
+int faceat(int side, const point& at) {
+    constexpr double slack = 1e-9;
+    const std::vector<hallface>& faces = hallfaces();
+    for (std::size_t i = 0; i < faces.size(); ++i) {
+        if (faces[i].side != side) continue;
+        const point& low = faces[i].corners[0];
+        const point& high = faces[i].corners[2];
+        if (at.x >= low.x - slack && at.x <= high.x + slack && at.y >= low.y - slack &&
+            at.y <= high.y + slack && at.z >= low.z - slack && at.z <= high.z + slack)
+            return static_cast<int>(i) + 1;
+    }
+    return 0;
+}
+
+// A coordinate of the unfolded row of mirrored rooms, brought back into the room 0..extent.
+double fold(double unfolded, double extent) {
+    double rest = std::fmod(unfolded, 2 * extent);
+    if (rest < 0) rest += 2 * extent;
+    return rest > extent ? 2 * extent - rest : rest;
+}
+
+// The mirror image of a coordinate in room number `cell` of the unfolded row.
+double unfold(double inside, double extent, int cell) {
+    return cell * extent + (cell % 2 == 0 ? inside : extent - inside);
+}
+
+double seven(double value) {
+    return lenientnumber(numbertext(value));
+}
+
+// The path from a source to the receiver's image in one mirrored room: a straight line there, which folds
+// into the reflected path here.
+hallpath makepath(int receiver, int source, const std::array<int, 3>& cell) {
+    const point& from = hallsources()[static_cast<std::size_t>(source - 1)];
+    const point& to = hallreceivers()[static_cast<std::size_t>(receiver - 1)];
+    const std::array<double, 3> extent = {hallLength, hallWidth, hallHeight};
+    const std::array<double, 3> start = {from.x, from.y + hallWidth / 2, from.z};
+    const std::array<double, 3> end = {to.x, to.y + hallWidth / 2, to.z};
+
+    std::array<double, 3> line{};
+    double square = 0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        line[axis] = unfold(end[axis], extent[axis], cell[axis]) - start[axis];
+        square += line[axis] * line[axis];
+    }
+    const double distance = std::sqrt(square);
+
+    struct crossing {
+        double share; // of the way
+        int side;
+    };
+    std::vector<crossing> crossings;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        // Plane n of the unfolded row is the low side of the room for even n, the high one for odd n.
+        const int first = cell[axis] > 0 ? 1 : cell[axis] + 1;
+        const int last = cell[axis] > 0 ? cell[axis] : 0;
+        for (int plane = first; plane <= last; ++plane)
+            crossings.push_back({(plane * extent[axis] - start[axis]) / line[axis],
+                                 static_cast<int>(axis) * 2 + (plane % 2 == 0 ? 0 : 1)});
+    }
+    std::sort(crossings.begin(), crossings.end(),
+              [](const crossing& a, const crossing& b) { return a.share < b.share; });
+
+    hallpath path;
+    path.source = source;
+    path.time = seven(distance / hallsoundspeed());
+    for (std::size_t band = 0; band < bandCount; ++band)
+        path.energy[band] = std::pow(10, sourcePowerLevels[band] / 10) /
+                            (4 * std::numbers::pi * square) *
+                            std::exp(-airabsorption(static_cast<int>(band)) * distance);
+    for (const crossing& hit : crossings) {
+        const sidefigures& side = sides()[static_cast<std::size_t>(hit.side)];
+        for (std::size_t band = 0; band < bandCount; ++band)
+            path.energy[band] *= (1 - side.absorption[band]) * (1 - side.scattering[band]);
+        std::array<double, 3> at{};
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            at[axis] = fold(start[axis] + hit.share * line[axis], extent[axis]);
+        // On the side exactly, whatever the folding has rounded.
+        const auto across = static_cast<std::size_t>(hit.side / 2);
+        at[across] = hit.side % 2 == 0 ? 0 : extent[across];
+        path.points.push_back({at[0], at[1] - hallWidth / 2, at[2]});
+        path.faces.push_back(faceat(hit.side, path.points.back()));
+    }
+
+    // The ears' line is level and square to the way to the source. A mirrored room turns the direction of
+    // arrival over along its axis.
+    const double awayX = from.x - to.x;
+    const double awayY = from.y - to.y;
+    const double away = std::hypot(awayX, awayY);
+    const double arriveX = (cell[0] % 2 == 0 ? line[0] : -line[0]) / distance;
+    const double arriveY = (cell[1] % 2 == 0 ? line[1] : -line[1]) / distance;
+    path.lateral = std::fabs(arriveY * awayX - arriveX * awayY) / away;
+    return path;
+}
+
+} // namespace
+
+const std::vector<hallmaterial>& hallmaterials() {
+    return materials;
+}
+
+const std::vector<hallface>& hallfaces() {
+    static const std::vector<hallface> faces = makefaces();
+    return faces;
+}
+
+const std::vector<point>& hallsources() {
+    return sourcePoints;
+}
+
+const std::vector<point>& hallreceivers() {
+    static const std::vector<point> receivers = makereceivers();
+    return receivers;
+}
+
+const std::array<double, bandCount>& hallsourcepower() {
+    return sourcePowerLevels;
+}
+
+point halllisteneraim() {
+    return {4, 0, 2.5};
+}
+
+point hallsourceaim() {
+    return {20, 0, 1.2};
+}
+
+double hallvolume() {
+    return hallLength * hallWidth * hallHeight;
+}
+
+double hallmeanfreepath() {
+    double area = 0;
+    for (const sidefigures& side : sides()) area += side.area;
+    return 4 * hallvolume() / area;
+}
+
+double hallsoundspeed() {
+    return 343.2;
+}
+
+double airabsorption(int band) {
+    // ISO 9613-1: equations 3 to 5 and annex B, at one atmosphere.
+    constexpr double reference = 293.15;
+    constexpr double triple = 273.16;
+    const double kelvin = celsius + 273.15;
+    const double ratio = kelvin / reference;
+    const double saturation = std::pow(10, -6.8346 * std::pow(triple / kelvin, 1.261) + 4.6151);
+    const double vapour = humidityPercent * saturation; // molar concentration, percent
+    const double oxygen = 24 + 4.04e4 * vapour * (0.02 + vapour) / (0.391 + vapour);
+    const double nitrogen = std::pow(ratio, -0.5) *
+                            (9 + 280 * vapour * std::exp(-4.170 * (std::pow(ratio, -1. / 3) - 1)));
+    const double frequency = 1000 * std::pow(10, 0.3 * (band - 5));
+    const double square = frequency * frequency;
+    const double decibels =
+        8.686 * square *
+        (1.84e-11 * std::sqrt(ratio) +
+         std::pow(ratio, -2.5) * (0.01275 * std::exp(-2239.1 / kelvin) / (oxygen + square / oxygen) +
+                                  0.1068 * std::exp(-3352.0 / kelvin) / (nitrogen + square / nitrogen)));
+    return decibels * std::numbers::ln10 / 10; // dB per metre to energy per metre
+}
+
+double sideabsorption(int side, int band) {
+    return sides()[static_cast<std::size_t>(side)].absorption[static_cast<std::size_t>(band)];
+}
+
+double sidescattering(int side, int band) {
+    return sides()[static_cast<std::size_t>(side)].scattering[static_cast<std::size_t>(band)];
+}
+
+double halldecaytime(int band) {
+    // Eyring: per mean free path the share 1 - absorption is left.
+    const double perMetre =
+        -std::log(1 - surfacemean(&sidefigures::absorption, band)) / hallmeanfreepath() + airabsorption(band);
+    return 6 * std::numbers::ln10 / (hallsoundspeed() * perMetre);
+}
+
+double tailshare(int band, double time, int order) {
+    const double kept = 1 - surfacemean(&sidefigures::scattering, band);
+    const double reflections = hallsoundspeed() * time / hallmeanfreepath();
+    double term = std::exp(-reflections); // chance of n reflections, none of them scattering
+    double mirrored = term;
+    for (int n = 1; n <= order; ++n) {
+        term *= reflections / n * kept;
+        mirrored += term;
+    }
+    return std::max(0., 1 - mirrored);
+}
+
+std::vector<hallpath> hallpaths(int receiver, int source, int order) {
+    std::vector<hallpath> paths;
+    for (int i = -order; i <= order; ++i)
+        for (int j = -order; j <= order; ++j)
+            for (int k = -order; k <= order; ++k)
+                if (std::abs(i) + std::abs(j) + std::abs(k) <= order)
+                    paths.push_back(makepath(receiver, source, {i, j, k}));
+    std::stable_sort(paths.begin(), paths.end(),
+                     [](const hallpath& a, const hallpath& b) { return a.time < b.time; });
+    return paths;
+}
+
+hallresponse respond(const halloptions& options, int receiver, sourcelist sources) {
+    const double step = static_cast<double>(static_cast<float>(options.timeStep));
+    const int slots = highestslot(options) + 1;
+
+    hallresponse response;
+    response.slotCount = slots;
+    response.imageEnergy.assign(static_cast<std::size_t>(slots) * bandCount, 0.0);
+    std::vector<std::vector<hallpath>> paths;
+    bool found = false;
+    for (const int source : sources) {
+        paths.push_back(hallpaths(receiver, source, options.order));
+        const double delay = paths.back().front().time;
+        response.delay = found ? std::min(response.delay, delay) : delay;
+        found = true;
+    }
+    response.firstSlot = static_cast<int>(response.delay / step);
+    response.energy = response.imageEnergy;
+
+    // Whether a slot counts for a sum is decided by its time from the slot of the direct sound.
+    const auto after = [&](int slot) { return step * (slot - response.firstSlot); };
+    const auto addlateral = [&](int slot, std::size_t band, double energy, double square, double cosine) {
+        const double time = after(slot);
+        if (time >= earlyLimit) return;
+        response.early[band] += energy;
+        if (time < lateralLimit) return;
+        response.lateral5[band] += energy * square;
+        response.cosine5[band] += energy * cosine;
+        if (time >= efficiencyLimit) response.lateral25[band] += energy * square;
+    };
+
+    for (const std::vector<hallpath>& fromOne : paths) {
+        for (const hallpath& path : fromOne) {
+            const int slot = static_cast<int>(path.time / step);
+            if (slot >= slots) continue;
+            for (std::size_t band = 0; band < bandCount; ++band) {
+                const std::size_t cell = static_cast<std::size_t>(slot) * bandCount + band;
+                response.imageEnergy[cell] += path.energy[band];
+                response.energy[cell] += path.energy[band];
+                addlateral(slot, band, path.energy[band], path.lateral * path.lateral, path.lateral);
+            }
+        }
+        const int source = fromOne.front().source;
+        const double begin = fromOne.front().time + tailGap;
+        randomstate random =
+            branch(options.seed, static_cast<std::uint64_t>(receiver), static_cast<std::uint64_t>(source));
+        for (int slot = static_cast<int>(begin / step); slot < slots; ++slot) {
+            const double from = std::max(begin, slot * step);
+            const double length = (slot + 1) * step - from;
+            const double middle = from + length / 2;
+            for (std::size_t band = 0; band < bandCount; ++band) {
+                // A source of power W fills the volume with W c / V per second of its sound, and that decays.
+                const double density =
+                    std::pow(10, sourcePowerLevels[band] / 10) * hallsoundspeed() / hallvolume();
+                const int number = static_cast<int>(band);
+                const double decay = std::exp(-6 * std::numbers::ln10 / halldecaytime(number) * middle);
+                const double ripple = 1 + tailRipple * (2 * nextuniform(random) - 1);
+                const double energy =
+                    density * length * decay * tailshare(number, middle, options.order) * ripple;
+                if (energy < tailFloor) continue;
+                response.energy[static_cast<std::size_t>(slot) * bandCount + band] += energy;
+                addlateral(slot, band, energy, diffuseSquare, diffuseCosine);
+            }
+        }
+    }
+    return response;
+}
+
+int highestslot(const halloptions& options) {
+    const double step = static_cast<double>(static_cast<float>(options.timeStep));
+    return static_cast<int>(std::floor(options.responseLength / step + 0.5));
+}
+
+double criticaltime(const halloptions& options, double meanFreePath, double soundSpeed) {
+    const double beta = static_cast<double>(static_cast<float>(options.beta));
+    if (beta <= 0) return 1e9;
+    const double speed = static_cast<double>(static_cast<float>(soundSpeed));
+    const double time = meanFreePath / 4 / speed * std::sqrt(options.pyramidCount / beta);
+    return static_cast<double>(static_cast<float>(time));
+}
+
+double latefactor(double criticalTime, double time, double alfa) {
+    if (time <= 0) return 1;
+    const double exponent = static_cast<double>(static_cast<float>(alfa));
+    return 1 - std::exp(-std::pow(criticalTime / time, exponent));
+}
+
+} // namespace orv::samples
