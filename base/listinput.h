@@ -72,6 +72,10 @@ float readsingle(listreader& reader);
 std::int16_t readwhole16(listreader& reader);
 std::int32_t readwhole32(listreader& reader);
 
+// A single before a text that is the rest of its line as it stands: behind the number only one blank or comma
+// is taken, and no line end.
+float readsinglebeforetext(listreader& reader);
+
 // What stands behind the first `mark` of a text, or the whole text when it has none, as settings and header
 // values are found.
 std::string_view behindmark(std::string_view text, char mark);

@@ -146,7 +146,8 @@ std::string numbertext(double value) {
 }
 
 std::string wholetext(std::int64_t value) {
-    return value < 0 ? std::to_string(value) : " " + std::to_string(value);
+    std::string text = value < 0 ? "" : " ";
+    return text += std::to_string(value);
 }
 
 std::string trimmednumber(double value) {

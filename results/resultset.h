@@ -43,6 +43,7 @@ extern resultset ResultSet;
 struct impulseresponse {
     std::int32_t slots = 0;                     // per receiver, lastSlot + 1
     std::int32_t receivers = -1;                // highest receiver number, -1 before the first load
+    std::int32_t taken = 0;                     // receivers with storage of their own
     std::vector<std::unique_ptr<float[]>> rows; // by receiver: slots x 12, the band running fastest
 
     // One value, single precision. Raises subscript.
@@ -55,7 +56,7 @@ struct impulseresponse {
 extern impulseresponse ImpulseResponse;
 
 // Begins a new table for receivers 0..`receivers`, all reading as zero and taking no storage. Raises
-// subscript for a negative slot count.
+// subscript without a slot or a receiver, and leaves the former table then.
 void createresponse(std::int32_t slots, std::int32_t receivers);
 
 // Lets the table reach up to `receivers`, keeping its contents.

@@ -41,8 +41,11 @@ constexpr double diffuseCosine = 0.5;
 enum : int {
     limePlaster = 12,
     cofferedCeiling = 15,
+    boards = 17,
+    cavityPanelling = 19,
     bondedPanelling = 20,
     diffusingPanelling = 21,
+    openSlats = 23,
     parquet = 25,
     joistFloor = 26,
     stageFloor = 27,
@@ -61,6 +64,14 @@ const std::vector<hallmaterial> materials = {
      "Plaster ceiling coffered and decorated",
      {0.098, 0.126, 0.14, 0.1, 0.07, 0.06, 0.06, 0.06, 0.06, 0.06},
      {0.05, 0.08, 0.12, 0.2, 0.32, 0.45, 0.55, 0.6, 0.62, 0.62}},
+    {boards,
+     "Gypsum board 2 x 13 mm on studs",
+     {0.105, 0.135, 0.15, 0.1, 0.06, 0.04, 0.04, 0.05, 0.05, 0.05},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
+    {cavityPanelling,
+     "Wood panelling 10 mm over 50 mm cavity",
+     {0.196, 0.252, 0.28, 0.22, 0.17, 0.09, 0.1, 0.11, 0.11, 0.11},
+     {0.02, 0.02, 0.02, 0.03, 0.04, 0.05, 0.06, 0.06, 0.07, 0.07}},
     {bondedPanelling,
      "Wood panelling 25 mm bonded to masonry",
      {0.032, 0.036, 0.04, 0.04, 0.05, 0.05, 0.06, 0.06, 0.066, 0.072},
@@ -69,6 +80,10 @@ const std::vector<hallmaterial> materials = {
      "Wood panelling profiled for diffusion",
      {0.105, 0.135, 0.15, 0.12, 0.1, 0.08, 0.08, 0.08, 0.08, 0.08},
      {0.05, 0.08, 0.12, 0.2, 0.32, 0.45, 0.55, 0.6, 0.62, 0.62}},
+    {openSlats,
+     "Wood slats open over mineral wool",
+     {0.105, 0.18, 0.3, 0.6, 0.85, 0.8, 0.7, 0.6, 0.582, 0.57},
+     {0.03, 0.04, 0.05, 0.07, 0.1, 0.14, 0.2, 0.25, 0.3, 0.3}},
     {parquet,
      "Wood parquet on concrete",
      {0.032, 0.036, 0.04, 0.04, 0.07, 0.06, 0.06, 0.07, 0.077, 0.084},
@@ -172,23 +187,23 @@ std::vector<hallface> makefaces() {
     addopening(faces.back(), false, grille, 28, 30, -.5, .5);
 
     ++wall; // behind the platform
-    faces.push_back(sideface(0, wall, bondedPanelling, -10, 10, 0, 5));
+    faces.push_back(sideface(0, wall, cavityPanelling, -10, 10, 0, 5));
     addopening(faces.back(), true, solidDoor, -8.5, -7.1, 1, 3.2);
     addopening(faces.back(), true, solidDoor, 7.1, 8.5, 1, 3.2);
     faces.push_back(sideface(0, wall, diffusingPanelling, -10, 10, 5, 12));
 
     ++wall; // rear wall
-    faces.push_back(sideface(1, wall, bondedPanelling, -10, 10, 0, 4.5));
+    faces.push_back(sideface(1, wall, cavityPanelling, -10, 10, 0, 4.5));
     addopening(faces.back(), true, solidDoor, -6, -4.2, 0, 2.3);
     addopening(faces.back(), true, solidDoor, 4.2, 6, 0, 2.3);
-    faces.push_back(sideface(1, wall, limePlaster, -10, 10, 4.5, 12));
+    faces.push_back(sideface(1, wall, openSlats, -10, 10, 4.5, 12));
     addopening(faces.back(), false, doubleGlazing, -2, 2, 8.8, 10.2);
 
     for (int side = 2; side < 4; ++side) { // side walls
         ++wall;
         faces.push_back(sideface(side, wall, bondedPanelling, 0, 36, 0, 5));
         addopening(faces.back(), true, solidDoor, 8.2, 9.4, 0, 2.2);
-        faces.push_back(sideface(side, wall, limePlaster, 0, 36, 5, 12));
+        faces.push_back(sideface(side, wall, boards, 0, 36, 5, 12));
         for (const double x : {10., 16., 22., 28.})
             addopening(faces.back(), false, doubleGlazing, x, x + 1.6, 7.4, 10.6);
     }
@@ -206,7 +221,8 @@ std::vector<hallface> makefaces() {
         ++wall;
         const double back = 10 * sign;
         const double front = 8.5 * sign;
-        faces.push_back(drawnface(wall, joistFloor, {{9, back, 5}, {30, back, 5}, {30, front, 5}, {9, front, 5}}));
+        faces.push_back(
+            drawnface(wall, joistFloor, {{9, back, 5}, {30, back, 5}, {30, front, 5}, {9, front, 5}}));
         faces.push_back(
             drawnface(wall, bondedPanelling, {{9, front, 5}, {30, front, 5}, {30, front, 6}, {9, front, 6}}));
         faces.push_back(
@@ -215,8 +231,10 @@ std::vector<hallface> makefaces() {
 
     ++wall; // rear balcony: raked seats, soffit, front
     faces.push_back(drawnface(wall, emptySeats, {{30, -10, 4.6}, {36, -10, 7}, {36, 10, 7}, {30, 10, 4.6}}));
-    faces.push_back(drawnface(wall, limePlaster, {{30, -10, 4.2}, {36, -10, 4.5}, {36, 10, 4.5}, {30, 10, 4.2}}));
-    faces.push_back(drawnface(wall, bondedPanelling, {{30, -10, 4.2}, {30, 10, 4.2}, {30, 10, 5.5}, {30, -10, 5.5}}));
+    faces.push_back(
+        drawnface(wall, limePlaster, {{30, -10, 4.2}, {36, -10, 4.5}, {36, 10, 4.5}, {30, 10, 4.2}}));
+    faces.push_back(
+        drawnface(wall, bondedPanelling, {{30, -10, 4.2}, {30, 10, 4.2}, {30, 10, 5.5}, {30, -10, 5.5}}));
 
     for (const double y : {-6., 0., 6.}) { // reflectors above the platform, in no wall
         faces.push_back(reflector(3, y, 9, 1.6, .15));
@@ -291,15 +309,34 @@ const std::array<sidefigures, hallSides>& sides() {
     return figures;
 }
 
-// Absorption or scattering of the whole surface by area.
-double surfacemean(std::array<double, bandCount> sidefigures::* figure, int band) {
-    double sum = 0;
+double surfacearea() {
     double area = 0;
-    for (const sidefigures& side : sides()) {
-        sum += side.area * (side.*figure)[static_cast<std::size_t>(band)];
-        area += side.area;
+    for (const sidefigures& side : sides()) area += side.area;
+    return area;
+}
+
+// Figures of the whole box by band, worked out once: absorption and scattering by area, and the air.
+struct boxfigures {
+    std::array<double, bandCount> absorption{};
+    std::array<double, bandCount> scattering{};
+    std::array<double, bandCount> air{};
+};
+
+boxfigures makebox() {
+    boxfigures box;
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        for (const sidefigures& side : sides()) {
+            box.absorption[band] += side.area * side.absorption[band] / surfacearea();
+            box.scattering[band] += side.area * side.scattering[band] / surfacearea();
+        }
+        box.air[band] = airabsorption(static_cast<int>(band));
     }
-    return sum / area;
+    return box;
+}
+
+const boxfigures& box() {
+    static const boxfigures figures = makebox();
+    return figures;
 }
 
 // The face of a side that a point of it lies on. All faces of the sides are upright rectangles, so that
@@ -371,9 +408,8 @@ hallpath makepath(int receiver, int source, const std::array<int, 3>& cell) {
     path.source = source;
     path.time = seven(distance / hallsoundspeed());
     for (std::size_t band = 0; band < bandCount; ++band)
-        path.energy[band] = std::pow(10, sourcePowerLevels[band] / 10) /
-                            (4 * std::numbers::pi * square) *
-                            std::exp(-airabsorption(static_cast<int>(band)) * distance);
+        path.energy[band] = std::pow(10, sourcePowerLevels[band] / 10) / (4 * std::numbers::pi * square) *
+                            std::exp(-box().air[band] * distance);
     for (const crossing& hit : crossings) {
         const sidefigures& side = sides()[static_cast<std::size_t>(hit.side)];
         for (std::size_t band = 0; band < bandCount; ++band)
@@ -436,9 +472,7 @@ double hallvolume() {
 }
 
 double hallmeanfreepath() {
-    double area = 0;
-    for (const sidefigures& side : sides()) area += side.area;
-    return 4 * hallvolume() / area;
+    return 4 * hallvolume() / surfacearea();
 }
 
 double hallsoundspeed() {
@@ -454,8 +488,8 @@ double airabsorption(int band) {
     const double saturation = std::pow(10, -6.8346 * std::pow(triple / kelvin, 1.261) + 4.6151);
     const double vapour = humidityPercent * saturation; // molar concentration, percent
     const double oxygen = 24 + 4.04e4 * vapour * (0.02 + vapour) / (0.391 + vapour);
-    const double nitrogen = std::pow(ratio, -0.5) *
-                            (9 + 280 * vapour * std::exp(-4.170 * (std::pow(ratio, -1. / 3) - 1)));
+    const double nitrogen =
+        std::pow(ratio, -0.5) * (9 + 280 * vapour * std::exp(-4.170 * (std::pow(ratio, -1. / 3) - 1)));
     const double frequency = 1000 * std::pow(10, 0.3 * (band - 5));
     const double square = frequency * frequency;
     const double decibels =
@@ -476,13 +510,13 @@ double sidescattering(int side, int band) {
 
 double halldecaytime(int band) {
     // Eyring: per mean free path the share 1 - absorption is left.
-    const double perMetre =
-        -std::log(1 - surfacemean(&sidefigures::absorption, band)) / hallmeanfreepath() + airabsorption(band);
+    const auto at = static_cast<std::size_t>(band);
+    const double perMetre = -std::log(1 - box().absorption[at]) / hallmeanfreepath() + box().air[at];
     return 6 * std::numbers::ln10 / (hallsoundspeed() * perMetre);
 }
 
 double tailshare(int band, double time, int order) {
-    const double kept = 1 - surfacemean(&sidefigures::scattering, band);
+    const double kept = 1 - box().scattering[static_cast<std::size_t>(band)];
     const double reflections = hallsoundspeed() * time / hallmeanfreepath();
     double term = std::exp(-reflections); // chance of n reflections, none of them scattering
     double mirrored = term;
@@ -548,6 +582,13 @@ hallresponse respond(const halloptions& options, int receiver, sourcelist source
         }
         const int source = fromOne.front().source;
         const double begin = fromOne.front().time + tailGap;
+        std::array<double, bandCount> density{};
+        std::array<double, bandCount> rate{};
+        for (std::size_t band = 0; band < bandCount; ++band) {
+            // A source of power W fills the volume with W c / V per second of its sound, and that decays.
+            density[band] = std::pow(10, sourcePowerLevels[band] / 10) * hallsoundspeed() / hallvolume();
+            rate[band] = 6 * std::numbers::ln10 / halldecaytime(static_cast<int>(band));
+        }
         randomstate random =
             branch(options.seed, static_cast<std::uint64_t>(receiver), static_cast<std::uint64_t>(source));
         for (int slot = static_cast<int>(begin / step); slot < slots; ++slot) {
@@ -555,14 +596,10 @@ hallresponse respond(const halloptions& options, int receiver, sourcelist source
             const double length = (slot + 1) * step - from;
             const double middle = from + length / 2;
             for (std::size_t band = 0; band < bandCount; ++band) {
-                // A source of power W fills the volume with W c / V per second of its sound, and that decays.
-                const double density =
-                    std::pow(10, sourcePowerLevels[band] / 10) * hallsoundspeed() / hallvolume();
-                const int number = static_cast<int>(band);
-                const double decay = std::exp(-6 * std::numbers::ln10 / halldecaytime(number) * middle);
                 const double ripple = 1 + tailRipple * (2 * nextuniform(random) - 1);
+                const double share = tailshare(static_cast<int>(band), middle, options.order);
                 const double energy =
-                    density * length * decay * tailshare(number, middle, options.order) * ripple;
+                    density[band] * length * std::exp(-rate[band] * middle) * share * ripple;
                 if (energy < tailFloor) continue;
                 response.energy[static_cast<std::size_t>(slot) * bandCount + band] += energy;
                 addlateral(slot, band, energy, diffuseSquare, diffuseCosine);

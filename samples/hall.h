@@ -58,8 +58,8 @@ struct hallface {
 // shipped settings file.
 struct halloptions {
     std::uint64_t seed = 20240611;
-    double timeStep = 0.002;     // s
-    double responseLength = 2.5; // s
+    double timeStep = 0.002;   // s
+    double responseLength = 3; // s
     double alfa = 0.9;
     double beta = 1;
     double pyramidCount = 32768;
@@ -79,10 +79,10 @@ struct hallpath {
 
 // The true response of one receiver.
 struct hallresponse {
-    double delay = 0;           // of the first direct sound, s
-    int firstSlot = 0;          // its slot
-    int slotCount = 0;          // slots 0..slotCount-1
-    std::vector<double> energy; // slot * 10 + band; re 0 dB = 1
+    double delay = 0;                // of the first direct sound, s
+    int firstSlot = 0;               // its slot
+    int slotCount = 0;               // slots 0..slotCount-1
+    std::vector<double> energy;      // slot * 10 + band; re 0 dB = 1
     std::vector<double> imageEnergy; // the part of it that image sources carry, same shape
 
     // Energy per band for the lateral rows: early (to 80 ms), figure of eight by cosine squared from 5 ms and
@@ -99,8 +99,8 @@ using sourcelist = std::span<const int>;
 
 const std::vector<hallmaterial>& hallmaterials();
 const std::vector<hallface>& hallfaces();
-const std::vector<point>& hallsources();     // two
-const std::vector<point>& hallreceivers();   // thirty
+const std::vector<point>& hallsources();                // two
+const std::vector<point>& hallreceivers();              // thirty
 const std::array<double, bandCount>& hallsourcepower(); // dB re 1 pW per octave band, of either source
 
 // Where listeners look at (the middle of the platform) and where the sources are aimed (the stalls).

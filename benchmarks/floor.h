@@ -1,0 +1,32 @@
+// The floor that readers are measured against: a bare std::from_chars loop over the same bytes in memory.
+#pragma once
+
+#include <charconv>
+#include <chrono>
+#include <string_view>
+
+namespace orv {
+
+inline double secondssince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// All numbers of a text, added up so that none can be left out.
+inline double parseall(std::string_view text) {
+    double sum = 0;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (at != end) {
+        if ((*at < '0' || *at > '9') && *at != '-' && *at != '.') {
+            ++at;
+            continue;
+        }
+        double value = 0;
+        const auto parsed = std::from_chars(at, end, value);
+        sum += value;
+        at = parsed.ptr == at ? at + 1 : parsed.ptr;
+    }
+    return sum;
+}
+
+} // namespace orv

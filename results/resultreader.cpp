@@ -1,0 +1,484 @@
+// The result file. Text, in the files' code page; CR LF or LF. A header of keyed lines, then a block for each
+// receiver, in units of exactly ten characters at the start of each record:
+//
+//   Microphones = 30            keys are the first ten characters of a line, padded with blanks; the value
+//   Time       = 2.5            stands behind the first "=". Other lines are skipped. "Time" and "Precision"
+//   ...                         must stand above the first block.
+//
+//   [Microphone_1]              a block begins with an empty line: its key is CR LF "[Microph". The number
+//                               behind "_" is the receiver.
+//
+//   Format 1.2 and above:                            Below 1.2:
+//   Position = x y z - - -      11 characters, 6     x y z - - -
+//   Direct delay = t            behind "="           ten values of LE
+//   LFC = ten values            6 characters, 10     t
+//   LE  = ten values            6 characters, 10
+//   LF  = ten values            6 characters, 10
+//   one line                    skipped
+//   lastSlot + 1 rows of ten energies, bands 1..10   the same
+//
+// The numbers of a block are free list input, and rows are not checked.
+#include "results/resultreader.h"
+
+#include "base/arithmetic.h"
+#include "base/files.h"
+#include "base/formatpattern.h"
+#include "base/listinput.h"
+#include "base/numbertext.h"
+#include "platform/platform.h"
+#include "response/raypathset.h"
+#include "results/acousticparameters.h"
+#include "results/parameterset.h"
+#include "results/resultset.h"
+#include "results/sourcedescription.h"
+#include "shell/menucommands.h"
+#include "shell/settings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace orv {
+
+namespace {
+
+constexpr std::size_t keylength = 10;
+constexpr std::string_view blockkey = "\r\n[Microph";
+constexpr std::int32_t progressblock = 128; // bytes
+constexpr std::int32_t loggrey = rgb(192, 192, 192);
+constexpr double fulllog = 0.85;     // share of the window's height
+constexpr float defaultspeed = 340;  // m/s
+constexpr float nocorrection = 1E9F; // s, a critical time that no slot reaches
+constexpr double newformat = 1.2;
+constexpr std::size_t positionlabel = 11, rowlabel = 6; // characters in front of the numbers
+constexpr std::int64_t tendays = std::int64_t{10} * 24 * 3600 * 1'000'000'000; // ns
+constexpr int firstvoiceband = 3, lastvoiceband = 9;
+
+constexpr const char* hiddenviews[] = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
+
+// What one load carries from statement to statement. A read that fails leaves these as they were, and the
+// next statement uses them.
+struct loading {
+    listreader file;
+    std::string line;               // the last line read
+    std::int32_t receiver = 0;      // of the present block
+    double value = 0;               // the last number of the rows
+    bool allocated = false;         // ImpulseResponse has been created
+    std::vector<double> correction; // w by slot offset, with the values it was computed from
+    float correctioncritical = 0, correctionalfa = 0, correctionstep = 0;
+    offsettables waves;
+    decaycurve decay;
+};
+
+std::string cutname(const std::string& name, std::size_t count) {
+    if (name.size() < count)
+        throw runtimeerror{errorkind::domain,
+                           pagetext(name) + ": the name is too short for the files beside it."};
+    return name.substr(0, name.size() - count);
+}
+
+void nextline(loading& load) {
+    attempt([&] { load.line = readline(load.file); });
+}
+
+double headervalue(const loading& load) {
+    return lenientnumber(behindmark(load.line, '='));
+}
+
+std::string bandtext(float band) {
+    const std::int32_t entry = whole32(static_cast<double>(band));
+    if (entry < 1 || entry > bandcount) subscriptfailure("band", entry, 1, bandcount);
+    return std::string(bandName[static_cast<std::size_t>(entry)]);
+}
+
+// --- Header keys: what the value sets, and what is printed ---
+
+struct headerkey {
+    std::string_view key;
+    void (*take)(const loading& load);
+    std::string (*message)(const loading& load);
+};
+
+std::string valuemessage(std::string_view label, double value, std::string_view unit) {
+    return std::string(label) + numbertext(value) + std::string(unit);
+}
+
+void takepyramids(const loading& load) {
+    ResultSet.pyramidCount = headervalue(load);
+}
+std::string pyramidmessage(const loading&) {
+    return valuemessage("Nunber of pyramids emitted =", ResultSet.pyramidCount, "");
+}
+
+const headerkey headerkeys[] = {
+    {"Microphone",
+     [](const loading& load) {
+         RoomModel.receiverCount = std::min(whole32(headervalue(load)), highestreceiver);
+     },
+     [](const loading&) { return "Number of Microphones = " + wholetext(RoomModel.receiverCount); }},
+    {"SoundSpeed", // the +1 belongs to the format
+     [](const loading& load) { ResultSet.soundSpeed = single(headervalue(load) + 1); },
+     [](const loading& load) { return valuemessage("Sound Speed           = ", headervalue(load), " m/s"); }},
+    {"First band", [](const loading& load) { ResultSet.firstBand = single(headervalue(load) + 1); },
+     [](const loading&) { return "Lower  frequency band = " + bandtext(ResultSet.firstBand) + "Hz"; }},
+    {"Last band ", [](const loading& load) { ResultSet.lastBand = single(headervalue(load) + 1); },
+     [](const loading&) { return "Higher frequency band = " + bandtext(ResultSet.lastBand) + "Hz"; }},
+    {"Rays gener", takepyramids, pyramidmessage},
+    {"Pyramids t", takepyramids, pyramidmessage},
+    {"Mean free ", [](const loading& load) { ResultSet.meanFreePath = headervalue(load); },
+     [](const loading& load) { return valuemessage("mean Free Path =", headervalue(load), " m"); }},
+    {"Time      ", [](const loading& load) { ResultSet.responseLength = headervalue(load); },
+     [](const loading& load) { return valuemessage("Impulse Response Lenght =", headervalue(load), " s"); }},
+    {"Precision ", [](const loading& load) { ResultSet.timeStep = single(headervalue(load)); },
+     [](const loading&) {
+         return valuemessage("Time Resolution =", static_cast<double>(ResultSet.timeStep) * 1000, " ms");
+     }},
+    {"Format    ", [](const loading& load) { ResultSet.resultFormat = headervalue(load); },
+     [](const loading& load) { return valuemessage("Format =", headervalue(load), ""); }},
+    {"Name      ", [](const loading& load) { ResultSet.sourceName = trimfront(behindmark(load.line, '=')); },
+     nullptr},
+};
+
+void readheader(loading& load, std::string_view key) {
+    const auto* const row = std::find_if(std::begin(headerkeys), std::end(headerkeys),
+                                         [key](const headerkey& known) { return known.key == key; });
+    if (row == std::end(headerkeys)) {
+        attempt([&] { readline(load.file); });
+        return;
+    }
+    nextline(load);
+    attempt([&] { row->take(load); });
+    if (row->message) attempt([&] { platform::logline(row->message(load)); });
+}
+
+// --- Receiver blocks ---
+
+// The next number of a row into load.value, which keeps the last one when the read fails.
+void nextvalue(loading& load) {
+    const numberfield field = tryreadnumber(load.file);
+    if (field.outcome == fieldoutcome::read) load.value = field.value;
+}
+
+// Ten band values and their two sums into a lateral row of the receiver.
+template <class table>
+void readlateral(loading& load, table& target) {
+    double weighted = 0, linear = 0;
+    for (int b = 1; b <= octavebands; ++b) {
+        nextvalue(load);
+        attempt([&] { target(load.receiver, b) = single(load.value); });
+        weighted += load.value * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(b)]);
+        linear += load.value;
+    }
+    attempt([&] { target(load.receiver, weightedband) = single(weighted); });
+    attempt([&] { target(load.receiver, linearband) = single(linear); });
+}
+
+template <class table>
+void clearlateral(const loading& load, table& target) {
+    for (int b = 1; b <= bandcount; ++b) attempt([&] { target(load.receiver, b) = 0; });
+}
+
+// Six numbers: the position and three that are not kept.
+void readposition(loading& load) {
+    float position[6] = {};
+    for (float& coordinate : position) attempt([&] { coordinate = readsingle(load.file); });
+    attempt([&] { RoomModel.receiverX(load.receiver) = position[0]; });
+    attempt([&] { RoomModel.receiverY(load.receiver) = position[1]; });
+    attempt([&] { RoomModel.receiverZ(load.receiver) = position[2]; });
+    // The box grows in x and y only, and its centre stays: wanted so.
+    RoomModel.roomMaxX = std::max(RoomModel.roomMaxX, position[0]);
+    RoomModel.roomMinX = std::min(RoomModel.roomMinX, position[0]);
+    RoomModel.roomMaxY = std::max(RoomModel.roomMaxY, position[1]);
+    RoomModel.roomMinY = std::min(RoomModel.roomMinY, position[1]);
+}
+
+void storedelay(const loading& load, double delay) {
+    const auto& delays = ResultSet.receiverDelay;
+    if (load.receiver >= 0 && static_cast<std::size_t>(load.receiver) < delays.size())
+        ResultSet.receiverDelay[static_cast<std::size_t>(load.receiver)] = delay;
+}
+
+// w = 1 - exp(-((criticalTime / time) ^ alfa)) for every offset of a slot from the first arrival; 1 at 0 and
+// where the formula fails. A criticalTime of 1E9 stands for no correction, whatever alfa is.
+void computecorrection(loading& load, std::int32_t slots) {
+    const bool same = load.correction.size() == static_cast<std::size_t>(slots) &&
+                      load.correctioncritical == ResultSet.criticalTime &&
+                      load.correctionalfa == ResultSet.alfaConstant &&
+                      load.correctionstep == ResultSet.timeStep;
+    if (same) return;
+    load.correction.assign(static_cast<std::size_t>(slots), 1.0);
+    load.correctioncritical = ResultSet.criticalTime;
+    load.correctionalfa = ResultSet.alfaConstant;
+    load.correctionstep = ResultSet.timeStep;
+    if (!(ResultSet.betaConstant > 0)) return;
+    const auto critical = static_cast<double>(ResultSet.criticalTime);
+    const auto alfa = static_cast<double>(ResultSet.alfaConstant);
+    const auto step = static_cast<double>(ResultSet.timeStep);
+    for (std::int32_t t = 1; t < slots; ++t) {
+        const double time = step * t;
+        if (!(time > 0)) continue;
+        const double w = 1 - std::exp(-std::pow(critical / time, alfa));
+        if (std::isfinite(w)) load.correction[static_cast<std::size_t>(t)] = w;
+    }
+}
+
+// Reads the energy rows into `row` (slots x 12), corrected, with their two sums. Returns the slot of the
+// first arrival, -1 when there is none; `direct` takes that slot's energies.
+std::int32_t readenergies(loading& load, float* row, std::int32_t slots, workingsums::bybandindex& direct) {
+    double weights[octavebands];
+    for (std::size_t i = 0; i < octavebands; ++i)
+        weights[i] = static_cast<double>(SessionState.aWeight[i + 1]);
+    std::int32_t arrival = -1;
+    for (std::int32_t t = 0; t < slots; ++t) {
+        float* const e = row + static_cast<std::size_t>(t) * bandcount;
+        const double w = load.correction[static_cast<std::size_t>(arrival < 0 ? t : t - arrival)];
+        double weighted = 0, linear = 0;
+        for (std::size_t i = 0; i < octavebands; ++i) {
+            nextvalue(load);
+            const float stored = static_cast<float>(load.value / w);
+            if (std::isfinite(stored)) e[i] = stored; // a w of 0 fails the division
+            const auto energy = static_cast<double>(e[i]);
+            linear += energy;
+            weighted += energy * weights[i];
+        }
+        const auto store = [](float& target, double sum) {
+            if (std::isfinite(static_cast<float>(sum))) target = static_cast<float>(sum);
+        };
+        store(e[weightedband - 1], weighted);
+        store(e[linearband - 1], linear);
+        if (direct[linearband] == 0 && linear > 0) {
+            arrival = t;
+            for (std::size_t i = 0; i < bandcount; ++i) direct[i + 1] = std::fabs(static_cast<double>(e[i]));
+        }
+    }
+    return arrival;
+}
+
+// Reads the rows past where there is no room for them.
+void skipenergies(loading& load, std::int32_t slots) {
+    for (std::int64_t i = 0; i < std::int64_t{slots} * octavebands && !atend(load.file); ++i) nextvalue(load);
+}
+
+// Slots 0..lastSlot; the highest number that counts them stands for one more, which no machine has room for.
+std::int32_t slotcount() {
+    return ResultSet.lastSlot < std::numeric_limits<std::int32_t>::max() ? ResultSet.lastSlot + 1
+                                                                         : ResultSet.lastSlot;
+}
+
+void readblock(loading& load) {
+    resultset& R = ResultSet;
+    if (!load.allocated) {
+        attempt([&] {
+            R.lastSlot = whole32(Int(quotient(R.responseLength, static_cast<double>(R.timeStep)) + 0.5));
+        });
+        attempt([&] { createresponse(slotcount(), std::max(RoomModel.receiverCount, 0)); });
+        attempt([&] {
+            R.receiverDelay.assign(static_cast<std::size_t>(std::max(RoomModel.receiverCount, 0)) + 1, 0.0);
+        });
+        load.allocated = true;
+    }
+    if (R.betaConstant > 0) {
+        attempt([&] {
+            const double ratio = quotient(R.pyramidCount, static_cast<double>(R.betaConstant));
+            R.criticalTime =
+                single(quotient(R.meanFreePath / 4, static_cast<double>(R.soundSpeed)) * squareroot(ratio));
+        });
+    } else {
+        R.criticalTime = nocorrection;
+    }
+    if (R.firstBand == 0) R.firstBand = 1;
+    if (R.lastBand == 0) R.lastBand = octavebands;
+
+    nextline(load);
+    attempt([&] {
+        const std::size_t mark = load.line.find('_');
+        load.receiver = mark == std::string::npos ? 0 : whole32(lenientnumber(load.line.substr(mark + 1)));
+    });
+    if (load.receiver > RoomModel.receiverCount && load.receiver <= highestreceiver) {
+        RoomModel.receiverCount = load.receiver;
+        attempt([&] { growresponse(load.receiver); });
+        attempt([&] { R.receiverDelay.resize(static_cast<std::size_t>(load.receiver) + 1); });
+    }
+
+    parameterset& P = ParameterSet;
+    if (R.resultFormat >= newformat) {
+        skipcharacters(load.file, positionlabel);
+        readposition(load);
+        nextline(load);
+        attempt([&] { storedelay(load, headervalue(load)); });
+        skipcharacters(load.file, rowlabel);
+        readlateral(load, P.LFC);
+        skipcharacters(load.file, rowlabel);
+        readlateral(load, P.LE);
+        skipcharacters(load.file, rowlabel);
+        readlateral(load, P.LF);
+        nextline(load);
+    } else {
+        readposition(load);
+        readlateral(load, P.LE);
+        clearlateral(load, P.LF);
+        clearlateral(load, P.LFC);
+        attempt([&] { storedelay(load, readnumber(load.file)); });
+    }
+
+    workingsums sums;
+    const std::int32_t slots = slotcount();
+    float* row = nullptr;
+    if (slots == ImpulseResponse.slots) attempt([&] { row = takeresponse(load.receiver); });
+    if (row != nullptr) {
+        computecorrection(load, slots);
+        const std::int32_t arrival = readenergies(load, row, slots, sums.directEnergy);
+        addslots(sums, load.waves, row, slots, arrival, R.timeStep);
+    } else {
+        skipenergies(load, slots);
+    }
+    storeparameters(load.receiver, sums);
+    storemodulation(load.receiver, sums);
+    if (row != nullptr) storedecays(load.receiver, sums, load.decay, row, slots, R.timeStep);
+}
+
+// --- The whole file ---
+
+void readrecords(loading& load) {
+    const double blocks = std::nearbyint(static_cast<double>(load.file.buffer.size()) / progressblock);
+    while (!atend(load.file)) {
+        const std::string key = inp10char(load.file);
+        attempt([&] {
+            const std::size_t position = load.file.position / progressblock;
+            const double percent = Int(quotient(100.0 * static_cast<double>(position), blocks));
+            platform::statustext(2, numbertext(percent) + "%");
+        });
+        platform::yield();
+        if (key == blockkey) {
+            readblock(load);
+        } else {
+            readheader(load, key);
+        }
+        if (platform::logfill() > fulllog) platform::clearlog();
+    }
+}
+
+// The file that sourceName states: as it stands from the current directory, else beside the result.
+std::string sourcepath(const std::string& result) {
+    const std::string stated = utf8text(ResultSet.sourceName);
+    const std::string path = existingpath(stated);
+    return canopen(path) ? path : existingpath(joinpath(directoryof(result), stated));
+}
+
+void loadsource(const std::string& result) {
+    resultset& R = ResultSet;
+    attempt([&] {
+        if (R.sourceName.empty() || R.sourceName == "NONE") return;
+        const std::string path = sourcepath(result);
+        if (filesize(path) > 0) readsourcedescription(path);
+    });
+    if (R.sourcePower(linearband) == 0) {
+        R.sourceName = "NONE";
+        for (int b = 1; b <= octavebands; ++b) R.sourcePower(b) = 110;
+        for (int b = 1; b <= octavebands; ++b) R.sourceDirectivity(b) = 0;
+        R.sourcePower(weightedband) = 114;
+        R.sourcePower(linearband) = 120;
+    }
+}
+
+// The source's levels in the seven bands of speech. The voice correction moves the source's free-field level
+// at 1 m on its axis to 60 dB per band.
+void printsource() {
+    const resultset& R = ResultSet;
+    std::string power = "Lw:", directivity = "DI:", voice = "VC:";
+    for (int b = firstvoiceband; b <= lastvoiceband; ++b) {
+        const auto i = static_cast<std::size_t>(b - firstvoiceband);
+        attempt([&] {
+            SessionState.voiceCorrection[i] = single(60 - ((static_cast<double>(R.sourcePower(b)) - 11) +
+                                                           static_cast<double>(R.sourceDirectivity(b))));
+        });
+        power += formatnumber(R.sourcePower(b), " ###0.0");
+        directivity += formatnumber(R.sourceDirectivity(b), " ###0.0");
+        voice += formatnumber(SessionState.voiceCorrection[i], " ###0.0");
+    }
+    platform::logline("Source Name = " + R.sourceName);
+    platform::logline(power);
+    platform::logline(directivity);
+    platform::logline(voice);
+}
+
+// Tested on the linear column and told from the A-weighted one, on purpose.
+void warnofreverberation() {
+    const double length = 1.5 * ResultSet.lastSlot * static_cast<double>(ResultSet.timeStep);
+    if (!(length < static_cast<double>(ParameterSet.T10(0, linearband)))) return;
+    platform::messagebox("Warning !",
+                         "The reverberation time is quite longer than the lenght of the computed Impulse "
+                         "Responses - It is suggested to repeat the computation with an impulse response "
+                         "lenght (Time) at least of " +
+                             formatnumber(ParameterSet.T10(0, weightedband), "###.# s"),
+                         platform::buttons::ok, platform::icon::exclamation, platform::answer::ok);
+}
+
+} // namespace
+
+void loadresult(const std::string& name) {
+    loading load;
+    std::int32_t former = 0;
+    platform::statustext(1, "Loading data from " + pagetext(name) + " ...");
+    attempt([&] { SessionState.geometryFileName = geometrynameof(name); });
+    ResultSet.soundSpeed = defaultspeed;
+    for (const char* view : hiddenviews) platform::setvisible(view, false);
+    former = platform::background(loggrey);
+    SessionState.selectedPath = SessionState.markedPath = 0;
+    platform::clearlog();
+    platform::logline("Loading " + pagetext(name) + " ....");
+    platform::pointer(platform::shape::wait);
+
+    attempt([] { readsettings(true); });
+    platform::logline(valuemessage("Alfa =", static_cast<double>(ResultSet.alfaConstant), ""));
+    platform::logline(valuemessage("Beta =", static_cast<double>(ResultSet.betaConstant), ""));
+
+    {
+        filebytes bytes;
+        attempt([&] { bytes = readfile(name); });
+        load.file = openlist(bytes, pagetext(name));
+        attempt([&] { ResultSet.listingFileName = listingnameof(name); });
+        readrecords(load);
+    }
+    platform::logline("File Loaded OK!");
+    platform::statustext(1, "Computing parameters ...");
+    platform::statustext(2, "");
+
+    loadsource(name);
+    printsource();
+    storeaverages();
+    warnofreverberation();
+    attempt([] { addroommean(); });
+    if (ResultSet.resultFormat >= newformat) {
+        enablecommand("T_LF", true);
+        enablecommand("T_LFC", true);
+    }
+
+    ResultSet.resultDate = filedate(name);
+    ResultSet.rayFilePresent =
+        attempt([&] { ResultSet.rayFileDate = filedate(existingpath(raypathnameof(name))); });
+    dummyredim();
+    enablecommand("viewraypaths", false);
+
+    platform::pointer(platform::shape::normal);
+    platform::background(former);
+    SessionState.parameterSource = 1;
+}
+
+std::string geometrynameof(const std::string& result) {
+    return cutname(result, 4) + ".RAY";
+}
+
+std::string listingnameof(const std::string& result) {
+    return cutname(result, 3) + "OUT";
+}
+
+std::string raypathnameof(const std::string& result) {
+    return cutname(result, 3) + "@" + result.substr(result.size() - 2);
+}
+
+std::string inp10char(listreader& file) {
+    return readcharacters(file, keylength);
+}
+
+} // namespace orv
