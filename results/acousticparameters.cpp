@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 
 namespace orv {
@@ -194,44 +195,53 @@ void addrun(workingsums& sums, offsettables& tables, const float* row, std::int3
 enum class fitoutcome { fitted, notreached, nofall, toolong, noline };
 
 struct decayfit {
+    double bottom; // dB, the fit's lower end
     fitoutcome outcome = fitoutcome::nofall;
     double seconds = 0;
 };
 
-// The fit of reverb on points that `levelat(i)` gives for 0..last.
+// The fits of reverb that share one upper end, in one walk down the curve; `fits` stand in the order of their
+// lower ends, the highest first. `levelat(i)` gives the points 0..last.
 template <class levels>
-decayfit fitdecay(double top, double bottom, levels levelat, std::int32_t last, std::int32_t n, double step) {
+void fitdecays(double top, std::span<decayfit> fits, levels levelat, std::int32_t last, std::int32_t n,
+               double step) {
     constexpr std::int32_t longest =
         std::numeric_limits<std::int16_t>::max(); // points are counted in 16 bits
-    if (last < 1) return {};
+    const auto endall = [&fits](fitoutcome outcome) {
+        for (decayfit& fit : fits) fit.outcome = outcome;
+    };
+    if (last < 1) return endall(fitoutcome::nofall);
     const double reference = levelat(1); // the second point, not the first
     std::int32_t i = 2;
     for (;; ++i) {
-        if (i > longest) return {fitoutcome::toolong, 0};
-        if (i > last) return {};
+        if (i > longest) return endall(fitoutcome::toolong);
+        if (i > last) return endall(fitoutcome::nofall);
         if (levelat(i) < reference + top) break;
     }
     const std::int32_t start = --i;
     double sumx = 0, sumy = 0, sumxy = 0, sumxx = 0;
-    double y = 0;
-    do {
-        if (i > last) return {};
+    while (!fits.empty()) {
+        if (i > n) return endall(fitoutcome::notreached); // even if the last point fell below
+        if (i > last) return endall(fitoutcome::nofall);
         const double x = (i - start) * step;
-        y = levelat(i) - reference;
+        const double y = levelat(i) - reference;
         sumx += x;
         sumy += y;
         sumxy += x * y;
         sumxx += x * x;
-        if (i == longest) return {fitoutcome::toolong, 0};
+        if (i == longest) return endall(fitoutcome::toolong);
         ++i;
-    } while (i <= n && !(y < bottom));
-    if (i > n) return {fitoutcome::notreached, 0}; // even if the last point fell below
-    const double points = i - start;
-    const double slope = (points * sumxy - sumx * sumy) / (points * sumxx - sumx * sumx);
-    if (!std::isfinite(slope)) return {fitoutcome::noline, 0};
-    SessionState.decaySlope = slope;
-    const double seconds = -60 / slope;
-    return std::isfinite(seconds) ? decayfit{fitoutcome::fitted, seconds} : decayfit{fitoutcome::noline, 0};
+        for (; i <= n && !fits.empty() && y < fits.front().bottom; fits = fits.subspan(1)) {
+            decayfit& fit = fits.front();
+            const double points = i - start;
+            const double slope = (points * sumxy - sumx * sumy) / (points * sumxx - sumx * sumx);
+            fit.outcome = fitoutcome::noline;
+            if (!std::isfinite(slope)) continue;
+            SessionState.decaySlope = slope;
+            fit.seconds = -60 / slope;
+            if (std::isfinite(fit.seconds)) fit.outcome = fitoutcome::fitted;
+        }
+    }
 }
 
 float curvelevel(double energy, float former) {
@@ -355,25 +365,28 @@ void storedecays(std::int32_t r, const workingsums& sums, decaycurve& curve, con
             if (i >= curve.filled) fillcurve(curve, i);
             return static_cast<double>(curve.level[static_cast<std::size_t>(i)]);
         };
-        const auto fit = [&](float& result, double top, double bottom) {
-            const decayfit found =
-                fitdecay(top, bottom, levelat, slots - 1, slots - 1, static_cast<double>(timeStep));
-            if (found.outcome == fitoutcome::notreached) result = 0;
-            if (found.outcome == fitoutcome::fitted) storefinite(result, found.seconds);
+        auto& P = ParameterSet;
+        const auto fit = [&](double top, std::span<decayfit> fits, std::initializer_list<float*> results) {
+            fitdecays(top, fits, levelat, slots - 1, slots - 1, static_cast<double>(timeStep));
+            std::size_t i = 0;
+            for (float* result : results) {
+                const decayfit& found = fits[i++];
+                if (found.outcome == fitoutcome::notreached) *result = 0;
+                if (found.outcome == fitoutcome::fitted) storefinite(*result, found.seconds);
+            }
         };
-        fit(ParameterSet.EDT(r, b), -0.5, -10);
-        fit(ParameterSet.T10(r, b), -5, -15);
-        fit(ParameterSet.T15(r, b), -5, -20);
-        fit(ParameterSet.T20(r, b), -5, -25);
-        fit(ParameterSet.T30(r, b), -5, -35);
+        decayfit early[] = {{-10}}, late[] = {{-15}, {-20}, {-25}, {-35}};
+        fit(-0.5, early, {&P.EDT(r, b)});
+        fit(-5, late, {&P.T10(r, b), &P.T15(r, b), &P.T20(r, b), &P.T30(r, b)});
     });
 }
 
 void reverb(float& result, double top, double bottom, std::span<const float> curve, std::int32_t n,
             double step) {
     const auto last = static_cast<std::int32_t>(curve.size()) - 1;
-    const decayfit found = fitdecay(
-        top, bottom,
+    decayfit found{bottom};
+    fitdecays(
+        top, {&found, 1},
         [curve](std::int32_t i) { return static_cast<double>(curve[static_cast<std::size_t>(i)]); }, last, n,
         step);
     switch (found.outcome) {

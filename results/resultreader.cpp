@@ -232,11 +232,17 @@ std::int32_t readenergies(loading& load, float* row, std::int32_t slots, working
     for (std::int32_t t = 0; t < slots; ++t) {
         float* const e = row + static_cast<std::size_t>(t) * bandcount;
         const double w = load.correction[static_cast<std::size_t>(arrival < 0 ? t : t - arrival)];
+        double values[octavebands];
+        for (double& value : values) {
+            nextvalue(load);
+            value = load.value;
+        }
         double weighted = 0, linear = 0;
         for (std::size_t i = 0; i < octavebands; ++i) {
-            nextvalue(load);
-            const float stored = static_cast<float>(load.value / w);
-            if (std::isfinite(stored)) e[i] = stored; // a w of 0 fails the division
+            const auto stored = static_cast<float>(values[i] / w);
+            e[i] = std::isfinite(stored) ? stored : e[i]; // a w of 0 fails the division
+        }
+        for (std::size_t i = 0; i < octavebands; ++i) {
             const auto energy = static_cast<double>(e[i]);
             linear += energy;
             weighted += energy * weights[i];

@@ -42,11 +42,19 @@ void showcommandentry(std::string_view name, bool visible);
 bool ischecked(std::string_view name);
 bool isenabled(std::string_view name); // by the rules, whether or not it has a routine
 
-// Whether the window may offer it: enabled by the rules and with a routine behind it.
+// Whether the window may offer it: enabled by the rules, with a routine behind it, and not suspended.
 bool isoffered(const menucommand& row);
 
 // Runs the command's routine as a click on its entry does; nothing when it is not offered.
 void runcommand(std::string_view name);
+
+// While a long job runs that nothing may disturb, no command is offered but FQuit and the Help menu; the
+// rules' states can change meanwhile. Tells the window system about every row.
+void suspendcommands(bool now);
+bool commandssuspended();
+
+// Turns autoRedraw on or off, with the caption of Redisplay and the mark of AutRed.
+void toggleautoredraw();
 
 // Puts every row back to its state at the start of the program (start-up and tests).
 void resetcommands();

@@ -1,0 +1,209 @@
+// The file workflows of the main window.
+#include "shell/workflows.h"
+
+#include "base/files.h"
+#include "base/listinput.h"
+#include "base/runtimeerror.h"
+#include "platform/platform.h"
+#include "results/resultreader.h"
+#include "room/geometryreader.h"
+#include "room/geometrywriter.h"
+#include "scene/scenedrawing.h"
+#include "shell/menucommands.h"
+#include "shell/sessionstate.h"
+#include "shell/settings.h"
+
+#include <optional>
+#include <utility>
+
+namespace orv {
+
+namespace {
+
+constexpr const char* roomfilter = "Orvcad Geom.Files (*.ray)|*.ray";
+constexpr const char* resultfilter = "Impulse Resp.Files (*._*)|*._*";
+constexpr const char* roompattern = "*.RAY";
+constexpr const char* resultpattern = "*._*";
+
+constexpr std::string_view roomcommands[] = {"DXFOUT", "FileExport", "ExportCatt", "importrayonresp",
+                                             "Fsave"};
+constexpr std::string_view mapcommands[] = {"MapDoDither2D", "MapDoDither3D", "MapOptions", "RGBOpt",
+                                            "STIopt"};
+constexpr std::string_view contourcommands[] = {"MapDoContour2D", "MapDoContour3D"};
+constexpr std::string_view responsecommands[] = {"ExportWAV", "ViewImpulse"};
+
+// From the dialog to the end of the command. A workflow that runs inside another leaves the pointer and the
+// commands to the outer one.
+struct job {
+    bool outermost = !commandssuspended();
+
+    job() {
+        platform::pointer(platform::shape::wait);
+        if (!outermost) return;
+        suspendcommands(true);
+        platform::setenabled("Redisplay", false);
+    }
+    ~job() {
+        if (!outermost) return;
+        platform::pointer(platform::shape::normal);
+        platform::setenabled("Redisplay", true);
+        suspendcommands(false);
+    }
+    job(const job&) = delete;
+    job& operator=(const job&) = delete;
+};
+
+// What a file dialog gave; nothing when it was cancelled.
+using filedialog = std::string (*)(const platform::filerequest&);
+std::optional<std::string> chosenfile(filedialog ask, const char* title, const char* filter,
+                                      const std::string& proposal) {
+    try {
+        return ask({title, filter, proposal, SessionState.dataDirectory});
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::cancelled) throw;
+        return std::nullopt;
+    }
+}
+
+template <class names>
+void enableall(const names& commands) {
+    for (const std::string_view name : commands) enablecommand(name, true);
+}
+
+// Returns whether a file was chosen.
+bool openroom() {
+    const std::string& present = SessionState.geometryFileName;
+    const auto chosen = chosenfile(platform::askopenfile, "Load a Orvanta CAD File", roomfilter,
+                                   present.empty() ? roompattern : present);
+    if (!chosen) return false;
+    const job running;
+    SessionState.geometryFileName = *chosen;
+    showtitle(*chosen);
+    loadgeometry(*chosen);
+    enableroomcommands();
+    showscene();
+    if (SessionState.parameterSource != 0) {
+        enablemapcommands();
+        enablecommand("ExportWAV", true);
+    }
+    return true;
+}
+
+// The result itself, always from its responses: a parameter file beside it is only looked at. The room's file
+// name becomes that of the file beside the result.
+void openresult(const std::string& name) {
+    SessionState.resultFileName = name;
+    parameterfileusable(name); // raises for a result whose date cannot be read
+    loadresult(name);
+    enableall(responsecommands);
+}
+
+void forgetmaps() {
+    SessionState.gridReady = SessionState.contourReady = 0;
+}
+
+} // namespace
+
+void FLoad() {
+    openroom();
+}
+
+void Fsave() {
+    const auto chosen =
+        chosenfile(platform::asksavefile, "Save a Orvanta CAD File", roomfilter, savedroomproposal());
+    if (!chosen) return;
+    const job running;
+    SessionState.geometryFileName = *chosen;
+    // A point as the first character makes no extension.
+    if (filenameof(*chosen).find('.', 1) == std::string::npos) SessionState.geometryFileName += ".ray";
+    showtitle(SessionState.geometryFileName);
+    savegeometry(SessionState.geometryFileName);
+}
+
+void OpenRes() {
+    const auto chosen = chosenfile(platform::askopenfile, "Load an Impulse Response File and its Geometry",
+                                   resultfilter, resultpattern);
+    if (!chosen) return;
+    const job running;
+    const std::string former = SessionState.geometryFileName;
+    openresult(*chosen);
+    enableroomcommands();
+    enablemapcommands();
+    forgetmaps();
+    const std::string beside = existingpath(geometrynameof(*chosen));
+    if (canopen(beside)) {
+        SessionState.geometryFileName = beside;
+        loadgeometry(beside);
+    } else if (!openroom()) {
+        // The room in memory is still the former one.
+        SessionState.geometryFileName = former;
+    }
+    showtitle(SessionState.geometryFileName);
+    showscene();
+}
+
+void MapLoad() {
+    const auto chosen =
+        chosenfile(platform::askopenfile, "Load an Impulse Response File", resultfilter, resultpattern);
+    if (!chosen) return;
+    const job running;
+    const std::string room = SessionState.geometryFileName;
+    openresult(*chosen);
+    SessionState.geometryFileName = room;
+    enablemapcommands();
+    forgetmaps();
+    showscene();
+}
+
+std::string parameternameof(const std::string& result) {
+    if (result.size() < 3)
+        throw runtimeerror{errorkind::domain, "The name \"" + pagetext(result) +
+                                                  "\" is too short for a parameter file beside it."};
+    std::string name = result;
+    name[name.size() - 3] = '-';
+    return name;
+}
+
+bool parameterfileusable(const std::string& result) {
+    const auto resultdate = filedate(result);
+    std::optional<std::int64_t> parameterdate, settingsdate;
+    attempt([&] { parameterdate = filedate(existingpath(parameternameof(result))); });
+    attempt([&] { settingsdate = filedate(settingsfile()); });
+    return parameterdate && *parameterdate >= resultdate && !(settingsdate && *parameterdate < *settingsdate);
+}
+
+std::string savedroomproposal() {
+    constexpr std::size_t extension = 3;
+    const auto withoutextension = [](const std::string& name) {
+        return name.substr(0, name.size() - extension);
+    };
+    const std::string& room = SessionState.geometryFileName;
+    if (room.size() >= extension && uppercase(room.substr(room.size() - extension)) == "RAY") return room;
+    const std::string& dxf = SessionState.dxfFileName;
+    return dxf.size() < extension ? roompattern : withoutextension(dxf) + "RAY";
+}
+
+void showtitle(const std::string& filename) {
+    std::string title(programname);
+    title += versiontext;
+    platform::windowtitle(filename.empty() ? title : pagetext(filename) + " - " + title);
+}
+
+void showscene() {
+    DrawSurface& picture = platform::picture();
+    if (platform::isvisible("Frame1"))
+        draw3dview(picture, true);
+    else
+        draw2dview(picture, true);
+}
+
+void enableroomcommands() {
+    enableall(roomcommands);
+}
+
+void enablemapcommands() {
+    enableall(mapcommands);
+    if (SessionState.levelStep != 0) enableall(contourcommands);
+}
+
+} // namespace orv

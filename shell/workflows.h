@@ -1,0 +1,43 @@
+// The commands of the File menu that bring a room or a result into the session or write it out: dialog,
+// reader or writer, then menus, title and picture in line with what is now loaded.
+//
+// All show the wait pointer from the dialog to their end, suspend the other commands meanwhile, and leave
+// everything as it was when their dialog is cancelled. What a reader or writer raises passes on to who runs
+// the command.
+#pragma once
+
+#include <string>
+
+namespace orv {
+
+void FLoad();   // "Open Geometry File..."
+void Fsave();   // "Save Geometry File..."
+void OpenRes(); // "Open Imp.Resp.+Geometry files...": asks for the room (FLoad) when none lies beside the
+                // result
+void MapLoad(); // "Open Imp.Resp. file only...": a result over the present room, whose file name stays
+
+// The parameter file beside a result, by position in its name: all but the last three characters, "-", the
+// last two; a parameter file's name gives itself. Raises domain for a name that is too short.
+std::string parameternameof(const std::string& result);
+
+// Whether the parameter file beside a result holds what a load of the result would compute: it is there, and
+// it is older (strictly) neither than the result nor than the settings file, if there is one. Raises
+// filenotfound for a result that is not there.
+bool parameterfileusable(const std::string& result);
+
+// The name that Fsave proposes: the room's file name when it ends in RAY in any case, otherwise the last DXF
+// file name with RAY as its last three characters, otherwise a pattern.
+std::string savedroomproposal();
+
+// The window's title for a file, given as the file system has its name; the program's title alone for none.
+void showtitle(const std::string& filename);
+
+// Draws the scene afresh on the main picture, in 3D when the camera group is shown.
+void showscene();
+
+// Enables the commands that need a room in memory, and those that need parameters (contour maps only with a
+// contour step).
+void enableroomcommands();
+void enablemapcommands();
+
+} // namespace orv

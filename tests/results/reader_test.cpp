@@ -1,0 +1,325 @@
+// The result reader: its format, its order, and what a damaged file leaves.
+#include "response/raypathset.h"
+#include "results/parameterset.h"
+#include "results/resultreader.h"
+#include "tests/results/resulttext.h"
+#include "tests/results/startvalues.h"
+#include "tests/testsupport.h"
+
+#include <algorithm>
+
+namespace orv {
+
+namespace {
+
+struct resultfiles : sessiontest {
+    resulttext file;
+
+    void SetUp() override {
+        clearparameters(10);
+        for (int r = 0; r <= 10; ++r) RoomModel.receiverX(r) = RoomModel.receiverY(r) = 0;
+        setstartvalues();
+        settings("Alfa = 1\r\nBeta = 0\r\n");
+    }
+
+    void settings(const std::string& text) { writetext(inside("orvanta.ini"), text); }
+
+    void load(const std::string& text, const std::string& name = "room._ab") {
+        writetext(inside(name), text);
+        loadresult(inside(name));
+    }
+
+    // The energies of all slots, bands and receivers that a load left, for comparing loads.
+    static std::vector<float> energies() {
+        std::vector<float> all;
+        for (std::int32_t r = 0; r <= ImpulseResponse.receivers; ++r)
+            for (std::int32_t t = 0; t < ImpulseResponse.slots; ++t)
+                for (int b = 1; b <= bandcount; ++b) all.push_back(ImpulseResponse(t, b, r));
+        return all;
+    }
+
+    static bool logged(const std::string& line) {
+        const auto& log = scripted::logtext();
+        return std::find(log.begin(), log.end(), line) != log.end();
+    }
+};
+
+} // namespace
+
+TEST_F(resultfiles, headerKeysFillTheSetAndTheLog) {
+    file.extra = "Comment that nobody reads\r\nName       = speaker.txt\r\n";
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    std::string text = file.text();
+    text.replace(text.find("First band  = 0"), 15, "First band  = 2");
+    load(text);
+    EXPECT_EQ(ResultSet.soundSpeed, 340.0F); // one more than stated
+    EXPECT_EQ(ResultSet.firstBand, 3.0F);
+    EXPECT_EQ(ResultSet.lastBand, 10.0F);
+    EXPECT_EQ(ResultSet.pyramidCount, 1000);
+    EXPECT_EQ(ResultSet.meanFreePath, 4);
+    EXPECT_EQ(ResultSet.timeStep, 0.001F);
+    EXPECT_EQ(ResultSet.lastSlot, 10);
+    EXPECT_EQ(ResultSet.criticalTime, 1E9F); // no correction without beta
+    EXPECT_EQ(ResultSet.receiverDelay.at(1), 0.005);
+    EXPECT_EQ(ResultSet.sourceName, "NONE"); // no such file
+    EXPECT_EQ(ResultSet.sourcePower(weightedband), 114.0F);
+    EXPECT_EQ(SessionState.parameterSource, 1.0F);
+    EXPECT_EQ(filenameof(SessionState.geometryFileName), "room.RAY");
+    EXPECT_EQ(filenameof(ResultSet.listingFileName), "room.OUT");
+    for (const char* line :
+         {"Number of Microphones =  1", "Sound Speed           =  339 m/s", "Lower  frequency band = 125Hz",
+          "Higher frequency band = 16000Hz", "Nunber of pyramids emitted = 1000", "mean Free Path = 4 m",
+          "Impulse Response Lenght = .01 s", "Time Resolution = 1 ms", "Format = 1.2", "Alfa = 1", "Beta = 0",
+          "File Loaded OK!", "Source Name = NONE", "Lw: 110.0 110.0 110.0 110.0 110.0 110.0 110.0",
+          "VC: -39.0 -39.0 -39.0 -39.0 -39.0 -39.0 -39.0"})
+        EXPECT_TRUE(logged(line)) << line;
+    EXPECT_EQ(scripted::pointershape(), platform::shape::normal);
+    EXPECT_EQ(scripted::countcalls("background"), 2U);
+}
+
+TEST_F(resultfiles, blocksBeyondTheDeclaredCountAreKept) {
+    for (const char* title : {"[Microphone_1]", "[Microphone_2]", "[Microphone_5]"})
+        file.block(title, flatrows(11, 1000));
+    load(file.text());
+    EXPECT_EQ(RoomModel.receiverCount, 5);
+    EXPECT_EQ(ImpulseResponse(3, 1, 3), 0.0F);
+    EXPECT_EQ(ImpulseResponse(3, 1, 5), 1000.0F);
+    EXPECT_EQ(ImpulseResponse(3, 1, 0), 600.0F); // three of five receivers
+    EXPECT_FLOAT_EQ(ParameterSet.Ldir(0, 6), 18.0F);
+    EXPECT_EQ(ResultSet.receiverDelay.size(), 6U);
+    EXPECT_THROW(static_cast<void>(ImpulseResponse(3, 1, 6)), runtimeerror);
+    EXPECT_EQ(RayPathSet.pathCountOf.size(), 6U);
+}
+
+TEST_F(resultfiles, numbersOfBlocksDecideWhereTheyGo) {
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    file.block("[Microphone_100001]", flatrows(11, 7)); // read past
+    file.block("[Microphone_-3]", flatrows(11, 7));
+    file.block("[Microphone_1]", flatrows(11, 500)); // replaces the first
+    file.block("[Microphone]", flatrows(11, 90));    // no number: the room's own row
+    load(file.text());
+    EXPECT_EQ(RoomModel.receiverCount, 1);
+    EXPECT_EQ(ImpulseResponse(4, 2, 1), 500.0F);
+    EXPECT_EQ(ImpulseResponse(4, 2, 0), 590.0F); // the mean comes on top
+    EXPECT_EQ(ImpulseResponse.taken, 2);
+}
+
+TEST_F(resultfiles, oldFormatTakesItsLateralEnergyAsARatio) {
+    file.format = "1.1";
+    file.block("[Microphone_1]", flatrows(11, 2));
+    load(file.text());
+    EXPECT_EQ(ResultSet.receiverDelay.at(1), 0.005);
+    EXPECT_FLOAT_EQ(ParameterSet.LE(1, 10), 1.0F / 22); // energy up to 80 ms
+    EXPECT_FLOAT_EQ(ParameterSet.LE(1, linearband), 5.5F / 220);
+    EXPECT_EQ(ParameterSet.LF(1, 10), 0.0F);
+    EXPECT_EQ(ImpulseResponse(10, 10, 1), 2.0F);
+}
+
+TEST_F(resultfiles, aFileWithoutFormatIsReadLikeTheOneBefore) {
+    file.block("[Microphone_1]", flatrows(11, 2));
+    load(file.text());
+    EXPECT_FLOAT_EQ(ParameterSet.LE(1, 10), 1.0F);
+    std::string text = file.text();
+    text.erase(text.find("Format "), 19);
+    ParameterSet.LE(1, 10) = 0;
+    load(text);
+    EXPECT_EQ(ResultSet.resultFormat, 1.2);
+    EXPECT_FLOAT_EQ(ParameterSet.LE(1, 10), 1.0F);
+}
+
+TEST_F(resultfiles, bareLineFeedsLoadAlike) {
+    file.block("[Microphone_1]", decayrows(11, 2, 5000, 0.008, 0.001));
+    file.block("[Microphone_2]", decayrows(11, 3, 800, 0.008, 0.001));
+    std::string text = file.text();
+    load(text);
+    const std::vector<float> expected = energies();
+    std::erase(text, '\r');
+    load(text, "bare._ab");
+    EXPECT_EQ(RoomModel.receiverCount, 2);
+    EXPECT_EQ(energies(), expected);
+    EXPECT_EQ(ResultSet.receiverDelay.at(2), 0.005);
+}
+
+TEST_F(resultfiles, lateEnergyIsCorrected) {
+    settings("Alfa = 0.8\r\nBeta = 2\r\n");
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    slotrows late = flatrows(11, 0);
+    for (std::size_t t = 4; t < 11; ++t) late[t].fill(1000);
+    file.block("[Microphone_2]", late);
+    load(file.text());
+    const double critical = 4.0 / 4 / 340 * std::sqrt(1000.0 / 2);
+    EXPECT_FLOAT_EQ(ResultSet.criticalTime, static_cast<float>(critical));
+    const auto corrected = [&](int slot) {
+        const double time = 0.001 * slot;
+        return static_cast<float>(1000 / (1 - std::exp(-std::pow(critical / time, 0.8))));
+    };
+    EXPECT_EQ(ImpulseResponse(0, 1, 1), 1000.0F);
+    EXPECT_FLOAT_EQ(ImpulseResponse(7, 1, 1), corrected(7));
+    EXPECT_FLOAT_EQ(ImpulseResponse(4, 1, 2), corrected(4)); // the arrival itself counts from slot 0
+    EXPECT_FLOAT_EQ(ImpulseResponse(7, 1, 2), corrected(3)); // what follows counts from the arrival
+    settings("Alfa = 0\r\nBeta = -1\r\n");
+    load(file.text());
+    EXPECT_EQ(ImpulseResponse(7, 1, 2), 1000.0F);
+    EXPECT_EQ(ResultSet.criticalTime, 1E9F);
+}
+
+// A w of 0 in floating point fails the division, and the slot stays empty; a number too large for single
+// precision cannot be stored either.
+TEST_F(resultfiles, energiesThatCannotBeStoredAreSkipped) {
+    settings("Alfa = 40\r\nBeta = 1e12\r\n");
+    slotrows rows = flatrows(11, 1000);
+    file.block("[Microphone_1]", rows);
+    load(file.text());
+    EXPECT_EQ(ImpulseResponse(0, 1, 1), 1000.0F);
+    EXPECT_EQ(ImpulseResponse(9, 1, 1), 0.0F);
+    settings("Beta = 0\r\n");
+    std::string text = file.text();
+    text.replace(text.rfind(" 1000"), 5, " 1E+39");
+    load(text);
+    EXPECT_EQ(ImpulseResponse(10, 10, 1), 0.0F);
+    EXPECT_EQ(ImpulseResponse(10, linearband, 1), 9000.0F);
+}
+
+TEST_F(resultfiles, aCutFileRepeatsItsLastNumber) {
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    std::string text = file.text();
+    const std::size_t row = text.rfind("\r\n  1000") + 2;
+    text.replace(row, std::string::npos, " 25 3");
+    load(text);
+    EXPECT_EQ(ImpulseResponse(10, 8, 1), 3.0F);
+    EXPECT_TRUE(logged("File Loaded OK!"));
+    text.replace(text.rfind(" 25"), 3, " no"); // words keep the number before too
+    load(text);
+    EXPECT_EQ(ImpulseResponse(10, 1, 1), 1000.0F);
+}
+
+TEST_F(resultfiles, everyCutOfAFileEnds) {
+    file.extra = "Name       = speaker.txt\r\n";
+    file.block("[Microphone_1]", decayrows(3, 1, 5000, 0.02, 0.001));
+    file.block("[Microphone_2]", decayrows(3, 1, 5000, 0.02, 0.001));
+    file.length = 0.002;
+    const std::string text = file.text();
+    scripted::record(false);
+    for (std::size_t size = 0; size <= text.size(); ++size) load(text.substr(0, size));
+    EXPECT_EQ(RoomModel.receiverCount, 2);
+}
+
+TEST_F(resultfiles, memoryIsAskedBeforeItIsTaken) {
+    file.length = 10; // 10001 slots of 48 bytes
+    file.block("[Microphone_1]", flatrows(5, 1000));
+    scripted::setmemory(600000);
+    load(file.text());
+    EXPECT_EQ(ResultSet.lastSlot, 10000);
+    EXPECT_EQ(ImpulseResponse.taken, 0);
+    EXPECT_EQ(ImpulseResponse(3, 1, 1), 0.0F);
+    EXPECT_TRUE(logged("File Loaded OK!"));
+    EXPECT_EQ(SessionState.parameterSource, 1.0F);
+}
+
+TEST_F(resultfiles, receiversWidenTheBoxInTheirPlaneOnly) {
+    extendbox(0, 0, 0);
+    extendbox(10, 10, 1);
+    computecentre();
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    std::string text = file.text();
+    text.replace(text.find("= 1 2 3"), 7, "= 100 -5 30");
+    load(text);
+    EXPECT_EQ(RoomModel.receiverX(1), 100.0F);
+    EXPECT_EQ(RoomModel.receiverZ(1), 30.0F);
+    EXPECT_EQ(RoomModel.roomMaxX, 100.0F);
+    EXPECT_EQ(RoomModel.roomMinY, -5.0F);
+    EXPECT_EQ(RoomModel.roomMaxZ, 1.0F);
+    EXPECT_EQ(RoomModel.roomCentreX, 5.0F);
+}
+
+TEST_F(resultfiles, progressCountsWholeBlocks) {
+    load("Format    = 1.2\r\n", "tiny._ab"); // rounds to no block: nothing to divide by
+    EXPECT_EQ(scripted::countcalls("status 2| "), 0U);
+    scripted::clearcalls();
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    load(file.text());
+    const auto shown = scripted::callswith("status 2| ");
+    ASSERT_FALSE(shown.empty());
+    EXPECT_EQ(shown.front(), "status 2| 0%");
+    EXPECT_EQ(scripted::countcalls("yield"), shown.size());
+}
+
+TEST_F(resultfiles, sourceDescriptionSetsPowerAndDirectivity) {
+    std::string source = "a\r\nb\r\nc\r\nd\r\n\"Test speaker\", 3\r\n";
+    const auto band = [](int k, double level) {
+        return "band " + std::to_string(k) + " x\r\n0, 0," + numbertext(level) +
+               ", 0, 2.5, 0\r\ncount 1\r\n1\r\n2\r\n3\r\n";
+    };
+    source += band(3, 80) + band(99, 120) + band(6, 90);
+    writetext(inside("speaker.txt"), source);
+    file.extra = "Name       = SPEAKER.TXT\r\n"; // found in any case
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    load(file.text());
+    EXPECT_EQ(ResultSet.sourceName, "SPEAKER.TXT");
+    EXPECT_EQ(ResultSet.sourcePower(3), 80.0F);
+    EXPECT_EQ(ResultSet.sourcePower(6), 90.0F);
+    EXPECT_EQ(ResultSet.sourceDirectivity(6), 2.5F);
+    EXPECT_FLOAT_EQ(ResultSet.sourcePower(linearband),
+                    static_cast<float>(4.342944819 * std::log(std::pow(10.0, 8) + std::pow(10.0, 9))));
+    EXPECT_TRUE(logged("Test speaker 3"));
+    EXPECT_FLOAT_EQ(SessionState.voiceCorrection[3], 60 - ((90 - 11) + 2.5F));
+    // Levels of the former load stay when the next file names no source that is there.
+    file.extra.clear();
+    load(file.text(), "next._ab");
+    EXPECT_EQ(ResultSet.sourcePower(6), 90.0F);
+    EXPECT_FLOAT_EQ(ParameterSet.LeqLw(1, 6), ParameterSet.Leq(1, 6) - 90);
+}
+
+TEST_F(resultfiles, aCutSourceDescriptionKeepsWhatWasRead) {
+    writetext(inside("speaker.txt"),
+              "a\r\nb\r\nc\r\nd\r\nT, 4\r\nb 1 x\r\n0 0 70 0 0 0\r\nc 0\r\n1\r\n2\r\nb 2 x\r\n0 0 six");
+    file.extra = "Name       = speaker.txt\r\n";
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    load(file.text());
+    EXPECT_EQ(ResultSet.sourcePower(1), 70.0F);
+    EXPECT_EQ(ResultSet.sourcePower(2), 0.0F);
+    EXPECT_FLOAT_EQ(ResultSet.sourcePower(linearband), 70.0F);
+}
+
+TEST_F(resultfiles, aReverberationLongerThanTheResponseIsTold) {
+    file.length = 0.1;
+    file.block("[Microphone_1]", decayrows(101, 1, 1e12, 0.3, 0.001));
+    scripted::expectbox("Warning !", platform::answer::ok);
+    load(file.text());
+    const auto boxes =
+        scripted::callswith("box|Warning !|The reverberation time is quite longer than the lenght");
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_NE(boxes[0].find("(Time) at least of "), std::string::npos);
+    EXPECT_NE(boxes[0].find(" s|"), std::string::npos) << boxes[0];
+}
+
+TEST_F(resultfiles, namesAndDatesBesideAResult) {
+    EXPECT_EQ(geometrynameof("room._ab"), "room.RAY");
+    EXPECT_EQ(listingnameof("room._ab"), "room.OUT");
+    EXPECT_EQ(raypathnameof("room._ab"), "room.@ab");
+    EXPECT_THROW(static_cast<void>(geometrynameof("_ab")), runtimeerror);
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    writetext(inside("room.@ab"), "");
+    load(file.text());
+    EXPECT_TRUE(ResultSet.rayFilePresent);
+    std::filesystem::remove(inside("room.@ab"));
+    load(file.text());
+    EXPECT_FALSE(ResultSet.rayFilePresent);
+    EXPECT_FALSE(isenabled("viewraypaths"));
+}
+
+TEST_F(resultfiles, aMissingResultLeavesTheSizesAndNamesTheFile) {
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    load(file.text());
+    try {
+        loadresult(inside("gone._ab"));
+        FAIL() << "a missing result was accepted";
+    } catch (const runtimeerror& error) {
+        EXPECT_EQ(error.kind, errorkind::filenotfound);
+        EXPECT_NE(error.text.find("gone._ab"), std::string::npos);
+    }
+    EXPECT_EQ(ResultSet.lastSlot, 10);
+    EXPECT_EQ(ImpulseResponse(4, 1, 1), 1000.0F);
+}
+
+} // namespace orv
