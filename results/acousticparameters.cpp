@@ -24,6 +24,7 @@ constexpr double newformat = 1.2;     // result files from this format on hold f
 constexpr std::int32_t keptoffsets = 16384;
 
 constexpr std::size_t bands = bandcount;
+constexpr std::size_t integratedbands = 4; // at once, in one wide register
 constexpr std::size_t index(int band) {
     return static_cast<std::size_t>(band);
 }
@@ -190,6 +191,12 @@ void addrun(workingsums& sums, offsettables& tables, const float* row, std::int3
     addlatemodulation(sums, row, begin + kept, count - kept, offset + kept, static_cast<double>(timeStep));
 }
 
+// Adds a receiver's share of the mean.
+ORV_WIDELOOPS
+void addshare(double* sum, const float* row, std::size_t size, double receivers) {
+    for (std::size_t i = 0; i < size; ++i) sum[i] += static_cast<double>(row[i]) / receivers;
+}
+
 // --- Decay times ---
 
 enum class fitoutcome { fitted, notreached, nofall, toolong, noline };
@@ -253,16 +260,18 @@ float curvelevel(double energy, float former) {
 void fillcurve(decaycurve& curve, std::int32_t slot) {
     for (; curve.filled <= slot; ++curve.filled) {
         const auto t = static_cast<std::size_t>(curve.filled);
-        curve.level[t] = curvelevel(curve.sums[t], curve.level[t]);
+        curve.level[t] = curvelevel(curve.sums[t * integratedbands + curve.lane], curve.level[t]);
     }
 }
 
-// Backward integration of a band, from 1 and not from 0, which keeps the logarithms defined.
-void integratebackward(std::vector<double>& sums, const float* row, int band) {
-    double running = 1;
-    for (std::size_t t = sums.size(); t-- > 0;) {
-        running += static_cast<double>(row[t * bands + index(band - 1)]);
-        sums[t] = running;
+// Backward integration of four bands of the row, from 1 and not from 0, which keeps the logarithms defined.
+ORV_WIDELOOPS
+void integratebackward(double* sums, const float* row, std::int32_t slots) {
+    double running[integratedbands] = {1, 1, 1, 1};
+    for (std::int32_t t = slots - 1; t >= 0; --t) {
+        const float* const e = row + static_cast<std::size_t>(t) * bands;
+        double* const sum = sums + static_cast<std::size_t>(t) * integratedbands;
+        for (std::size_t i = 0; i < integratedbands; ++i) sum[i] = running[i] += static_cast<double>(e[i]);
     }
 }
 
@@ -353,12 +362,18 @@ void storedecays(std::int32_t r, const workingsums& sums, decaycurve& curve, con
     // there: then all points must be computed, those of the band before first. Otherwise every sum is at
     // least 1, and only the points that the fits ask for are computed.
     const bool negative = std::any_of(row, row + size * bands, [](float energy) { return energy < 0; });
+    std::size_t integrated = bands; // first of the bands that curve.sums holds; none yet
     foreachband([&](int b) {
         if (!(sums.energyTotal[index(b)] > 1)) return;
         if (negative) fillcurve(curve, static_cast<std::int32_t>(curve.level.size()) - 1);
-        curve.level.resize(size);
-        curve.sums.resize(size);
-        integratebackward(curve.sums, row, b);
+        const std::size_t first = index(b - 1) / integratedbands * integratedbands;
+        if (first != integrated) {
+            curve.level.resize(size);
+            curve.sums.resize(size * integratedbands);
+            integratebackward(curve.sums.data(), row + first, slots);
+            integrated = first;
+        }
+        curve.lane = index(b - 1) - first;
         curve.filled = 0;
         if (negative) fillcurve(curve, slots - 1);
         const auto levelat = [&curve](std::int32_t i) {
@@ -464,8 +479,7 @@ void addroommean() {
         sum.assign(room + begin, room + begin + size);
         for (std::int32_t r = 1; r <= present; ++r) {
             const float* const row = ImpulseResponse.rowof(r);
-            if (row == nullptr) continue;
-            for (std::size_t i = 0; i < size; ++i) sum[i] += static_cast<double>(row[begin + i]) / N;
+            if (row != nullptr) addshare(sum.data(), row + begin, size, N);
         }
         for (std::size_t i = 0; i < size; ++i) storefinite(room[begin + i], sum[i]);
     }

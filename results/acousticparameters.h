@@ -67,7 +67,8 @@ void storemodulation(std::int32_t receiver, const workingsums& sums);
 // fails, it keeps the value of the curve before.
 struct decaycurve {
     std::vector<float> level; // dB, by slot
-    std::vector<double> sums; // backward integrated energy, by slot
+    std::vector<double> sums; // backward integrated energy, by slot, of a group of four bands
+    std::size_t lane = 0;     // the band's place in its group, 0..3
     std::int32_t filled = 0;  // points 0..filled-1 of `level` are computed from `sums`
 };
 

@@ -185,6 +185,7 @@ void readposition(loading& load) {
     attempt([&] { RoomModel.receiverX(load.receiver) = position[0]; });
     attempt([&] { RoomModel.receiverY(load.receiver) = position[1]; });
     attempt([&] { RoomModel.receiverZ(load.receiver) = position[2]; });
+    if (load.receiver < 0 || load.receiver > highestreceiver) return;
     // The box grows in x and y only, and its centre stays: wanted so.
     RoomModel.roomMaxX = std::max(RoomModel.roomMaxX, position[0]);
     RoomModel.roomMinX = std::min(RoomModel.roomMinX, position[0]);
@@ -468,6 +469,7 @@ void loadresult(const std::string& name) {
 
     platform::pointer(platform::shape::normal);
     platform::background(former);
+    platform::statustext(1, "");
     SessionState.parameterSource = 1;
 }
 

@@ -70,12 +70,11 @@ void enableall(const names& commands) {
     for (const std::string_view name : commands) enablecommand(name, true);
 }
 
-// Returns whether a file was chosen.
-bool openroom() {
+void openroom() {
     const std::string& present = SessionState.geometryFileName;
     const auto chosen = chosenfile(platform::askopenfile, "Load a Orvanta CAD File", roomfilter,
                                    present.empty() ? roompattern : present);
-    if (!chosen) return false;
+    if (!chosen) return;
     const job running;
     SessionState.geometryFileName = *chosen;
     showtitle(*chosen);
@@ -86,7 +85,6 @@ bool openroom() {
         enablemapcommands();
         enablecommand("ExportWAV", true);
     }
-    return true;
 }
 
 // The result itself, always from its responses: a parameter file beside it is only looked at. The room's file
@@ -125,18 +123,16 @@ void OpenRes() {
                                    resultfilter, resultpattern);
     if (!chosen) return;
     const job running;
-    const std::string former = SessionState.geometryFileName;
     openresult(*chosen);
     enableroomcommands();
     enablemapcommands();
     forgetmaps();
-    const std::string beside = existingpath(geometrynameof(*chosen));
+    const std::string beside = existingpath(SessionState.geometryFileName);
     if (canopen(beside)) {
         SessionState.geometryFileName = beside;
         loadgeometry(beside);
-    } else if (!openroom()) {
-        // The room in memory is still the former one.
-        SessionState.geometryFileName = former;
+    } else {
+        openroom(); // cancelled, it leaves the former room in memory under the new result
     }
     showtitle(SessionState.geometryFileName);
     showscene();
@@ -147,9 +143,7 @@ void MapLoad() {
         chosenfile(platform::askopenfile, "Load an Impulse Response File", resultfilter, resultpattern);
     if (!chosen) return;
     const job running;
-    const std::string room = SessionState.geometryFileName;
     openresult(*chosen);
-    SessionState.geometryFileName = room;
     enablemapcommands();
     forgetmaps();
     showscene();

@@ -14,7 +14,8 @@ void FLoad();   // "Open Geometry File..."
 void Fsave();   // "Save Geometry File..."
 void OpenRes(); // "Open Imp.Resp.+Geometry files...": asks for the room (FLoad) when none lies beside the
                 // result
-void MapLoad(); // "Open Imp.Resp. file only...": a result over the present room, whose file name stays
+void MapLoad(); // "Open Imp.Resp. file only...": a result over the present room; the current room file's name
+                // becomes that of the file beside the result all the same
 
 // The parameter file beside a result, by position in its name: all but the last three characters, "-", the
 // last two; a parameter file's name gives itself. Raises domain for a name that is too short.

@@ -260,8 +260,8 @@ TEST_F(workflows, AsksForAMissingRoom) {
     scripted::clearcalls();
     OpenRes();
     EXPECT_EQ(SessionState.resultFileName, inside("stage._02"));
-    EXPECT_EQ(SessionState.geometryFileName, inside("other.ray"));
-    EXPECT_EQ(scripted::title(), titled("other.ray"));
+    EXPECT_EQ(SessionState.geometryFileName, inside("stage.RAY"));
+    EXPECT_EQ(scripted::title(), titled("stage.RAY"));
     EXPECT_EQ(RoomModel.faceCount, 1);
     EXPECT_TRUE(drawn("stage._02"));
     // The dialog proposed the name that was looked for.
@@ -271,13 +271,13 @@ TEST_F(workflows, AsksForAMissingRoom) {
     EXPECT_FALSE(commandssuspended());
 }
 
-TEST_F(workflows, WithoutAnyRoomTheTitleIsTheProgram) {
+TEST_F(workflows, WithoutAnyRoomTheTitleIsTheOneLookedFor) {
     std::filesystem::remove(inside("hall.ray"));
     scripted::expectopen(inside("hall._01"));
     scripted::expectopen(scripted::cancelled);
     OpenRes();
-    EXPECT_EQ(scripted::title(), programtitle);
-    EXPECT_EQ(SessionState.geometryFileName, "");
+    EXPECT_EQ(scripted::title(), titled("hall.RAY"));
+    EXPECT_EQ(SessionState.geometryFileName, inside("hall.RAY"));
 }
 
 TEST_F(workflows, AResultAloneKeepsTheRoom) {
@@ -286,7 +286,7 @@ TEST_F(workflows, AResultAloneKeepsTheRoom) {
     load(FLoad, "other.ray");
     load(MapLoad, "hall._01");
     EXPECT_EQ(RoomModel.roomMaxX, 10.0F);
-    EXPECT_EQ(SessionState.geometryFileName, inside("other.ray"));
+    EXPECT_EQ(SessionState.geometryFileName, inside("hall.RAY")); // named by the load, though not read
     EXPECT_EQ(scripted::title(), titled("other.ray"));
     EXPECT_EQ(SessionState.resultFileName, inside("hall._01"));
     EXPECT_EQ(enabledsince(), joined({roomentries, mapentries, responseentries, lateralentries}));

@@ -1,0 +1,271 @@
+// The main window: builds it from its form and the table of commands, and hands its events to plain routines.
+#include "shell/mainwindow.h"
+
+#include "platform/platform.h"
+#include "platform/qt/boundary.h"
+#include "platform/qt/platformqt.h"
+#include "platform/qt/qttext.h"
+#include "platform/qt/windowhook.h"
+#include "scene/camera.h"
+#include "shell/menucommands.h"
+#include "shell/sessionstate.h"
+#include "shell/startup.h"
+#include "ui_mainwindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFontDatabase>
+#include <QMainWindow>
+#include <QPainter>
+#include <QWindow>
+
+#include <utility>
+
+namespace orv {
+
+std::unique_ptr<mainwindow> MainWindow;
+
+namespace {
+
+// Keys beside the mnemonics; none of them is a key of a text field's own that would be missed.
+constexpr struct {
+    std::string_view command;
+    const char* keys;
+} shortcuts[] = {{"OpenRes", "Ctrl+O"}, {"FLoad", "Ctrl+G"}, {"Fsave", "Ctrl+S"},  {"Cprint", "Ctrl+P"},
+                 {"FQuit", "Ctrl+Q"},   {"Copy", "Ctrl+C"},  {"Redraw", "Ctrl+3"}, {"CamRedr2D", "Ctrl+2"}};
+
+constexpr const char* viewgroups[] = {"SSFrame1", "Frame2DView", "Frame1", "Frame2"};
+constexpr const char* camerafields[] = {"FocLenght", "CamX", "CamY", "CamZ", "TargetX", "TargetY", "TargetZ"};
+constexpr const char* spins[] = {"SpinFocal", "Spin2", "Spin3", "Spin4", "Spin5", "Spin6", "Spin7"};
+constexpr std::pair<const char*, planechoice> planes[] = {
+    {"XY", planechoice::XY}, {"YZ", planechoice::YZ}, {"XZ", planechoice::XZ}};
+
+template <class widget>
+widget& control(const QString& name) {
+    return *MainWindow->form->findChild<widget*>(name);
+}
+
+QString nameof(std::string_view name) {
+    return qtpath(name);
+}
+
+// --- Building ---
+
+QAction* addentry(QMenu& menu, const menucommand& row) {
+    if (row.name.empty()) {
+        QAction* separator = menu.addSeparator();
+        separator->setVisible(row.visible);
+        return separator;
+    }
+    QAction* action = menu.addAction(qttext(row.caption));
+    action->setObjectName(nameof(row.name));
+    action->setCheckable(row.checkable);
+    // A click on a checkable entry moves its mark before its routine runs; the table has the last word.
+    QObject::connect(action, &QAction::triggered, action, [name = row.name] {
+        enter([&] { runcommand(name); });
+        if (MainWindow) MainWindow->actions.at(name)->setChecked(ischecked(name));
+    });
+    for (const auto& shortcut : shortcuts)
+        if (shortcut.command == row.name) action->setShortcut(QKeySequence(shortcut.keys));
+    return action;
+}
+
+void buildmenus() {
+    for (const menutitle& title : menutitles()) {
+        QMenu* menu = MainWindow->form->menuBar()->addMenu(qttext(title.caption));
+        menu->setObjectName(nameof(title.name));
+        for (const menucommand& row : menucommands()) {
+            if (row.menu != title.name) continue;
+            QAction* action = addentry(*menu, row);
+            if (!row.name.empty()) MainWindow->actions[row.name] = action;
+        }
+    }
+    for (const menucommand& row : menucommands())
+        if (!row.name.empty()) platform::showcommand(row);
+}
+
+void buildstatus(QStatusBar& bar) {
+    for (std::size_t i = 0; i < MainWindow->panel.size(); ++i) {
+        QLabel* panel = MainWindow->panel[i] = new QLabel(&bar);
+        panel->setObjectName("StatusBar1_" + QString::number(i + 1));
+        panel->setTextFormat(Qt::PlainText);
+        panel->setIndent(4);
+    }
+    const auto [action, percent] = MainWindow->panel;
+    // A long path must not widen the window.
+    action->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    percent->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    percent->setMinimumWidth(percent->fontMetrics().horizontalAdvance(" 100% ") + 8);
+    bar.addWidget(action, 1);
+    bar.addPermanentWidget(percent);
+}
+
+void buildarea(Ui::Orvview& form) {
+    mainwindow& window = *MainWindow;
+    window.area = form.PictureArea;
+    window.picturewidget = form.Picture1;
+    window.log = form.LoadLog;
+    window.emptystate = form.EmptyState;
+    window.emptytext = form.EmptyText;
+    window.column = form.ControlColumn;
+    form.Picture1->setAttribute(Qt::WA_OpaquePaintEvent);
+    form.LoadLog->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    const QColor ground = form.LoadLog->palette().color(QPalette::Window);
+    window.restingbackground = window.background = corecolour(ground);
+    platform::background(window.restingbackground);
+
+    // The groups come and go; the column keeps the width of all of them.
+    form.ControlColumn->setFixedWidth(form.ControlColumn->sizeHint().width());
+    for (const char* group : viewgroups) control<QWidget>(group).hide();
+}
+
+// --- Events ---
+
+void fitpicture() {
+    mainwindow& window = *MainWindow;
+    const QSize size = window.area->size();
+    const double ratio = window.area->devicePixelRatioF();
+    paintersurface& picture = window.picture;
+    if (QSizeF(picture.surface.width(), picture.surface.height()) == QSizeF(size) &&
+        picture.surface.scale == ratio)
+        return;
+    resizepicture(picture, size.width(), size.height(), ratio);
+    mainresized(size.width(), size.height());
+}
+
+void paintpicture() {
+    QPainter painter(MainWindow->picturewidget);
+    painter.drawImage(QPoint(0, 0), picturecontents(MainWindow->picture));
+}
+
+// Keys arrive at the window before any control; those of an open menu are the menu's.
+void presskey(int key) {
+    if (QApplication::activePopupWidget() || QApplication::activeModalWidget()) return;
+    if (key == Qt::Key_Escape) mainkey(keyescape);
+    if (key == Qt::Key_F1) mainkey(keyf1);
+}
+
+// Closing takes the other windows along and ends the event loop.
+void closeall() {
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows)
+        if (window != MainWindow->form.get() && window->isVisible()) window->close();
+    platform::windowsclosed();
+    QCoreApplication::quit();
+}
+
+// Whether the focus went to another control of the window, by the user and not because of a job.
+bool isleft(Qt::FocusReason reason) {
+    return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
+           reason != Qt::MenuBarFocusReason && MainWindow->rearranging == 0 && !commandssuspended();
+}
+
+void connectfields() {
+    for (const char* name : camerafields) {
+        QLineEdit& field = control<QLineEdit>(name);
+        const auto typed = [&field] { return coretext(field.text()); };
+        QObject::connect(&field, &QLineEdit::returnPressed, &field,
+                         [name, typed] { enter([&] { cameraentered(name, typed()); }); });
+        windowhook calls;
+        // After the click that brought the focus, which sets the cursor.
+        calls.focus = [&field] {
+            QMetaObject::invokeMethod(&field, &QLineEdit::selectAll, Qt::QueuedConnection);
+        };
+        calls.leave = [name, typed](Qt::FocusReason reason) {
+            if (isleft(reason)) cameraleft(name, typed());
+        };
+        hook(field, std::move(calls));
+    }
+}
+
+void connectcontrols() {
+    for (const char* name : spins)
+        for (const bool up : {true, false}) {
+            QToolButton& button = control<QToolButton>(QString(name) + (up ? "_up" : "_down"));
+            QObject::connect(&button, &QToolButton::clicked, &button,
+                             [name, up] { enter([&] { cameraspin(name, up); }); });
+        }
+    for (const auto& [name, plane] : planes) {
+        QRadioButton& button = control<QRadioButton>(name);
+        QObject::connect(&button, &QRadioButton::clicked, &button,
+                         [chosen = plane] { enter([&] { chooseplane(chosen); }); });
+    }
+    QPushButton& redisplay = control<QPushButton>("Redisplay");
+    QObject::connect(&redisplay, &QPushButton::clicked, &redisplay, [] { enter(redisplaypressed); });
+}
+
+void connectwindow() {
+    mainwindow& window = *MainWindow;
+    window.picture.changed = [] { MainWindow->picturewidget->update(); };
+    hook(*window.picturewidget, {.paint = paintpicture});
+    hook(*window.area, {.resize = fitpicture});
+    hook(*window.form, {.close = closeall});
+    window.form->winId(); // makes the window that keys arrive at
+    QWindow* handle = window.form->windowHandle();
+    hook(*handle, {.key = presskey});
+    QObject::connect(handle, &QWindow::screenChanged, handle, [] { enter(fitpicture); });
+}
+
+QString plaincaption(std::string_view name) {
+    return qttext(command(name).caption).remove('&');
+}
+
+QString emptytext() {
+    const QString room = "File > " + plaincaption("FLoad");
+    if (SessionState.parameterSource != 0)
+        return "The result has no room to be shown in.\n\nOpen one with " + room;
+    return "No result loaded\n\nOpen a result and its room with File > " + plaincaption("OpenRes") +
+           "\nor a room alone with " + room;
+}
+
+void build() {
+    MainWindow = std::make_unique<mainwindow>();
+    MainWindow->form = std::make_unique<QMainWindow>();
+    Ui::Orvview form;
+    form.setupUi(MainWindow->form.get());
+    buildarea(form);
+    buildstatus(*form.StatusBar1);
+    buildmenus();
+    connectfields();
+    connectcontrols();
+    connectwindow();
+}
+
+} // namespace
+
+void showmainwindow() {
+    build();
+    enter(startup);
+    MainWindow->form->show();
+    MainWindow->area->setFocus();
+}
+
+void removemainwindow() {
+    MainWindow.reset();
+}
+
+void showpage() {
+    mainwindow& window = *MainWindow;
+    const bool loading = window.background != window.restingbackground || commandssuspended();
+    QWidget* page = window.emptystate;
+    if (window.pictureshown)
+        page = window.picturewidget;
+    else if (loading)
+        page = window.log;
+    if (page == window.emptystate) window.emptytext->setText(emptytext());
+    ++window.rearranging;
+    window.area->setCurrentWidget(page);
+    --window.rearranging;
+}
+
+void showbusy() {
+    mainwindow& window = *MainWindow;
+    if (window.column->isEnabled() == commandssuspended()) {
+        ++window.rearranging;
+        window.column->setEnabled(!commandssuspended());
+        --window.rearranging;
+    }
+    showpage();
+}
+
+} // namespace orv
