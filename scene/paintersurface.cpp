@@ -1,0 +1,268 @@
+// The drawing surface over Qt's painter. Lines of one pen are gathered and painted together, since a painter
+// has much to do for each call.
+#include "scene/paintersurface.h"
+
+#include "base/files.h"
+
+#include <QFontMetricsF>
+#include <QGlyphRun>
+#include <QString>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numeric>
+#include <span>
+
+namespace orv {
+
+namespace {
+
+constexpr int textsize = 13;            // pixels
+constexpr double screendpi = 96;        // at which a printed pixel is a screen's
+constexpr std::size_t mostlines = 4096; // gathered at most
+
+paintersurface& owner(void* context) {
+    return *static_cast<paintersurface*>(context);
+}
+
+QColor colourof(std::int32_t colour) {
+    return QColor(colour & 255, colour >> 8 & 255, colour >> 16 & 255);
+}
+
+int pixel(double position) {
+    return static_cast<int>(std::floor(position));
+}
+
+void touch(paintersurface& to) {
+    if (to.touched) return;
+    to.touched = true;
+    if (to.changed) to.changed();
+}
+
+void flush(paintersurface& to) {
+    if (to.lines.empty()) return;
+    to.painter.drawLines(to.lines.data(), static_cast<int>(to.lines.size()));
+    to.lines.clear();
+}
+
+bool samepen(const surfacepen& a, const surfacepen& b) {
+    return a.colour == b.colour && a.width == b.width && a.style == b.style && a.mode == b.mode;
+}
+
+QPainter::CompositionMode compositionof(const paintersurface& to, int mode) {
+    if (to.image.isNull()) return QPainter::CompositionMode_SourceOver;
+    switch (mode) {
+    case drawmodexor:
+        return QPainter::RasterOp_SourceXorDestination;
+    case drawmodeinversexor:
+        return QPainter::RasterOp_NotSourceXorDestination;
+    default:
+        return QPainter::CompositionMode_SourceOver;
+    }
+}
+
+void usepen(paintersurface& to, const surfacepen& pen) {
+    if (to.penset && samepen(to.pen, pen)) return;
+    flush(to);
+    if (!to.penset || to.pen.mode != pen.mode) to.painter.setCompositionMode(compositionof(to, pen.mode));
+    // A wide line ends where it is told to; a plain one keeps its end pixels at every scale.
+    const bool wide = pen.width > to.surface.scale;
+    to.painter.setPen(QPen(colourof(pen.colour), pen.width,
+                           pen.style == drawstyle::dotted ? Qt::DotLine : Qt::SolidLine,
+                           wide ? Qt::FlatCap : Qt::SquareCap, Qt::MiterJoin));
+    to.pen = pen;
+    to.penset = true;
+}
+
+void clear(void* context, std::int32_t colour) {
+    paintersurface& to = owner(context);
+    to.lines.clear();
+    to.painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    to.painter.fillRect(QRectF(0, 0, to.surface.deviceWidth, to.surface.deviceHeight), colourof(colour));
+    to.penset = false;
+    touch(to);
+}
+
+void line(void* context, const surfacepen& pen, double x1, double y1, double x2, double y2) {
+    paintersurface& to = owner(context);
+    usepen(to, pen);
+    to.lines.emplace_back(pixel(x1), pixel(y1), pixel(x2), pixel(y2));
+    if (to.lines.size() == mostlines) flush(to);
+    touch(to);
+}
+
+void plot(void* context, const surfacepen& pen, double x, double y) {
+    line(context, pen, x, y, x, y);
+}
+
+// The outline covers the corners' pixels; the inside lies within it, so that no pixel is painted twice.
+void box(void* context, const surfacepen& pen, const std::int32_t* fill, double x1, double y1, double x2,
+         double y2) {
+    paintersurface& to = owner(context);
+    usepen(to, pen);
+    flush(to);
+    const QRect frame(QPoint(pixel(x1), pixel(y1)), QPoint(pixel(x2), pixel(y2)));
+    if (fill) to.painter.fillRect(frame.adjusted(1, 1, -1, -1), colourof(*fill));
+    to.painter.drawRect(frame.adjusted(0, 0, -1, -1));
+    touch(to);
+}
+
+void filledbox(void* context, const surfacepen& pen, double x1, double y1, double x2, double y2) {
+    paintersurface& to = owner(context);
+    usepen(to, pen);
+    flush(to);
+    to.painter.fillRect(QRect(QPoint(pixel(x1), pixel(y1)), QPoint(pixel(x2), pixel(y2))),
+                        colourof(pen.colour));
+    touch(to);
+}
+
+void circle(void* context, const surfacepen& pen, const std::int32_t* fill, double x, double y,
+            double radius) {
+    paintersurface& to = owner(context);
+    const int r = static_cast<int>(std::lround(radius)), cx = pixel(x), cy = pixel(y);
+    if (r == 0) return plot(context, pen, x, y);
+    usepen(to, pen);
+    flush(to);
+    if (fill) to.painter.setBrush(colourof(*fill));
+    to.painter.drawEllipse(QRect(cx - r, cy - r, 2 * r, 2 * r));
+    if (fill) to.painter.setBrush(Qt::NoBrush);
+    touch(to);
+}
+
+std::size_t code(char byte) {
+    return static_cast<unsigned char>(byte);
+}
+
+void text(void* context, const surfacepen& pen, double x, double y, std::string_view words) {
+    paintersurface& to = owner(context);
+    surfacepen plain = pen;
+    plain.mode = drawmodecopy;
+    usepen(to, plain);
+    flush(to);
+    const QPointF start(std::round(x), std::round(y) + to.ascent);
+    if (to.image.isNull()) {
+        QString string;
+        for (const char byte : words) string += QChar(to.character[code(byte)]);
+        to.painter.drawText(start, string);
+        return;
+    }
+    constexpr std::size_t most = 64; // glyphs in one run
+    std::array<quint32, most> index;
+    std::array<QPointF, most> place;
+    double along = 0;
+    while (!words.empty()) {
+        const std::string_view run = words.substr(0, most);
+        words.remove_prefix(run.size());
+        for (std::size_t i = 0; i < run.size(); ++i) {
+            index[i] = to.glyph[code(run[i])];
+            place[i] = QPointF(along, 0);
+            along += to.advance[code(run[i])];
+        }
+        QGlyphRun glyphs;
+        glyphs.setRawFont(to.glyphs);
+        glyphs.setRawData(index.data(), place.data(), static_cast<int>(run.size()));
+        to.painter.drawGlyphRun(start, glyphs);
+    }
+    touch(to);
+}
+
+double textwidth(void* context, std::string_view words) {
+    const paintersurface& to = owner(context);
+    return std::accumulate(words.begin(), words.end(), 0.0,
+                           [&](double sum, char byte) { return sum + to.advance[code(byte)]; });
+}
+
+void keep(void* context) {
+    paintersurface& to = owner(context);
+    flush(to);
+    if (to.kept.size() != to.image.size()) to.kept = QImage(to.image.size(), to.image.format());
+    std::memcpy(to.kept.bits(), to.image.constBits(), static_cast<std::size_t>(to.image.sizeInBytes()));
+}
+
+void restore(void* context) {
+    paintersurface& to = owner(context);
+    if (to.kept.isNull()) return;
+    clear(context, to.surface.backColour);
+    to.painter.drawImage(0, 0, to.kept);
+}
+
+// The font in the size of the surface's scale, and its measures.
+void choosefont(paintersurface& to) {
+    to.font = QFont();
+    to.font.setPixelSize(static_cast<int>(std::lround(textsize * to.surface.scale)));
+    to.font.setKerning(false);
+    to.font.setStyleStrategy(QFont::NoSubpixelAntialias);
+    to.font.setHintingPreference(QFont::PreferFullHinting);
+    to.glyphs = QRawFont::fromFont(to.font);
+    const QFontMetricsF metrics(to.font);
+    to.ascent = std::ceil(metrics.ascent());
+    to.surface.device.lineheight = to.ascent + std::ceil(metrics.descent());
+    for (std::size_t byte = 0; byte < to.character.size(); ++byte) {
+        const char page = static_cast<char>(byte);
+        const QString string = QString::fromStdString(utf8text(std::string_view(&page, 1)));
+        to.character[byte] = string.isEmpty() ? u'?' : string[0].unicode();
+        const QList<quint32> indexes = to.glyphs.glyphIndexesForString(QString(QChar(to.character[byte])));
+        to.glyph[byte] = indexes.isEmpty() ? 0 : indexes[0];
+        to.advance[byte] = std::round(metrics.horizontalAdvance(QChar(to.character[byte])));
+    }
+}
+
+void startpainting(paintersurface& to, QPaintDevice* on) {
+    to.painter.begin(on);
+    choosefont(to);
+    to.painter.setFont(to.font);
+    to.penset = false;
+    to.surface.device = {.context = &to,
+                         .clear = clear,
+                         .window = nullptr,
+                         .line = line,
+                         .plot = plot,
+                         .box = box,
+                         .filledbox = filledbox,
+                         .circle = circle,
+                         .text = text,
+                         .textwidth = textwidth,
+                         .lineheight = to.surface.device.lineheight,
+                         .keep = to.image.isNull() ? nullptr : keep,
+                         .restore = to.image.isNull() ? nullptr : restore};
+}
+
+} // namespace
+
+paintersurface::paintersurface(int width, int height, double ratio) {
+    resizepicture(*this, width, height, ratio);
+}
+
+paintersurface::paintersurface(QPrinter& printer) {
+    const QRectF page = printer.pageRect(QPrinter::DevicePixel);
+    surface.resize(page.width(), page.height(), printer.resolution() / screendpi);
+    startpainting(*this, &printer);
+    painter.setClipRect(QRectF(0, 0, surface.deviceWidth, surface.deviceHeight)); // the margins stay white
+}
+
+void resizepicture(paintersurface& picture, int width, int height, double ratio) {
+    const QSize size(std::max(1, static_cast<int>(std::lround(width * ratio))),
+                     std::max(1, static_cast<int>(std::lround(height * ratio))));
+    if (picture.painter.isActive()) {
+        flush(picture);
+        picture.painter.end();
+    }
+    const QImage former = picture.image;
+    picture.image = QImage(size, QImage::Format_RGB32);
+    picture.surface.resize(size.width(), size.height(), ratio);
+    startpainting(picture, &picture.image);
+    clear(&picture, picture.surface.backColour);
+    if (!former.isNull()) picture.painter.drawImage(0, 0, former);
+}
+
+QImage picturecontents(paintersurface& picture) {
+    flush(picture);
+    picture.touched = false;
+    const QImage& image = picture.image;
+    QImage view(image.constBits(), image.width(), image.height(), image.bytesPerLine(), image.format());
+    view.setDevicePixelRatio(picture.surface.scale);
+    return view;
+}
+
+} // namespace orv

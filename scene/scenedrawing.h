@@ -1,0 +1,37 @@
+// The scene as a wire frame with markers and labels: the 2D views, the 3D view, and the one entry through
+// which camera edits and pans ask for a new picture.
+//
+// A drawing that is asked for while another one runs (a user's action at a yield) is not nested into it: the
+// running one ends early, and the last one asked for is then drawn from a cleared surface.
+#pragma once
+
+#include "scene/drawsurface.h"
+
+#include <cstdint>
+#include <string>
+
+namespace orv {
+
+// Draw the whole scene; with `clearfirst` the surface is made white first. Show the wait pointer meanwhile,
+// the view's groups of controls and its hint in the status bar, and leave mapKind "Normal". The loop over
+// the faces ends early when drawAbort is set, which is 0 at the start of every drawing.
+//
+// Where the window or the camera cannot be computed (a division by zero) nothing is shown, and the surface
+// gets its last finished picture back.
+void draw2dview(DrawSurface& surface, bool clearfirst);
+void draw3dview(DrawSurface& surface, bool clearfirst);
+
+// The present view without clearing, in 3D when the camera group is shown; keeps mapKind.
+void redrawview(DrawSurface& surface);
+
+// Outline of face 1..faceCount shrunk to 0.7 about its centre, always on the main picture: of three vertices
+// all, of more the first four. Raises subscript.
+void drawshrinkface(std::int32_t face, std::int32_t colour);
+
+// The label of source 1, 2, ...: A to Y, then @Z, AA, AB, ... Never fails.
+std::string sourcelabel(std::int32_t source);
+
+// The title line of the picture.
+std::string scenetitle();
+
+} // namespace orv

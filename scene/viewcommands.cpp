@@ -1,0 +1,47 @@
+// Menu commands that draw, print or copy the main picture.
+#include "scene/viewcommands.h"
+
+#include "base/runtimeerror.h"
+#include "platform/platform.h"
+#include "scene/scenedrawing.h"
+#include "shell/sessionstate.h"
+
+namespace orv {
+
+namespace {
+
+// Runs a command with a dialog, whose cancel is the end of the command.
+template <class step>
+void untilcancelled(step&& run) {
+    try {
+        run();
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::cancelled) throw;
+    }
+}
+
+} // namespace
+
+void Redraw() {
+    draw3dview(platform::picture(), true);
+}
+
+void CamRedr2D() {
+    SessionState.panX = SessionState.panY = 0;
+    draw2dview(platform::picture(), true);
+}
+
+void Cprint() {
+    untilcancelled([] { platform::printpicture([](DrawSurface& page) { redrawview(page); }); });
+}
+
+void printsetup() {
+    untilcancelled([] { platform::printersetup(); });
+}
+
+void Copy() {
+    platform::clippicture();
+    platform::beep();
+}
+
+} // namespace orv

@@ -1,0 +1,460 @@
+// The pictures, item by item, and what a drawing does beside them.
+#include "scene/scenedrawing.h"
+
+#include "scene/camera.h"
+#include "scene/viewcommands.h"
+#include "shell/startup.h"
+#include "tests/testsupport.h"
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace orv {
+namespace {
+
+using lines = std::vector<std::string>;
+using corner = std::array<float, 3>;
+
+struct scenetest : sessiontest {
+    scenetest() {
+        sessionstate& s = SessionState;
+        s.focalLength = 0.05F;
+        s.autoRedraw = on;
+        s.colourSources = rgb(255, 0, 0);
+        s.colourPosted = rgb(0, 0, 1);
+        s.colourRays = rgb(255, 0, 2);
+        s.colourRoom = rgb(0, 0, 3);
+        s.colourReceivers = rgb(0, 0, 4);
+        s.geometryFileName = inside("hall.ray");
+        s.parameterName = "Leq";
+        s.bandIndex = 12;
+        // Looks along y; the picture plane stands 5 m ahead: u = 5 x / (y + 10), v = 5 z / (y + 10).
+        s.cameraY = -10;
+        ViewCamera = viewcamera{};
+    }
+
+    static void face(std::initializer_list<corner> corners, std::int16_t material = 0) {
+        const std::int32_t n = ++RoomModel.faceCount;
+        int k = 0;
+        for (const corner& p : corners) {
+            ++k;
+            RoomModel.faceVertexX(n, k) = p[0];
+            RoomModel.faceVertexY(n, k) = p[1];
+            RoomModel.faceVertexZ(n, k) = p[2];
+            extendbox(p[0], p[1], p[2]);
+        }
+        RoomModel.faceVertexCount(n) = static_cast<std::int16_t>(k);
+        RoomModel.faceMaterial(n) = material;
+    }
+    static void source(float x, float y, float z) {
+        const std::int32_t n = ++RoomModel.sourceCount;
+        RoomModel.sourceX(n) = x;
+        RoomModel.sourceY(n) = y;
+        RoomModel.sourceZ(n) = z;
+    }
+    static void receiver(float x, float y, float z) {
+        const std::int32_t n = ++RoomModel.receiverCount;
+        RoomModel.receiverX(n) = x;
+        RoomModel.receiverY(n) = y;
+        RoomModel.receiverZ(n) = z;
+    }
+    static void rayline(float x, float y, float z, float dx, float dy, float dz) {
+        const std::int32_t n = ++RoomModel.rayLineCount;
+        RoomModel.rayLineX1(n) = x;
+        RoomModel.rayLineY1(n) = y;
+        RoomModel.rayLineZ1(n) = z;
+        RoomModel.rayLineX2(n) = dx;
+        RoomModel.rayLineY2(n) = dy;
+        RoomModel.rayLineZ2(n) = dz;
+    }
+
+    // A floor of 10 x 5 m with its box 4 m high; on 800 x 500 pixels the XY window is -1..11, -1.25..6.25.
+    static void floorroom() {
+        face({{0, 0, 0}, {10, 0, 0}, {10, 5, 0}, {0, 5, 0}});
+        extendbox(10, 5, 4);
+        source(2, 1, 1);
+        receiver(8, 4, 1);
+        rayline(4, 2, 1, 0.1F, 0.02F, 0.04F);
+    }
+
+    // A wall of 4 x 2 m at y = 0, before the camera; the box reaches to y = 10.
+    void wallroom() {
+        picture.surface.resize(750, 500, 1);
+        face({{-2, 0, -1}, {2, 0, -1}, {2, 0, 1}, {-2, 0, 1}}, 7);
+        extendbox(2, 10, 1);
+        source(-2, 0, 0);
+        receiver(2, 10, 0);
+        rayline(0, 0, 0, 0, 0, 0.02F);
+        picture.lines.clear();
+    }
+
+    static void shownothing() {
+        for (const char* layer : {"Vroom", "Vsource", "CamVrec", "Vbln", "Vaxes", "Post", "Vrays", "BLNview"})
+            checkcommand(layer, false);
+    }
+
+    // The recorded items that begin with a word.
+    lines items(std::string_view word) const {
+        lines found;
+        for (const std::string& line : picture.lines)
+            if (line.starts_with(word)) found.push_back(line);
+        return found;
+    }
+};
+
+TEST_F(scenetest, view2d) {
+    floorroom();
+    checkcommand("Vrays", true);
+    SessionState.parameterSource = 1;
+    ParameterSet.Leq(1, 12) = 71.254F;
+    SessionState.drawAbort = on;
+    SessionState.mapKind = "Dither";
+    draw2dview(picture.surface, true);
+    const lines expected = {"window -1 6.25 11 -1.25", "clear FFFFFF",
+                            // the face, from its last vertex round
+                            "plot 0 5 000003", "line 0 5 0 0 000003", "line 0 0 10 0 000003",
+                            "line 10 0 10 5 000003", "line 10 5 0 5 000003",
+                            // markers and labels: 8 x 16 pixels a letter, which are .12 x .24 here
+                            "circle 2 1 .06 000080 fill FF0000", "text 1.952 1.3 FF0000 A",
+                            "circle 8 4 .04 800080 fill 000004", "text 7.952 4.315 000004 1",
+                            // 50 times the direction
+                            "line 4 2 9 3 FF0002",
+                            // axes to 1.2 times the maxima, cut at the edge
+                            "line 0 0 11.045 0 FF0000", "line 0 0 0 6 00FF00",
+                            "text 7.76 3.90625 000001 71.25",
+                            "text 2.18 6.25 000000 Orvanta View v. 3.10 - hall.ray Freq.=Lin - Leq", "keep"};
+    EXPECT_EQ(picture.lines, expected);
+    EXPECT_EQ(SessionState.mapKind, "Normal");
+    EXPECT_EQ(SessionState.drawAbort, off);
+    EXPECT_EQ(scripted::statustext(1), "Left Click and drag for panning the image...");
+    EXPECT_EQ(scripted::pointershape(), platform::shape::normal);
+    EXPECT_TRUE(scripted::called("pointer wait"));
+    EXPECT_TRUE(isenabled("Cprint"));
+    for (const char* shown : {"Picture1", "SSFrame1", "Frame2DView"})
+        EXPECT_TRUE(platform::isvisible(shown)) << shown;
+    for (const char* hidden : {"Frame1", "Frame2"}) EXPECT_FALSE(platform::isvisible(hidden)) << hidden;
+    EXPECT_TRUE(scripted::called("enabled Redisplay 1"));
+}
+
+TEST_F(scenetest, otherplanesof2d) {
+    floorroom();
+    shownothing();
+    for (const char* layer : {"Vroom", "Vsource", "Vaxes"}) checkcommand(layer, true);
+    SessionState.viewPlane = planechoice::YZ;
+    draw2dview(picture.surface, true);
+    EXPECT_EQ(items("line 0 0 5 0"), lines{"line 0 0 5 0 000003"});
+    EXPECT_EQ(items("circle 1 1").size(), 1U);
+    // Across runs y and upwards z, but the axes are the box's x and y; the window ends at 6.34 and 4.4.
+    EXPECT_EQ(items("line 0 0 6.").size(), 1U);
+    EXPECT_EQ(items("line 0 0 0 4.").size(), 1U);
+    picture.lines.clear();
+    SessionState.viewPlane = planechoice::XZ;
+    draw2dview(picture.surface, true);
+    EXPECT_EQ(items("circle 2 1").size(), 1U);
+    EXPECT_EQ(items("line 0 0 10 0"), lines{"line 0 0 10 0 000003"});
+}
+
+TEST_F(scenetest, postedvalueswithhiddenreceivers) {
+    floorroom();
+    checkcommand("CamVrec", false);
+    draw2dview(picture.surface, true);
+    EXPECT_TRUE(items("circle 8 4").empty()); // no parameters yet: neither values nor circles
+    EXPECT_EQ(items("text").back(), "text 3.14 6.25 000000 Orvanta View v. 3.10 - hall.ray");
+    SessionState.parameterSource = -1;
+    picture.lines.clear();
+    draw2dview(picture.surface, true);
+    EXPECT_EQ(items("circle 8 4"), lines{"circle 8 4 .04 800080 fill 000004"});
+    EXPECT_EQ(items("text").size(), 3U); // the source, the value and the title
+}
+
+TEST_F(scenetest, view3d) {
+    wallroom();
+    RoomModel.doorCount = 1;
+    RoomModel.doorVertexCount(1) = 2; // four edges all the same
+    RoomModel.holeCount = 1;
+    RoomModel.holeVertexCount(1) = 3;
+    const corner corners[] = {{-1, 0, -1}, {1, 0, -1}, {1, 0, 0}, {-1, 0, 0}};
+    for (int k = 1; k <= 4; ++k) {
+        const corner& p = corners[k - 1];
+        RoomModel.doorVertexX(1, k) = RoomModel.holeVertexX(1, k) = p[0];
+        RoomModel.doorVertexY(1, k) = RoomModel.holeVertexY(1, k) = p[1];
+        RoomModel.doorVertexZ(1, k) = RoomModel.holeVertexZ(1, k) = p[2];
+    }
+    checkcommand("Vrays", true);
+    SessionState.parameterSource = 1;
+    SessionState.mapKind = "Contour";
+    picture.surface.setDrawWidth(5);
+    draw3dview(picture.surface, true);
+    const lines expected = {"window -1.8 1.2 1.8 -1.2", "clear FFFFFF",
+                            // 1.3 times the maxima
+                            "line 0 0 1.3 0 FF0000", "line 0 0 0 0 00FF00", "line 0 0 0 .65 000080",
+                            // the wall, each edge by itself
+                            "line -1 -.5 1 -.5 000003", "line 1 -.5 1 .5 000003", "line 1 .5 -1 .5 000003",
+                            "line -1 .5 -1 -.5 000003",
+                            // the door, then the hole
+                            "line -.5 -.5 .5 -.5 008000", "line .5 -.5 .5 0 008000", "line .5 0 -.5 0 008000",
+                            "line -.5 0 -.5 -.5 008000", "line -.5 -.5 .5 -.5 800000",
+                            "line .5 -.5 .5 0 800000", "line .5 0 -.5 -.5 800000",
+                            // markers without fill; a letter is .0384 x .0768
+                            "box -1.06 .06 -.94 -.06 008080", "text -1.0192 .0384 FF0000 A",
+                            "circle .5 0 .06 000080", "text .4808 .0384 000004 1", "line 0 0 0 .5 FF0002",
+                            "circle 0 0 .0045 FF0000",
+                            "text -.9024 1.2 000000 Orvanta View v. 3.10 - hall.ray Freq.=Lin - Leq", "keep"};
+    EXPECT_EQ(picture.lines, expected);
+    EXPECT_EQ(SessionState.mapKind, "Normal");
+    EXPECT_EQ(SessionState.autoRedraw, on);
+    EXPECT_EQ(scripted::statustext(1),
+              "Left Click and drag for panning the image, Right Click and drag for rotation...");
+    for (const char* shown : {"Picture1", "SSFrame1", "Frame1", "Frame2"})
+        EXPECT_TRUE(platform::isvisible(shown)) << shown;
+    EXPECT_FALSE(platform::isvisible("Frame2DView"));
+}
+
+TEST_F(scenetest, shrunkfaces) {
+    wallroom();
+    face({{-2, 0, -1}, {2, 0, -1}, {2, 0, 1}, {0, 0, 9}, {-2, 0, 1}}, 3); // the fifth vertex is not shown
+    face({{0, 0, 0}, {3, 0, 0}, {0, 0, 3}}, 2001);                        // no such material
+    SessionState.shrinkFaces = true;
+    SessionState.materialColour(7) = rgb(0x12, 0x34, 0x56);
+    SessionState.materialColour(3) = rgb(0, 0x77, 0);
+    recordsurface page(750, 500);
+    draw3dview(picture.surface, true); // gives the main picture its window
+    picture.lines.clear();
+    draw3dview(page.surface, true);
+    const lines wall = {"line -.7 -.35 .7 -.35 123456", "line .7 -.35 .7 .35 123456",
+                        "line .7 .35 -.7 .35 123456", "line -.7 .35 -.7 -.35 123456"};
+    const lines onpicture = items("line");
+    ASSERT_EQ(onpicture.size(), 8U); // on the main picture, and the failing third face is no failure
+    EXPECT_EQ(lines(onpicture.begin(), onpicture.begin() + 4), wall);
+    EXPECT_TRUE(std::ranges::all_of(onpicture.begin() + 4, onpicture.end(),
+                                    [](const std::string& line) { return line.ends_with("007700"); }));
+    EXPECT_EQ(std::ranges::count(page.lines, "text -1.0192 .0384 FF0000 A"), 1);
+
+    picture.lines.clear();
+    drawshrinkface(3, 0);
+    EXPECT_EQ(items("line").size(), 3U);
+}
+
+TEST_F(scenetest, behindthecamera) {
+    wallroom();
+    shownothing();
+    checkcommand("Vroom", true);
+    RoomModel.faceVertexY(1, 1) = -11;
+    draw3dview(picture.surface, true);
+    // A stray line to (-12345, 0), cut at the edge three pixels beside the picture.
+    EXPECT_EQ(items("line")[0].substr(0, 14), "line -1.8144 -");
+    EXPECT_EQ(items("line").size(), 4U);
+}
+
+TEST_F(scenetest, hiddenlayersandemptyrooms) {
+    wallroom();
+    shownothing();
+    draw2dview(picture.surface, false); // without clearing
+    EXPECT_EQ(picture.lines.size(), 3U) << "window, title, keep";
+    picture.lines.clear();
+    draw3dview(picture.surface, false);
+    EXPECT_EQ(picture.lines.size(), 3U);
+
+    resetcommands();
+    RoomModel.faceCount = 0;
+    RoomModel.doorCount = 1; // belongs to the room, and there is none
+    picture.lines.clear();
+    draw3dview(picture.surface, true);
+    EXPECT_EQ(items("box").size(), 1U);
+    EXPECT_EQ(items("circle").size(), 1U);
+    EXPECT_EQ(items("line").size(), 3U) << "axes alone";
+}
+
+TEST_F(scenetest, sourcelabels) {
+    EXPECT_EQ(sourcelabel(1), "A");
+    EXPECT_EQ(sourcelabel(25), "Y");
+    EXPECT_EQ(sourcelabel(26), "@Z"); // the fault is meant
+    EXPECT_EQ(sourcelabel(27), "AA");
+    EXPECT_EQ(sourcelabel(52), "AZ");
+    EXPECT_EQ(sourcelabel(702), "ZZ");
+    for (const std::int32_t source : {703, 5000, 20000}) {
+        const std::string label = sourcelabel(source);
+        EXPECT_EQ(label.size(), 2U) << source;
+        EXPECT_GE(static_cast<unsigned char>(label[0]), 32) << source;
+    }
+}
+
+TEST_F(scenetest, titles) {
+    const std::string plain = "Orvanta View v. 3.10 - hall.ray";
+    sessionstate& s = SessionState;
+    EXPECT_EQ(scenetitle(), plain);
+    s.parameterSource = 1;
+    checkcommand("Post", false);
+    EXPECT_EQ(scenetitle(), plain);
+    s.mapInProgress = true;
+    s.parameterName = "T30";
+    s.bandIndex = 6;
+    EXPECT_EQ(scenetitle(), plain + " Freq.=1000 - T30");
+    s.mapInProgress = false;
+    checkcommand("Post", true);
+    s.backgroundNoiseFlag = s.equalizeSpectrumFlag = s.forceVoiceSplFlag = -1;
+    s.bandIndex = 11;
+    EXPECT_EQ(scenetitle(), plain + " Freq.=A - T30");
+    s.parameterName = "STI";
+    EXPECT_EQ(scenetitle(), plain + " - STI-Male (Equalized) (Lw corrected)");
+    s.equalizeSpectrumFlag = 0;
+    s.bandIndex = 12;
+    EXPECT_EQ(scenetitle(), plain + " - STI-Female (Lw corrected)");
+    s.backgroundNoiseFlag = 0;
+    EXPECT_EQ(scenetitle(), plain + " - STI-Female");
+    s.bandIndex = 5;
+    EXPECT_EQ(scenetitle(), plain + " Freq.=500 - STI");
+    s.bandIndex = 13;
+    EXPECT_EQ(scenetitle(), plain);
+    s.resultFileName = "some/place/hall._01";
+    EXPECT_EQ(scenetitle(), "Orvanta View v. 3.10 - some/place/hall._01");
+}
+
+TEST_F(scenetest, impossibleviewskeepthepicture) {
+    wallroom();
+    SessionState.mapKind = "Dither";
+    SessionState.cameraY = SessionState.targetY = 3; // on the target
+    SessionState.cameraX = SessionState.targetX = 1.5F;
+    scripted::clearcalls();
+    Redraw();
+    EXPECT_EQ(picture.lines, lines{"restore"});
+    EXPECT_EQ(platform::gettext("CamX"), "1.5"); // the texts are written
+    EXPECT_FALSE(platform::isvisible("Frame1"));
+    EXPECT_EQ(SessionState.autoRedraw, on);
+    EXPECT_TRUE(scripted::callswith("pointer").empty());
+
+    picture.lines.clear();
+    RoomModel.roomMaxY = RoomModel.roomMinY = 0;
+    RoomModel.roomMaxZ = RoomModel.roomMinZ = 0;
+    chooseplane(planechoice::YZ);
+    EXPECT_EQ(picture.lines, (lines{"clear FFFFFF", "restore"}));
+    EXPECT_EQ(SessionState.mapKind, "Dither");
+    SessionState.viewPlane = planechoice::XZ;
+    cameraentered("FocLenght", "0");
+    EXPECT_EQ(picture.lines.back(), "restore");
+}
+
+TEST_F(scenetest, numbersoutofmeasuresaynothing) {
+    wallroom();
+    RoomModel.faceVertexX(1, 1) = 3E38F;
+    RoomModel.receiverX(1) = std::numeric_limits<float>::infinity();
+    RoomModel.sourceX(1) = std::numeric_limits<float>::quiet_NaN();
+    RoomModel.rayLineX2(1) = 3E38F;
+    checkcommand("Vrays", true);
+    for (const planechoice plane : {planechoice::XY, planechoice::XZ}) {
+        SessionState.viewPlane = plane;
+        EXPECT_NO_THROW(draw2dview(picture.surface, true));
+    }
+    EXPECT_NO_THROW(draw3dview(picture.surface, true));
+    EXPECT_EQ(items("keep").size(), 3U);
+    EXPECT_TRUE(items("circle").empty() || items("circle").back() == "circle 0 0 .0045 FF0000");
+}
+
+// --- Yields ---
+
+struct manyfaces : scenetest {
+    manyfaces() {
+        wallroom();
+        for (int i = 0; i < 999; ++i) face({{-2, 0, -1}, {2, 0, -1}, {2, 0, 1}, {-2, 0, 1}});
+        checkcommand("Vaxes", false);
+    }
+};
+
+TEST_F(manyfaces, escapeleavesthefaces) {
+    for (const bool solid : {false, true}) {
+        picture.lines.clear();
+        const std::int64_t before = scripted::yieldcount();
+        scripted::atyield(2, [] { mainkey(keyescape); });
+        solid ? draw3dview(picture.surface, true) : draw2dview(picture.surface, true);
+        EXPECT_EQ(scripted::yieldcount() - before, 2);
+        EXPECT_EQ(items("line").size(), 2U * 256U * 4U);
+        EXPECT_EQ(items("circle").size(), solid ? 1U : 2U); // the drawing goes on with what follows
+        EXPECT_EQ(items("text").back().ends_with("hall.ray"), true);
+        EXPECT_NE(SessionState.drawAbort, off);
+
+        picture.lines.clear();
+        solid ? draw3dview(picture.surface, true) : draw2dview(picture.surface, true);
+        EXPECT_EQ(items("line").size(), 4000U); // the next one starts afresh
+    }
+}
+
+TEST_F(manyfaces, drawingaskedforatayieldcomesafterwards) {
+    SessionState.mapKind = "Dither";
+    platform::setvisible("Frame1", true);
+    scripted::atyield(1, [&] {
+        EXPECT_EQ(SessionState.autoRedraw, off); // a field that loses the focus now asks for nothing
+        chooseplane(planechoice::XZ);
+        CamRedr2D();
+    });
+    redrawview(picture.surface);
+    const auto last = std::ranges::find(picture.lines.rbegin(), picture.lines.rend(), "clear FFFFFF");
+    const auto after = static_cast<std::size_t>(last - picture.lines.rbegin());
+    EXPECT_GT(after, 5000U); // the whole 2D view, from a cleared surface
+    EXPECT_LT(picture.lines.size() - after, 1100U);
+    EXPECT_EQ(items("keep").size(), 1U); // the half picture was none to keep
+    EXPECT_EQ(SessionState.mapKind, "Dither");
+    EXPECT_EQ(SessionState.autoRedraw, on);
+    EXPECT_TRUE(platform::isvisible("Frame2DView"));
+}
+
+// --- Commands ---
+
+TEST_F(scenetest, drawcommandsandthepan) {
+    floorroom();
+    SessionState.panX = 0.5F;
+    SessionState.panY = 0.25F;
+    Redraw();
+    EXPECT_EQ(SessionState.panX, 0.5F);
+    EXPECT_NEAR(picture.surface.windowLeft(), 0, 1E-6);
+    EXPECT_TRUE(platform::isvisible("Frame1"));
+    CamRedr2D();
+    EXPECT_EQ(SessionState.panX, 0);
+    EXPECT_EQ(SessionState.panY, 0);
+    EXPECT_NEAR(picture.surface.windowLeft(), -1, 1E-6);
+    EXPECT_EQ(items("clear").size(), 2U);
+}
+
+TEST_F(scenetest, printing) {
+    floorroom();
+    draw2dview(picture.surface, true);
+    SessionState.mapKind = "Contour";
+    recordsurface page(1000, 700);
+    const auto printed = [&](std::string_view word) {
+        return std::ranges::count_if(page.lines,
+                                     [&](const std::string& line) { return line.starts_with(word); });
+    };
+    picture.lines.clear();
+    scripted::expectprint(&page.surface);
+    Cprint();
+    EXPECT_TRUE(picture.lines.empty());
+    EXPECT_EQ(printed("plot"), 1); // which only the 2D views have
+    EXPECT_EQ(SessionState.mapKind, "Contour");
+
+    draw3dview(picture.surface, true);
+    SessionState.mapKind = "Contour";
+    page.lines.clear();
+    scripted::expectprint(&page.surface);
+    Cprint();
+    EXPECT_EQ(printed("plot"), 0);
+    EXPECT_EQ(printed("box"), 1);
+
+    page.lines.clear();
+    scripted::clearcalls();
+    scripted::expectprint(nullptr);
+    Cprint();
+    scripted::expectprintersetup(false);
+    printsetup();
+    EXPECT_EQ(scripted::calls(), (lines{"print", "printersetup"}));
+    EXPECT_EQ(SessionState.mapKind, "Contour");
+
+    scripted::clearcalls();
+    Copy();
+    EXPECT_EQ(scripted::calls(), (lines{"clippicture", "beep"}));
+}
+
+} // namespace
+} // namespace orv

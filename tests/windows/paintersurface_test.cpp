@@ -1,0 +1,252 @@
+// The painter behind the drawing surface: pixels on an image, and a printed page.
+#include "scene/paintersurface.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <random>
+#include <string>
+
+namespace orv {
+namespace {
+
+constexpr std::int32_t red = 0x0000FF, blue = 0xFF0000, white = 0xFFFFFF;
+
+// Something of everything, dense.
+void scribble(DrawSurface& s, unsigned seed, int items) {
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> x(-30, 230), y(-20, 170), size(0, 40);
+    std::uniform_int_distribution<std::int32_t> colour(0, white), kind(0, 5), width(1, 6);
+    for (int i = 0; i < items; ++i) {
+        s.setDrawWidth(width(random) < 4 ? 1 : width(random));
+        s.setDrawStyle(kind(random) == 0 ? drawstyle::dotted : drawstyle::solid);
+        s.setFillStyle(kind(random) < 3 ? fillstyle::solid : fillstyle::transparent);
+        s.setFillColor(colour(random));
+        s.setForeColor(colour(random));
+        switch (kind(random)) {
+        case 0:
+            s.circle(x(random), y(random), size(random));
+            break;
+        case 1:
+            s.box(x(random), y(random), x(random), y(random));
+            break;
+        case 2:
+            s.filledBox(x(random), y(random), x(random), y(random), colour(random));
+            break;
+        case 3:
+            s.plot(x(random), y(random));
+            s.lineTo(x(random), y(random));
+            break;
+        default:
+            s.line(x(random), y(random), x(random), y(random));
+        }
+    }
+    s.setDrawWidth(1);
+    s.setDrawStyle(drawstyle::solid);
+}
+
+QImage snapshot(paintersurface& picture) {
+    return picturecontents(picture).copy();
+}
+
+int pixelsof(const QImage& image, std::int32_t colour) {
+    const QRgb wanted = qRgb(colour & 255, colour >> 8 & 255, colour >> 16 & 255);
+    int found = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) found += image.pixel(x, y) == wanted;
+    return found;
+}
+
+QRect extentof(const QImage& image) {
+    QRect extent;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) != qRgb(255, 255, 255)) extent |= QRect(x, y, 1, 1);
+    return extent;
+}
+
+TEST(paintersurface, reversiblemodesrestoreeverypixel) {
+    for (const double ratio : {1.0, 2.0})
+        for (const int mode : {drawmodexor, drawmodeinversexor})
+            for (unsigned seed = 1; seed <= 25; ++seed) {
+                paintersurface picture(200, 150, ratio);
+                DrawSurface& s = picture.surface;
+                scribble(s, seed, 40);
+                s.setTextPoint(20, 60);
+                s.text("Orvanta 12345");
+                const QImage before = snapshot(picture);
+                s.setDrawMode(mode);
+                scribble(s, 1000 + seed, 30);
+                ASSERT_NE(snapshot(picture), before);
+                scribble(s, 1000 + seed, 30);
+                ASSERT_EQ(snapshot(picture), before)
+                    << "ratio " << ratio << " mode " << mode << " seed " << seed;
+            }
+}
+
+TEST(paintersurface, modesmixcolours) {
+    paintersurface picture(20, 20, 1);
+    DrawSurface& s = picture.surface;
+    s.filledBox(0, 0, 9, 19, 0x123456);
+    s.setDrawMode(drawmodexor);
+    s.line(0, 5, 9, 5, 0x0000FF);
+    s.setDrawMode(drawmodeinversexor);
+    s.line(0, 7, 9, 7, 0x0000FF);
+    const QImage image = snapshot(picture);
+    EXPECT_EQ(image.pixel(4, 5), qRgb(0x56 ^ 0xFF, 0x34, 0x12));
+    EXPECT_EQ(image.pixel(4, 7), qRgb(0x56, 0x34 ^ 0xFF, 0x12 ^ 0xFF));
+}
+
+TEST(paintersurface, pixelsatbothratios) {
+    for (const int ratio : {1, 2}) {
+        SCOPED_TRACE(ratio);
+        paintersurface picture(100, 80, ratio);
+        DrawSurface& s = picture.surface;
+        EXPECT_EQ(s.width(), 100);
+        const auto drawn = [&](auto&& draw) {
+            s.clear();
+            draw();
+            return snapshot(picture);
+        };
+        // Ends included, as thick as a pixel of the screen.
+        const QImage line = drawn([&] { s.line(10, 20, 30, 20, red); });
+        EXPECT_EQ(extentof(line).height(), ratio);
+        EXPECT_EQ(pixelsof(line, red), extentof(line).width() * ratio);
+        EXPECT_NEAR(extentof(line).width(), 20 * ratio + 1, 1);
+        s.setForeColor(red);
+        EXPECT_EQ(pixelsof(drawn([&] { s.plot(50, 40); }), red), ratio * ratio);
+
+        s.setFillStyle(fillstyle::solid);
+        s.setFillColor(blue);
+        const QImage box = drawn([&] { s.box(10, 60, 30, 20, red); });
+        EXPECT_EQ(box.pixel(20 * ratio, 40 * ratio), qRgb(0, 0, 255));
+        EXPECT_EQ(box.pixel(10 * ratio, 40 * ratio), qRgb(255, 0, 0));
+        EXPECT_EQ(pixelsof(box, red) + pixelsof(box, blue), extentof(box).width() * extentof(box).height());
+
+        const QImage circle = drawn([&] { s.circle(50, 40, 15, red); });
+        EXPECT_NEAR(extentof(circle).width(), 30 * ratio + 1, ratio);
+        EXPECT_EQ(extentof(circle).width(), extentof(circle).height());
+        EXPECT_EQ(circle.pixel(50 * ratio, 40 * ratio), qRgb(0, 0, 255));
+        EXPECT_GT(pixelsof(drawn([&] { s.circle(50, 40, 0.1, red); }), red), 0); // the smallest is a point
+        s.setFillStyle(fillstyle::transparent);
+        EXPECT_EQ(pixelsof(drawn([&] { s.circle(50, 40, 15, red); }), blue), 0);
+
+        // What is measured is what is painted.
+        s.setForeColor(0);
+        const QRect text = extentof(drawn([&] {
+            s.setTextPoint(20, 30);
+            s.text("Helgoland");
+        }));
+        EXPECT_NEAR(text.left(), 20 * ratio, 3 * ratio);
+        EXPECT_NEAR(text.width(), s.textWidth("Helgoland") * ratio, 3 * ratio);
+        EXPECT_GE(text.top(), 30 * ratio);
+        EXPECT_LE(text.bottom(), (30 + s.textHeight("")) * ratio);
+        EXPECT_EQ(text, extentof(drawn([&] {
+                      s.setTextPoint(20, 30);
+                      s.text("Hel");
+                      s.text("goland");
+                  })));
+    }
+}
+
+TEST(paintersurface, lettersofthecodepage) {
+    paintersurface picture(200, 50, 1);
+    DrawSurface& s = picture.surface;
+    const auto drawn = [&](const std::string& text) {
+        s.clear();
+        s.setTextPoint(5, 5);
+        s.text(text);
+        return snapshot(picture);
+    };
+    EXPECT_NE(drawn("\x80"), drawn("?")); // the euro sign
+    EXPECT_NE(drawn("\xE4"), drawn("a"));
+    EXPECT_EQ(extentof(drawn(std::string(300, 'x'))).right(), 199); // longer than one run of glyphs
+    s.clear();
+    EXPECT_TRUE(extentof(snapshot(picture)).isEmpty());
+}
+
+TEST(paintersurface, keepandrestore) {
+    paintersurface picture(60, 40, 1);
+    DrawSurface& s = picture.surface;
+    s.line(0, 0, 59, 39, red);
+    const QImage before = snapshot(picture);
+    s.restore(); // nothing kept yet
+    EXPECT_EQ(snapshot(picture), before);
+    s.keep();
+    s.clear();
+    s.circle(30, 20, 5, blue);
+    s.restore();
+    EXPECT_EQ(snapshot(picture), before);
+    s.line(0, 39, 59, 0, blue); // the kept picture is its own
+    s.restore();
+    EXPECT_EQ(snapshot(picture), before);
+}
+
+TEST(paintersurface, resizing) {
+    paintersurface picture(60, 40, 1);
+    DrawSurface& s = picture.surface;
+    s.setWindow(-1, 1, 1, -1);
+    s.line(-1, 0, 0, 0, red);
+    resizepicture(picture, 90, 80, 1);
+    EXPECT_EQ(s.width(), 90);
+    EXPECT_EQ(s.windowLeft(), -1);
+    const QImage image = snapshot(picture);
+    EXPECT_EQ(image.pixel(10, 20), qRgb(255, 0, 0)); // what was there stays where it was
+    EXPECT_EQ(image.pixel(70, 70), qRgb(255, 255, 255));
+    s.clear();
+    s.line(-1, 0, 1, 0, red);
+    EXPECT_EQ(extentof(snapshot(picture)), QRect(0, 40, 90, 1));
+
+    resizepicture(picture, 50, 40, 2);
+    EXPECT_EQ(picturecontents(picture).size(), QSize(100, 80));
+    EXPECT_EQ(picturecontents(picture).devicePixelRatio(), 2);
+    resizepicture(picture, 0, 0, 1);
+    EXPECT_EQ(s.height(), 1);
+}
+
+TEST(paintersurface, tellsofchanges) {
+    paintersurface picture(60, 40, 1);
+    int told = 0;
+    picturecontents(picture);
+    picture.changed = [&] { ++told; };
+    picture.surface.line(0, 0, 5, 5, red);
+    picture.surface.line(0, 0, 5, 5, blue);
+    EXPECT_EQ(told, 1);
+    picturecontents(picture);
+    picture.surface.clear();
+    EXPECT_EQ(told, 2);
+}
+
+TEST(paintersurface, printedpage) {
+    const QTemporaryDir directory;
+    const QString path = directory.filePath("page.pdf");
+    {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(path);
+        printer.setResolution(1200);
+        paintersurface page(printer);
+        DrawSurface& s = page.surface;
+        EXPECT_EQ(s.scale, 12.5);
+        EXPECT_NEAR(s.width(), 210 / 25.4 * 96, 120); // A4 or letter, less its margins, at 96 dots an inch
+        EXPECT_NEAR(s.textHeight("x"), 15, 3);
+        EXPECT_EQ(s.pen.width, 12.5);
+        s.setWindow(-1, 1, 1, -1);
+        s.setDrawMode(drawmodexor); // draws like copy
+        s.line(-1E9, 0, 1E9, 0, red);
+        s.circle(0, 0, 0.5, blue);
+        s.setTextPoint(0, 0);
+        s.text("Orvanta");
+        s.keep();
+        s.restore();
+    }
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().startsWith("%PDF"));
+    EXPECT_GT(file.size(), 1000);
+}
+
+} // namespace
+} // namespace orv
