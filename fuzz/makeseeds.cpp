@@ -1,0 +1,82 @@
+// makeseeds DIRECTORY: writes the inputs that fuzzing begins with, DIRECTORY/TARGET/NAME, from the sample
+// hall and the shipped settings. They are short, since a fuzzer is fastest then.
+#include "base/files.h"
+#include "base/runtimeerror.h"
+#include "samples/samplefiles.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace {
+
+struct seed {
+    const char* target;
+    const char* name;
+    std::string bytes;
+};
+
+// The lines of a text up to the n-th.
+std::string firstlines(const std::string& text, int count) {
+    std::size_t end = 0;
+    for (; count > 0 && end < text.size(); --count) end = text.find('\n', end) + 1;
+    return text.substr(0, end);
+}
+
+std::string withoutreturns(std::string text) {
+    std::erase(text, '\r');
+    return text;
+}
+
+// A result of the first receivers of the hall with short responses, and the description of its source.
+std::string shortresult(double format) {
+    orv::samples::halloptions options;
+    options.timeStep = 0.01;
+    options.responseLength = 0.1;
+    options.order = 1;
+    options.format = format;
+    const int sources[] = {1};
+    const std::string all = orv::samples::resulttext(options, sources);
+    std::string text = all.substr(0, all.find("\r\n[Microphone_3"));
+    const std::size_t name = text.find(orv::samples::sourceFileName);
+    if (name != std::string::npos)
+        text.replace(name, std::string_view(orv::samples::sourceFileName).size(), "s");
+    return text + "----\n" + orv::samples::sourcetext();
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    if (count != 2) {
+        std::fputs("usage: makeseeds DIRECTORY\n", stderr);
+        return 2;
+    }
+    try {
+        const std::string room = orv::samples::geometrytext();
+        const orv::filebytes ini = orv::readfile(DATA_FILES "/orvanta.ini");
+        const std::string settings{std::string_view(ini)};
+        const seed seeds[] = {
+            {"fuzzgeometry", "hall", firstlines(room, 60)},
+            {"fuzzgeometry", "end", room.substr(room.rfind(" Source"))},
+            {"fuzzgeometry", "barelinefeeds", withoutreturns(firstlines(room, 12))},
+            {"fuzzgeometry", "drift",
+             "EntityList\r\n Wall\r\n Face 0 1 3 0 0 0 1 0 0 0 1 0 9\r\n End\r\nEnd\r\n"},
+            {"fuzzsettings", "shipped", settings},
+            {"fuzzsettings", "barelinefeeds", withoutreturns(settings)},
+            {"fuzzsettings", "sixty", std::string(120, '\n')},
+            {"fuzzresult", "new", shortresult(1.2)},
+            {"fuzzresult", "old", shortresult(1.1)},
+            {"fuzzresult", "barelinefeeds", withoutreturns(shortresult(1.2))},
+        };
+        for (const seed& one : seeds) {
+            const std::string directory = orv::joinpath(arguments[1], one.target);
+            std::filesystem::create_directories(directory);
+            orv::replacefile(orv::joinpath(directory, one.name), one.bytes);
+        }
+    } catch (const orv::runtimeerror& error) {
+        std::fprintf(stderr, "%s\n", error.text.c_str());
+        return 1;
+    }
+    return 0;
+}
