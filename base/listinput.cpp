@@ -5,8 +5,6 @@
 #include "base/numbertext.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 
 namespace orv {
 
@@ -24,9 +22,9 @@ std::size_t lineendat(std::string_view buffer, std::size_t at) {
     return buffer[at] == '\r' && at + 1 < buffer.size() && buffer[at + 1] == '\n' ? 2 : 0;
 }
 
-bool endsfield(std::string_view buffer, std::size_t at) {
-    const char c = buffer[at];
-    return isblank(c) || c == ',' || c == '\n' || (c == '\r' && lineendat(buffer, at) != 0);
+// Whether a field ends in front of the character at `at`, which is not the end.
+bool endsfield(const char* at, const char* end) {
+    return isblank(*at) || *at == ',' || *at == '\n' || (*at == '\r' && at + 1 != end && at[1] == '\n');
 }
 
 void skipseparators(listreader& reader) {
@@ -46,22 +44,40 @@ void skipseparators(listreader& reader) {
 }
 
 // Blanks, then one comma or one line end.
+inline const char* behindseparator(const char* at, const char* end) {
+    while (at != end && isblank(*at)) ++at;
+    if (at == end) return at;
+    if (*at == ',' || *at == '\n') return at + 1;
+    return *at == '\r' && at + 1 != end && at[1] == '\n' ? at + 2 : at;
+}
+
 void takeseparator(listreader& reader) {
-    const std::string_view buffer = reader.buffer;
-    std::size_t at = reader.position;
-    while (at < buffer.size() && isblank(buffer[at])) ++at;
-    if (at < buffer.size() && buffer[at] == ',') {
-        ++at;
-    } else {
-        at += lineendat(buffer, at);
-    }
-    reader.position = at;
+    const char* const begin = reader.buffer.data();
+    const char* const end = begin + reader.buffer.size();
+    reader.position = static_cast<std::size_t>(behindseparator(begin + reader.position, end) - begin);
 }
 
 void dropfield(listreader& reader) {
-    std::size_t at = reader.position;
-    while (at < reader.buffer.size() && !endsfield(reader.buffer, at)) ++at;
-    reader.position = at;
+    const char* const begin = reader.buffer.data();
+    const char* const end = begin + reader.buffer.size();
+    const char* at = begin + reader.position;
+    while (at != end && !endsfield(at, end)) ++at;
+    reader.position = static_cast<std::size_t>(at - begin);
+}
+
+// Takes up to `count` characters one at a time and hands each to `take`. Returns how many there were.
+template <class taker>
+std::size_t takecharacters(listreader& reader, std::size_t count, taker take) {
+    std::size_t taken = 0;
+    for (; taken < count && !atend(reader); ++taken) {
+        const char c = reader.buffer[reader.position];
+        const bool bare = c == '\n' && !reader.insidelineend &&
+                          (reader.position == 0 || reader.buffer[reader.position - 1] != '\r');
+        reader.insidelineend = bare;
+        reader.position += !bare;
+        take(bare ? '\r' : c);
+    }
+    return taken;
 }
 
 // The quoted field that begins at the position; without a closing quote it runs to the end of the file.
@@ -101,6 +117,83 @@ std::string fieldat(listreader reader) {
     inputfailure(reader, kind, reason);
 }
 
+// Powers of ten that a double holds exactly, as it does every number of fifteen digits.
+constexpr double exactpower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int highestexact = 22;
+constexpr int exactdigits = 15;
+
+struct plainnumber {
+    double value = 0;
+    const char* behind = nullptr; // the character behind it, or null for a number that is not plain
+};
+
+// The plain number at `at`, whose digits and power of ten are exact, so that one operation gives the nearest
+// double. What is written in any other way is left to readprefix.
+inline plainnumber readplain(const char* at, const char* end) {
+    const auto digitat = [end](const char* place) {
+        return place != end ? static_cast<unsigned>(static_cast<unsigned char>(*place)) - '0' : 10U;
+    };
+    const bool negative = at != end && *at == '-';
+    at += negative;
+    std::uint64_t mantissa = 0;
+    unsigned digit = 0;
+    const char* from = at;
+    for (; (digit = digitat(at)) <= 9; ++at) mantissa = mantissa * 10 + digit;
+    std::ptrdiff_t digits = at - from;
+    int power = 0;
+    if (at != end && *at == '.') {
+        from = ++at;
+        for (; (digit = digitat(at)) <= 9; ++at) mantissa = mantissa * 10 + digit;
+        digits += at - from;
+        power = -static_cast<int>(at - from);
+    }
+    if (digits == 0 || digits > exactdigits) return {};
+    if (at != end && (*at == 'E' || *at == 'e' || *at == 'D' || *at == 'd')) {
+        const char* ahead = at + 1;
+        const bool down = ahead != end && *ahead == '-';
+        ahead += down || (ahead != end && *ahead == '+');
+        const unsigned tens = digitat(ahead);
+        const unsigned ones = tens <= 9 ? digitat(ahead + 1) : 10;
+        if (ones > 9 || digitat(ahead + 2) <= 9) return {}; // an exponent of two digits is the plain one
+        const int exponent = static_cast<int>(tens * 10 + ones);
+        power += down ? -exponent : exponent;
+        at = ahead + 2;
+    }
+    if (power < -highestexact || power > highestexact) return {};
+    const auto exact = static_cast<double>(mantissa);
+    const double magnitude = power < 0 ? exact / exactpower[-power] : exact * exactpower[power];
+    return {negative ? -magnitude : magnitude, at};
+}
+
+// A whole field at once when it stands behind blanks at most, is a plain number and nothing else: its value,
+// and the place behind its separator, or null for any other field.
+inline plainnumber readplainfield(const char* at, const char* end) {
+    while (at != end && isblank(*at)) ++at;
+    plainnumber number = readplain(at, end);
+    if (!number.behind) return number;
+    if (number.behind != end && !endsfield(number.behind, end)) return {};
+    number.behind = behindseparator(number.behind, end);
+    return number;
+}
+
+// A numeric field, without what is taken behind it.
+numberfield takenumber(listreader& reader) {
+    skipseparators(reader);
+    if (atend(reader)) return {0, fieldoutcome::pastend};
+    reader.insidelineend = false;
+    if (reader.buffer[reader.position] == '"') {
+        takequoted(reader);
+        return {0, fieldoutcome::typemismatch};
+    }
+    const numberprefix prefix = readprefix(reader.buffer.substr(reader.position));
+    reader.position += prefix.length;
+    dropfield(reader);
+    if (prefix.length == 0) return {0, fieldoutcome::typemismatch};
+    if (prefix.overflow) return {0, fieldoutcome::overflow};
+    return {prefix.value, fieldoutcome::read};
+}
+
 // The number of a field that began at `begin`, converted.
 template <class converter>
 auto convertedfield(const listreader& reader, std::size_t begin, const numberfield& field,
@@ -119,104 +212,6 @@ auto readconverted(listreader& reader, converter convert) {
     const std::size_t begin = reader.position;
     const numberfield field = tryreadnumber(reader);
     return convertedfield(reader, begin, field, convert);
-}
-
-// Digits read eight characters at once: their value, and how many of the eight stand before the first other
-// character.
-struct digitgroup {
-    std::uint64_t value = 0;
-    int count = 0;
-};
-
-digitgroup readgroup(const char* at) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, at, sizeof word);
-    word ^= 0x3030303030303030; // digits become 0..9
-    // The top bit of a byte of 10 and above. A carry reaches later characters only, which do not count.
-    const std::uint64_t other = ((word + 0x7676767676767676) | word) & 0x8080808080808080;
-    digitgroup group;
-    group.count = std::countr_zero(other) / 8;
-    if (group.count == 0) return group;
-    word <<= 64 - 8 * group.count; // the digits' places from the right, zeros in front
-    word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FF;
-    word = (word * 100 + (word >> 16)) & 0x0000FFFF0000FFFF;
-    group.value = (word * 10000 + (word >> 32)) & 0x00000000FFFFFFFF;
-    return group;
-}
-
-constexpr double exactpower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr int highestexact = 22;
-constexpr std::uint64_t exactmantissa = std::uint64_t{1} << 53;
-constexpr std::uint64_t wholepower[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
-constexpr std::ptrdiff_t longestusual = 40; // characters that usualnumber may look at
-
-// The usual number, whose digits and power of ten a double holds exactly, so that one operation gives the
-// nearest double: up to seven digits before the point, up to fifteen behind it, an exponent of one or two
-// digits. Returns the character behind it, or null for any other number, which readprefix then takes.
-const char* usualnumber(const char* at, const char* end, double& value) {
-    if (std::endian::native != std::endian::little || end - at < longestusual) return nullptr;
-    const bool negative = *at == '-';
-    at += negative;
-    const digitgroup whole = readgroup(at);
-    at += whole.count;
-    std::uint64_t mantissa = whole.value;
-    int power = 0;
-    int digits = whole.count;
-    if (*at == '.') {
-        const digitgroup first = readgroup(++at);
-        at += first.count;
-        mantissa = mantissa * wholepower[first.count] + first.value;
-        power -= first.count;
-        if (first.count == 8) {
-            const digitgroup second = readgroup(at);
-            at += second.count;
-            mantissa = mantissa * wholepower[second.count] + second.value;
-            power -= second.count;
-        }
-        digits -= power;
-    }
-    if (digits == 0 || digits > 18 || whole.count == 8 || power == -16) return nullptr;
-    if (const char letter = static_cast<char>(*at | 0x20); letter == 'e' || letter == 'd') {
-        const char* ahead = at + 1;
-        const bool down = *ahead == '-';
-        ahead += down || *ahead == '+';
-        const digitgroup exponent = readgroup(ahead);
-        if (exponent.count > 2) return nullptr;
-        if (exponent.count > 0) {
-            power += down ? -static_cast<int>(exponent.value) : static_cast<int>(exponent.value);
-            at = ahead + exponent.count;
-        }
-    }
-    if (mantissa > exactmantissa || power < -highestexact || power > highestexact) return nullptr;
-    const auto exact = static_cast<double>(mantissa);
-    const double magnitude = power < 0 ? exact / exactpower[-power] : exact * exactpower[power];
-    value = negative ? -magnitude : magnitude;
-    return at;
-}
-
-// A numeric field, without what is taken behind it.
-numberfield takenumber(listreader& reader) {
-    skipseparators(reader);
-    if (atend(reader)) return {0, fieldoutcome::pastend};
-    reader.insidelineend = false;
-    if (reader.buffer[reader.position] == '"') {
-        takequoted(reader);
-        return {0, fieldoutcome::typemismatch};
-    }
-    const char* const begin = reader.buffer.data() + reader.position;
-    double value = 0;
-    if (const char* behind = usualnumber(begin, reader.buffer.data() + reader.buffer.size(), value)) {
-        reader.position += static_cast<std::size_t>(behind - begin);
-        dropfield(reader);
-        return {value, fieldoutcome::read};
-    }
-    const numberprefix prefix = readprefix(reader.buffer.substr(reader.position));
-    reader.position += prefix.length;
-    dropfield(reader);
-    if (prefix.length == 0) return {0, fieldoutcome::typemismatch};
-    if (prefix.overflow) return {0, fieldoutcome::overflow};
-    return {prefix.value, fieldoutcome::read};
 }
 
 } // namespace
@@ -242,25 +237,6 @@ void inputfailure(const listreader& reader, errorkind kind, const std::string& r
     throw runtimeerror{kind,
                        reader.name + ", line " + std::to_string(linenumber(reader)) + ": " + reason + "."};
 }
-
-namespace {
-
-// Takes up to `count` characters one at a time and hands each to `take`. Returns how many there were.
-template <class taker>
-std::size_t takecharacters(listreader& reader, std::size_t count, taker take) {
-    std::size_t taken = 0;
-    for (; taken < count && !atend(reader); ++taken) {
-        const char c = reader.buffer[reader.position];
-        const bool bare = c == '\n' && !reader.insidelineend &&
-                          (reader.position == 0 || reader.buffer[reader.position - 1] != '\r');
-        reader.insidelineend = bare;
-        reader.position += !bare;
-        take(bare ? '\r' : c);
-    }
-    return taken;
-}
-
-} // namespace
 
 std::string readcharacters(listreader& reader, std::size_t count) {
     std::string taken;
@@ -309,6 +285,13 @@ std::string_view readtext(listreader& reader, std::string_view ends) {
 }
 
 numberfield tryreadnumber(listreader& reader) {
+    const char* const begin = reader.buffer.data();
+    const plainnumber plain = readplainfield(begin + reader.position, begin + reader.buffer.size());
+    if (plain.behind) {
+        reader.insidelineend = false;
+        reader.position = static_cast<std::size_t>(plain.behind - begin);
+        return {plain.value, fieldoutcome::read};
+    }
     const numberfield field = takenumber(reader);
     takeseparator(reader);
     return field;
@@ -320,6 +303,25 @@ double readnumber(listreader& reader) {
 
 float readsingle(listreader& reader) {
     return readconverted(reader, single);
+}
+
+void readsingles(listreader& reader, float* values, int count) {
+    const char* const begin = reader.buffer.data();
+    const char* const end = begin + reader.buffer.size();
+    const char* at = begin + reader.position;
+    for (int i = 0; i < count; ++i) {
+        const plainnumber plain = readplainfield(at, end);
+        values[i] = static_cast<float>(plain.value); // of at most 37 digits, which a single always holds
+        if (plain.behind) {
+            at = plain.behind;
+            reader.insidelineend = false;
+            continue;
+        }
+        reader.position = static_cast<std::size_t>(at - begin);
+        values[i] = readsingle(reader);
+        at = begin + reader.position;
+    }
+    reader.position = static_cast<std::size_t>(at - begin);
 }
 
 float readsinglebeforetext(listreader& reader) {

@@ -72,4 +72,27 @@ private:
     element cells[total];
 };
 
+// The same with two subscripts, row and column, each column's elements lying next to each other. For tables
+// of which most rows fill a few columns only: the other columns stay untouched and cost no memory.
+template <tablename name, class element, long long highestrow, long long highestcolumn>
+struct columntable {
+    element& operator()(long long row, long long column) { return cells[place(row, column)]; }
+    const element& operator()(long long row, long long column) const { return cells[place(row, column)]; }
+
+private:
+    static constexpr std::size_t rows = static_cast<std::size_t>(highestrow) + 1;
+    static constexpr std::size_t columns = static_cast<std::size_t>(highestcolumn) + 1;
+
+    static std::size_t place(long long row, long long column) {
+        constexpr std::string_view table{name.text, sizeof(name.text) - 1};
+        if (row < 0 || row > highestrow) [[unlikely]]
+            subscriptfailure(table, row, 0, highestrow);
+        if (column < 0 || column > highestcolumn) [[unlikely]]
+            subscriptfailure(table, column, 0, highestcolumn);
+        return static_cast<std::size_t>(column) * rows + static_cast<std::size_t>(row);
+    }
+
+    element cells[rows * columns];
+};
+
 } // namespace orv

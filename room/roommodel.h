@@ -25,15 +25,16 @@ struct roommodel {
     std::int32_t faceCount, sourceCount, receiverCount, holeCount, doorCount, rayLineCount;
 
     // Faces 1..faceCount with vertices 1..faceVertexCount, in file order without a closing one. Flags are -1
-    // or 0. faceHasOpening is a hint only: the reader sets it and never clears it.
+    // or 0. faceHasOpening is a hint only: the reader sets it and never clears it. Vertices are stored by
+    // number, since most faces have few of the 120 they may have.
     fixedtable<"faceLayerFlag", std::int16_t, highestface> faceLayerFlag;
     fixedtable<"faceMaterial", std::int16_t, highestface> faceMaterial;
     fixedtable<"faceVertexCount", std::int16_t, highestface> faceVertexCount;
     fixedtable<"faceInWall", std::int16_t, highestface> faceInWall;
     fixedtable<"faceHasOpening", std::int16_t, highestface> faceHasOpening;
-    fixedtable<"faceVertexX", float, highestface, facevertices> faceVertexX;
-    fixedtable<"faceVertexY", float, highestface, facevertices> faceVertexY;
-    fixedtable<"faceVertexZ", float, highestface, facevertices> faceVertexZ;
+    columntable<"faceVertexX", float, highestface, facevertices> faceVertexX;
+    columntable<"faceVertexY", float, highestface, facevertices> faceVertexY;
+    columntable<"faceVertexZ", float, highestface, facevertices> faceVertexZ;
 
     // Holes and doors; the face that owns one is named by its 16-bit index.
     fixedtable<"holeLayerFlag", std::int16_t, highesthole> holeLayerFlag;

@@ -1,0 +1,313 @@
+// Reading the native geometry file.
+//
+// A text file in code page 1252, one record to a line, lines ended by CR LF (a bare LF is taken too). The
+// record's kind are the first three letters of its first word, in any case, with or without blanks in front;
+// the word ends at the first blank and its fields follow, separated by blanks or commas. Whole numbers are
+// 16-bit, coordinates single-precision metres.
+//
+//   first word        fields
+//   Face              flag material n, then n times x y z; n is 1..120
+//   Hole              the same, n up to 64; belongs to the last face before it
+//   Door              the same, n up to 5; belongs to the last face before it
+//   Source, Speaker   x y z  aim x y z  extra name; one blank or comma, then the rest of the line is the name
+//   Receiver          x y z  and three numbers that are only kept
+//   Ray               start x y z  direction x y z
+//   Wall              none; faces from here on stand in a wall
+//   End               none; closes a wall, and stands at the end of the file
+//
+// All other lines are skipped, the usual first one "EntityList" and empty ones with them. A sample:
+//
+//   EntityList
+//    Wall
+//     Face 0 1 4  0 0 0  4 0 0  4 3 0  0 3 0
+//     Hole 0 2 4  1 1 0  2 1 0  2 2 0  1 2 0
+//    End
+//    Source 1 1 1  2 2 1  0 Omni.spk
+//    Receiver 3 2 1.5  0 0 0
+//   End
+//
+// Two positions run over the file: that of the lines decides what each record is, that of the fields takes it
+// apart. A record with more or fewer numbers than its line should have lets the two drift apart, which the
+// next End line finds out.
+#include "room/geometryreader.h"
+
+#include "base/arithmetic.h"
+#include "base/files.h"
+#include "base/listinput.h"
+#include "base/numbertext.h"
+#include "platform/platform.h"
+#include "room/roommodel.h"
+#include "shell/menucommands.h"
+#include "shell/sessionstate.h"
+
+#include <array>
+#include <limits>
+
+namespace orv {
+
+namespace {
+
+constexpr std::int32_t loadinggrey = rgb(192, 192, 192);
+constexpr std::size_t progressblock = 128; // bytes
+
+// The views and control frames that are hidden while a file is loaded; the next drawing shows them again.
+constexpr std::array viewcontrols = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
+
+constexpr std::array<std::string_view, 5> roomcommands = {"Redraw", "CamRedr2D", "render", "BLNadd",
+                                                          "MapLoad"};
+
+// What a load keeps between its lines.
+struct loading {
+    listreader lines, fields;
+    std::int32_t faces = 0, holes = 0, doors = 0, sources = 0, receivers = 0, raylines = 0;
+    std::int16_t inwall = 0; // -1 between Wall and End
+    std::string progress;    // the percentage shown, and the block it is of
+    std::size_t shownblock = 0;
+};
+
+// The next slot of a table. Raises subscript with the line, which the table itself does not know.
+std::int32_t nextslot(const loading& load, std::int32_t& count, std::int32_t highest,
+                      const std::string& what) {
+    if (count >= highest)
+        inputfailure(load.fields, errorkind::subscript,
+                     "subscript out of range, a room holds at most " + std::to_string(highest) + " " + what);
+    return ++count;
+}
+
+void checkvertices(const loading& load, int count, int highest, const std::string& what) {
+    if (count > highest)
+        inputfailure(load.fields, errorkind::subscript,
+                     "subscript out of range, " + what + " has at most " + std::to_string(highest) +
+                         " vertices, not " + std::to_string(count));
+}
+
+// Three times `count` coordinates, x y z by x y z.
+using coordinates = std::array<float, 3 * facevertices>;
+
+void readface(loading& load) {
+    listreader& fields = load.fields;
+    const std::int32_t face = nextslot(load, load.faces, highestface, "faces");
+    RoomModel.faceLayerFlag(face) = readwhole16(fields);
+    RoomModel.faceMaterial(face) = readwhole16(fields);
+    const int vertices = RoomModel.faceVertexCount(face) = readwhole16(fields);
+    checkvertices(load, vertices, facevertices, "a face");
+    coordinates point;
+    readsingles(fields, point.data(), 3 * vertices);
+    const float* at = point.data();
+    for (int v = 1; v <= vertices; ++v, at += 3) {
+        RoomModel.faceVertexX(face, v) = at[0];
+        RoomModel.faceVertexY(face, v) = at[1];
+        RoomModel.faceVertexZ(face, v) = at[2];
+        extendbox(at[0], at[1], at[2]);
+    }
+    RoomModel.faceInWall(face) = load.inwall;
+}
+
+// The face that an opening belongs to, 0 before the first one.
+std::int16_t owningface(const loading& load) {
+    if (load.faces > std::numeric_limits<std::int16_t>::max())
+        inputfailure(load.fields, errorkind::overflow,
+                     "overflow, face " + std::to_string(load.faces) +
+                         " cannot have a hole or door, since only the first 32767 can");
+    return static_cast<std::int16_t>(load.faces);
+}
+
+void readhole(loading& load) {
+    listreader& fields = load.fields;
+    const std::int16_t face = owningface(load);
+    const std::int32_t hole = nextslot(load, load.holes, highesthole, "holes");
+    RoomModel.holeLayerFlag(hole) = readwhole16(fields);
+    RoomModel.holeMaterial(hole) = readwhole16(fields);
+    const int vertices = RoomModel.holeVertexCount(hole) = readwhole16(fields);
+    checkvertices(load, vertices, holevertices, "a hole");
+    coordinates point;
+    readsingles(fields, point.data(), 3 * vertices);
+    const float* at = point.data();
+    for (int v = 1; v <= vertices; ++v, at += 3) {
+        RoomModel.holeVertexX(hole, v) = at[0];
+        RoomModel.holeVertexY(hole, v) = at[1];
+        RoomModel.holeVertexZ(hole, v) = at[2];
+    }
+    RoomModel.holeFace(hole) = face;
+    RoomModel.faceHasOpening(face) = -1;
+}
+
+void readdoor(loading& load) {
+    listreader& fields = load.fields;
+    const std::int16_t face = owningface(load);
+    const std::int32_t door = nextslot(load, load.doors, highestdoor, "doors");
+    RoomModel.doorLayerFlag(door) = readwhole16(fields);
+    RoomModel.doorMaterial(door) = readwhole16(fields);
+    const int vertices = RoomModel.doorVertexCount(door) = readwhole16(fields);
+    checkvertices(load, vertices, doorvertices, "a door");
+    coordinates point;
+    readsingles(fields, point.data(), 3 * vertices);
+    const float* at = point.data();
+    for (int v = 1; v <= vertices; ++v, at += 3) {
+        RoomModel.doorVertexX(door, v) = at[0];
+        RoomModel.doorVertexY(door, v) = at[1];
+        RoomModel.doorVertexZ(door, v) = at[2];
+    }
+    RoomModel.doorFace(door) = face;
+    RoomModel.faceHasOpening(face) = -1;
+}
+
+void readsource(loading& load) {
+    listreader& fields = load.fields;
+    const std::int32_t source = nextslot(load, load.sources, highestsource, "sources");
+    std::array<float, 6> number{};
+    readsingles(fields, number.data(), 6);
+    RoomModel.sourceX(source) = number[0];
+    RoomModel.sourceY(source) = number[1];
+    RoomModel.sourceZ(source) = number[2];
+    RoomModel.sourceAimX(source) = number[3];
+    RoomModel.sourceAimY(source) = number[4];
+    RoomModel.sourceAimZ(source) = number[5];
+    // The one separator behind the number is all that goes before the name, which may be empty.
+    RoomModel.sourceAimExtra(source) = readsinglebeforetext(fields);
+    RoomModel.sourceFile(source) = atend(fields) ? std::string() : std::string(readline(fields));
+    extendbox(number[0], number[1], number[2]);
+}
+
+void readreceiver(loading& load) {
+    const std::int32_t receiver = nextslot(load, load.receivers, highestreceiver, "receivers");
+    std::array<float, 6> number{};
+    readsingles(load.fields, number.data(), 6);
+    RoomModel.receiverX(receiver) = number[0];
+    RoomModel.receiverY(receiver) = number[1];
+    RoomModel.receiverZ(receiver) = number[2];
+    RoomModel.receiverAimX(receiver) = number[3];
+    RoomModel.receiverAimY(receiver) = number[4];
+    RoomModel.receiverAimZ(receiver) = number[5];
+    extendbox(number[0], number[1], number[2]);
+}
+
+void readrayline(loading& load) {
+    const std::int32_t line = nextslot(load, load.raylines, highestrayline, "ray lines");
+    std::array<float, 6> number{};
+    readsingles(load.fields, number.data(), 6);
+    RoomModel.rayLineX1(line) = number[0];
+    RoomModel.rayLineY1(line) = number[1];
+    RoomModel.rayLineZ1(line) = number[2];
+    RoomModel.rayLineX2(line) = number[3];
+    RoomModel.rayLineY2(line) = number[4];
+    RoomModel.rayLineZ2(line) = number[5];
+}
+
+void openwall(loading& load) {
+    load.inwall = -1;
+    readline(load.fields);
+}
+
+void closewall(loading& load) {
+    load.inwall = 0;
+    const std::string word = uppercase(trimfront(readline(load.fields)).substr(0, 3));
+    if (word != "END") platform::halt(0); // the positions drifted apart; this stop is the required answer
+}
+
+// Three letters as one number, which compares at once.
+constexpr std::uint32_t packed(char first, char second, char third) {
+    const auto upper = [](char c) {
+        return static_cast<std::uint32_t>(
+            static_cast<unsigned char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c));
+    };
+    return upper(first) << 16 | upper(second) << 8 | upper(third);
+}
+
+// The kinds of records. Those with fields begin behind their keyword, the others take their whole line.
+struct recordkind {
+    std::uint32_t letters;
+    bool withfields;
+    void (*read)(loading&);
+};
+constexpr recordkind recordkinds[] = {
+    {packed('F', 'A', 'C'), true, readface},    {packed('R', 'E', 'C'), true, readreceiver},
+    {packed('W', 'A', 'L'), false, openwall},   {packed('E', 'N', 'D'), false, closewall},
+    {packed('H', 'O', 'L'), true, readhole},    {packed('D', 'O', 'O'), true, readdoor},
+    {packed('S', 'O', 'U'), true, readsource},  {packed('S', 'P', 'E'), true, readsource},
+    {packed('R', 'A', 'Y'), true, readrayline},
+};
+
+const recordkind* kindof(std::string_view words) {
+    if (words.size() < 3) return nullptr;
+    const std::uint32_t letters = packed(words[0], words[1], words[2]);
+    for (const recordkind& kind : recordkinds)
+        if (kind.letters == letters) return &kind;
+    return nullptr;
+}
+
+// The percentage of the file that the line position has passed, in whole blocks, once a line. The text is
+// made anew only when the block is another one.
+void showprogress(loading& load, double blocks) {
+    const std::size_t block = load.lines.position / progressblock;
+    if (load.progress.empty() || block != load.shownblock) {
+        const double percent = Int(100 * static_cast<double>(block) / blocks);
+        load.progress = wholetext(static_cast<std::int64_t>(percent)) + "%";
+        load.shownblock = block;
+    }
+    platform::statustext(2, load.progress);
+    platform::yield();
+}
+
+void readrecord(loading& load, std::string_view line) {
+    const std::string_view words = trimfront(line);
+    const recordkind* kind = kindof(words);
+    if (!kind) {
+        readline(load.fields);
+        return;
+    }
+    if (kind->withfields) {
+        const std::size_t leading = line.size() - words.size();
+        const std::size_t blank = words.find(' ');
+        skipcharacters(load.fields, leading + (blank == std::string_view::npos ? 0 : blank + 1));
+    }
+    kind->read(load);
+}
+
+} // namespace
+
+void loadgeometry(const std::string& name) {
+    if (name == "*.ray" || name == "*.*") return;
+    const filebytes bytes = readfile(existingpath(name));
+    const std::string shown = pagetext(name);
+
+    for (const char* control : viewcontrols) platform::setvisible(control, false);
+    const std::int32_t formerbackground = platform::background(loadinggrey);
+    platform::pointer(platform::shape::wait);
+    platform::statustext(1, "Loading " + shown + " ...");
+    resetroom();
+
+    loading load;
+    load.lines = openlist(bytes, shown);
+    load.fields = load.lines;
+    const double blocks = whole32(static_cast<double>(bytes.size) / progressblock);
+    // The progress of each line divides by the blocks; an empty file has none of either.
+    if (blocks == 0 && !atend(load.lines))
+        inputfailure(load.lines, errorkind::divisionbyzero,
+                     "division by zero, a file of at most 64 bytes holds no geometry");
+    while (!atend(load.lines)) {
+        const std::string_view line = readline(load.lines);
+        showprogress(load, blocks);
+        readrecord(load, line);
+    }
+
+    RoomModel.faceCount = load.faces;
+    RoomModel.holeCount = load.holes;
+    RoomModel.doorCount = load.doors;
+    RoomModel.sourceCount = load.sources;
+    RoomModel.receiverCount = load.receivers;
+    RoomModel.rayLineCount = load.raylines;
+    platform::pointer(platform::shape::normal);
+    computecentre();
+    SessionState.targetX = RoomModel.roomCentreX;
+    SessionState.targetY = RoomModel.roomCentreY;
+    SessionState.targetZ = RoomModel.roomCentreZ;
+    for (const std::string_view command : roomcommands) enablecommand(command, true);
+    SessionState.gridReady = SessionState.contourReady = 0;
+    platform::statustext(1, "");
+    platform::statustext(2, "");
+    platform::background(formerbackground);
+    platform::yield();
+}
+
+} // namespace orv

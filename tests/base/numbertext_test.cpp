@@ -1,0 +1,156 @@
+// Numbers as text and text as numbers.
+#include "base/numbertext.h"
+
+#include "base/files.h"
+#include "base/runtimeerror.h"
+#include "tests/jsonvalue.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <random>
+#include <utility>
+
+using namespace orv;
+
+namespace {
+
+TEST(numbertext, TurnsToExponentFormWhereSevenPlacesDoNotHoldTheDigits) {
+    const std::pair<double, const char*> cases[] = {
+        {0, " 0"},
+        {-0.0, " 0"},
+        {1, " 1"},
+        {-1, "-1"},
+        {.5, " .5"},
+        {-.25, "-.25"},
+        {9999999, " 9999999"},
+        {10000000, " 1E+07"},
+        {-12345678, "-1.234568E+07"},
+        {.0123456, " .0123456"},
+        {.01234567, " 1.234567E-02"},
+        {.0000001, " .0000001"},
+        {.00000012, " 1.2E-07"},
+        {.00000001, " 1E-08"},
+        {1e100, " 1E+100"},
+        {5e-324, " 4.940656E-324"},
+        {1.7976931348623157e308, " 1.797693E+308"},
+        {100, " 100"},
+        {3.4028234663852886e38, " 3.402823E+38"},
+    };
+    for (const auto& [value, text] : cases) EXPECT_EQ(numbertext(value), text);
+}
+
+TEST(numbertext, TakesHalvesAwayFromZero) {
+    // Every one of these stands exactly halfway between two texts of seven digits.
+    EXPECT_EQ(numbertext(1000000.5), " 1000001");
+    EXPECT_EQ(numbertext(-1000000.5), "-1000001");
+    EXPECT_EQ(numbertext(1000001.5), " 1000002");
+    EXPECT_EQ(numbertext(9999999.5), " 1E+07");
+    EXPECT_EQ(numbertext(16777225), " 1.677723E+07");
+    EXPECT_EQ(numbertext(0.000030517578125), " 3.051758E-05");
+    // What looks like a half is none: the nearest doubles lie below the first and above the second.
+    EXPECT_EQ(numbertext(2.0000025), " 2.000002");
+    EXPECT_EQ(numbertext(2.0000015), " 2.000002");
+    // All the digits of a tie far from the point.
+    EXPECT_EQ(numbertext(std::ldexp(1.0, -24) + 0.5), " .5000001");
+    EXPECT_EQ(numbertext(std::ldexp(4097.0, -30)), " 3.815629E-06");
+}
+
+// Seven digits do not tell all singles apart, but they come back within half a unit of the seventh.
+TEST(numbertext, ComesBackWithinHalfAUnitOfTheSeventhDigit) {
+    std::mt19937 random(1);
+    for (int i = 0; i < 20000; ++i) {
+        const auto value = static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(random())));
+        if (!std::isfinite(value)) continue;
+        const std::string text = numbertext(value);
+        EXPECT_NEAR(lenientnumber(text), value, std::fabs(value) * 5.0000001e-7) << text;
+        EXPECT_EQ(numbertext(lenientnumber(text)), text);
+    }
+}
+
+TEST(numbertext, WritesWholeNumbersInFull) {
+    EXPECT_EQ(wholetext(0), " 0");
+    EXPECT_EQ(wholetext(-7), "-7");
+    EXPECT_EQ(wholetext(123456789), " 123456789");
+    EXPECT_EQ(trimmedwhole(123456789), "123456789");
+    EXPECT_EQ(trimmednumber(20.5), "20.5");
+    EXPECT_EQ(trimmednumber(-.5), "-.5");
+}
+
+TEST(lenient, TakesTheLongestNumericPrefix) {
+    const std::pair<const char*, double> cases[] = {
+        {"", 0},         {"abc", 0},
+        {".", 0},        {"-", 0},
+        {"+.E5", 0},     {"12", 12},
+        {" \t 12", 12},  {"+12", 12},
+        {"-3", -3},      {"--1", 0},
+        {".5", .5},      {"5.", 5},
+        {"1.2.3", 1.2},  {"1 2", 1},
+        {"12]", 12},     {"1E3", 1000},
+        {"1d2", 100},    {"1E+", 1},
+        {"1E", 1},       {"1e-2x", .01},
+        {"2,5", 2},      {"0x10", 0},
+        {"inf", 0},      {"nan", 0},
+        {"1E-400", 0},   {"1E-99999999999", 0},
+        {"0E999999", 0}, {"2.5 s", 2.5},
+        {"\n1", 0},      {"00012.50", 12.5},
+    };
+    for (const auto& [text, value] : cases) EXPECT_EQ(lenientnumber(text), value) << '"' << text << '"';
+    EXPECT_THROW(lenientnumber("1E400"), runtimeerror);
+    EXPECT_THROW(lenientnumber("-1E99999999999"), runtimeerror);
+}
+
+// Digits of any length, with the point and the exponent anywhere: the nearest double, as the library finds
+// it.
+TEST(lenient, GivesTheNearestDouble) {
+    std::mt19937 random(2);
+    const auto upto = [&random](unsigned highest) { return static_cast<unsigned>(random()) % (highest + 1); };
+    for (int i = 0; i < 50000; ++i) {
+        std::string text;
+        for (unsigned n = upto(24); n > 0; --n) text += static_cast<char>('0' + upto(9));
+        text += '.';
+        for (unsigned n = 1 + upto(24); n > 0; --n) text += static_cast<char>('0' + upto(9));
+        if (upto(1)) text.append("e").append(std::to_string(static_cast<int>(upto(500)) - 250));
+        double expected = 0;
+        const auto parsed = std::from_chars(text.data(), text.data() + text.size(), expected);
+        const numberprefix prefix = readprefix(text);
+        EXPECT_EQ(prefix.length, text.size());
+        if (parsed.ec == std::errc()) {
+            EXPECT_EQ(prefix.value, expected) << text;
+        }
+    }
+}
+
+TEST(digits, RoundToPlacesFromTheDigitsAlone) {
+    // 0.15 lies below fifteen hundredths, and .149999 above fourteen: the digits decide, not the double.
+    const auto rounded = [](double value, int places, int decimals) {
+        const decimaldigits digits = roundedto(significantdigits(value, places), decimals);
+        return std::string(digits.digit.data(), static_cast<std::size_t>(digits.count)) + "@" +
+               std::to_string(digits.point);
+    };
+    EXPECT_EQ(rounded(0.15, 15, 1), "2@0");
+    EXPECT_EQ(rounded(0.05, 7, 1), "1@0");
+    EXPECT_EQ(rounded(0.049, 7, 1), "@0");
+    EXPECT_EQ(rounded(0.5, 7, 0), "1@1");
+    EXPECT_EQ(rounded(9.96, 7, 1), "1@2");
+    EXPECT_EQ(rounded(99.5, 7, 0), "1@3");
+    EXPECT_EQ(rounded(0.0004, 7, 2), "@0");
+    EXPECT_EQ(rounded(120, 7, 2), "12@3");
+}
+
+// Worked examples, where they are at hand.
+TEST(textvectors, AgreeWithNumberTextAndParse) {
+    const std::string path = std::string(SHARED_FILES) + "/examples/text_vectors.json";
+    if (!canopen(path)) GTEST_SKIP() << "no worked examples here";
+    const filebytes bytes = readfile(path);
+    const jsonvalue vectors = readjson(std::string(std::string_view(bytes)));
+    for (const jsonvalue& one : vectors["number_text"].items)
+        EXPECT_EQ(numbertext(lenientnumber(one[0].text)), one[1].text) << one[0].text;
+    for (const jsonvalue& one : vectors["parse"].items)
+        EXPECT_EQ(lenientnumber(one[0].text), one[1].number) << one[0].text;
+    EXPECT_GT(vectors["number_text"].items.size(), 100U);
+}
+
+} // namespace
