@@ -11,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -52,17 +53,6 @@ using openfile = std::unique_ptr<std::FILE, closefile>;
 [[noreturn]] void notwritten(const std::string& path, int reason) {
     failed(errorkind::fileaccess, path,
            "the file cannot be written (" + std::string(std::strerror(reason)) + ")");
-}
-
-// Writes and closes the file, which is null when it could not be opened.
-void writebytes(openfile file, const std::string& path, std::string_view bytes) {
-    if (!file) notwritten(path, errno);
-    errno = 0;
-    const bool complete = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
-                          std::fflush(file.get()) == 0;
-    const int reason = errno;
-    if (std::fclose(file.release()) != 0 && complete) notwritten(path, errno);
-    if (!complete) notwritten(path, reason);
 }
 
 // Upper case of the letters a to z, and of the accented ones of the files' code page in UTF-8.
@@ -108,10 +98,6 @@ std::string foundincase(const std::string& path) {
     return here.string();
 }
 
-} // namespace
-
-namespace {
-
 // Memory for a file's bytes. That of a large file comes in large pages where the system has them: touching
 // nine thousand small ones costs a third of reading 36 MB.
 std::unique_ptr<char[]> roomfor(std::size_t size) {
@@ -151,36 +137,58 @@ filebytes readfile(const std::string& path) {
 }
 
 void replacefile(const std::string& path, std::string_view bytes) {
+    filewriter file(path);
+    file.write(bytes);
+    file.finish();
+}
+
+filewriter::filewriter(const std::string& name) : path(name), target(name) {
     std::error_code error;
     const auto status = fs::status(path, error);
-    if (fs::exists(status) && !fs::is_regular_file(status)) { // a device or a pipe takes the bytes itself
-        writebytes(openfile(std::fopen(path.c_str(), "wb")), path, bytes);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        file = std::fopen(path.c_str(), "wb");
+        if (!file) notwritten(path, errno);
         return;
     }
     // A link keeps pointing where it did, the rights of the old file stay, and a protected one is refused.
-    const std::string target =
-        fs::is_symlink(path, error) ? fs::weakly_canonical(path, error).string() : path;
+    if (fs::is_symlink(path, error)) target = fs::weakly_canonical(path, error).string();
     if (fs::exists(status) && !openfile(std::fopen(target.c_str(), "r+b"))) notwritten(path, errno);
-    std::string fresh = target + ".new";
-    openfile file(std::fopen(fresh.c_str(), "wbx"));
+    fresh = target + ".new";
+    file = std::fopen(fresh.c_str(), "wbx");
     for (int i = 1; !file && errno == EEXIST && i <= freshnames; ++i) { // somebody's file of that name stays
         fresh = target + ".new" + std::to_string(i);
-        file.reset(std::fopen(fresh.c_str(), "wbx"));
+        file = std::fopen(fresh.c_str(), "wbx");
     }
     if (!file) notwritten(path, errno);
-    try {
-        writebytes(std::move(file), path, bytes);
-    } catch (const runtimeerror&) {
-        fs::remove(fresh, error);
-        throw;
-    }
     if (fs::exists(status)) fs::permissions(fresh, status.permissions(), error);
-    fs::rename(fresh, target, error);
-    if (error) {
-        const std::string message = error.message();
-        fs::remove(fresh, error);
-        failed(errorkind::fileaccess, path, "the file cannot be replaced (" + message + ")");
-    }
+}
+
+filewriter::~filewriter() {
+    if (!file) return;
+    std::fclose(file);
+    std::error_code error;
+    if (!fresh.empty()) fs::remove(fresh, error);
+}
+
+void filewriter::write(std::string_view bytes) {
+    errno = 0;
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) notwritten(path, errno);
+}
+
+void filewriter::finish() {
+    errno = 0;
+    if (std::fflush(file) != 0) notwritten(path, errno);
+    const bool closed = std::fclose(std::exchange(file, nullptr)) == 0;
+    const int reason = errno;
+    std::error_code error;
+    if (closed && fresh.empty()) return;
+    if (closed) fs::rename(fresh, target, error);
+    if (closed && !error) return;
+    const std::string message = error.message();
+    std::error_code ignored;
+    if (!fresh.empty()) fs::remove(fresh, ignored);
+    if (!closed) notwritten(path, reason);
+    failed(errorkind::fileaccess, path, "the file cannot be replaced (" + message + ")");
 }
 
 bool canopen(const std::string& path) {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,6 +25,23 @@ filebytes readfile(const std::string& path);
 // Writes a file that replaces any of that name, so that a failure leaves the old one as it was: the bytes
 // go into a file beside it first, which then takes its place. Raises fileaccess.
 void replacefile(const std::string& path, std::string_view bytes);
+
+// A file that is written piece by piece and takes the place of the old one when it is finished. Given up
+// before that, by a failure or otherwise, it leaves the old file as it was and nothing beside it.
+struct filewriter {
+    explicit filewriter(const std::string& name); // raises fileaccess
+    ~filewriter();
+    filewriter(const filewriter&) = delete;
+    filewriter& operator=(const filewriter&) = delete;
+
+    void write(std::string_view bytes); // raises fileaccess
+    void finish();                      // raises fileaccess
+
+private:
+    std::string path, target; // as named, and behind a link
+    std::string fresh;        // the file beside it; empty for a device, which takes the bytes itself
+    std::FILE* file = nullptr;
+};
 
 // Whether the path can be opened for reading as a file. Raises nothing.
 bool canopen(const std::string& path);
