@@ -51,7 +51,6 @@ constexpr float defaultspeed = 340;  // m/s
 constexpr float nocorrection = 1E9F; // s, a critical time that no slot reaches
 constexpr double newformat = 1.2;
 constexpr std::size_t positionlabel = 11, rowlabel = 6; // characters in front of the numbers
-constexpr std::int64_t tendays = std::int64_t{10} * 24 * 3600 * 1'000'000'000; // ns
 constexpr int firstvoiceband = 3, lastvoiceband = 9;
 
 constexpr const char* hiddenviews[] = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};

@@ -106,6 +106,7 @@ void buildarea(Ui::Orvview& form) {
     window.picturewidget = form.Picture1;
     window.log = form.LoadLog;
     window.emptystate = form.EmptyState;
+    window.emptytitle = form.EmptyTitle;
     window.emptytext = form.EmptyText;
     window.column = form.ControlColumn;
     form.Picture1->setAttribute(Qt::WA_OpaquePaintEvent);
@@ -115,7 +116,7 @@ void buildarea(Ui::Orvview& form) {
     platform::background(window.restingbackground);
 
     // The groups come and go; the column keeps the width of all of them.
-    form.ControlColumn->setFixedWidth(form.ControlColumn->sizeHint().width());
+    form.ControlColumn->setFixedWidth(form.ControlColumn->minimumSizeHint().width());
     for (const char* group : viewgroups) control<QWidget>(group).hide();
 }
 
@@ -131,6 +132,14 @@ void fitpicture() {
         return;
     resizepicture(picture, size.width(), size.height(), ratio);
     mainresized(size.width(), size.height());
+    window.resizedmeanwhile = commandssuspended(); // nothing is drawn now
+}
+
+// What fitpicture has left out, once the job is over.
+void redrawresized() {
+    mainwindow& window = *MainWindow;
+    if (!std::exchange(window.resizedmeanwhile, false)) return;
+    mainresized(window.area->width(), window.area->height());
 }
 
 void paintpicture() {
@@ -150,14 +159,16 @@ void closeall() {
     const auto windows = QApplication::topLevelWidgets();
     for (QWidget* window : windows)
         if (window != MainWindow->form.get() && window->isVisible()) window->close();
-    platform::windowsclosed();
+    MainWindow->closed = true;
     QCoreApplication::quit();
 }
 
-// Whether the focus went to another control of the window, by the user and not because of a job.
-bool isleft(Qt::FocusReason reason) {
+// Whether the user moved the focus within the window, which neither another program's window, nor a menu, nor
+// a job that rearranges the controls does.
+bool ismoved(Qt::FocusReason reason) {
     return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
-           reason != Qt::MenuBarFocusReason && MainWindow->rearranging == 0 && !commandssuspended();
+           reason != Qt::MenuBarFocusReason && MainWindow && MainWindow->rearranging == 0 &&
+           !commandssuspended();
 }
 
 void connectfields() {
@@ -168,11 +179,12 @@ void connectfields() {
                          [name, typed] { enter([&] { cameraentered(name, typed()); }); });
         windowhook calls;
         // After the click that brought the focus, which sets the cursor.
-        calls.focus = [&field] {
-            QMetaObject::invokeMethod(&field, &QLineEdit::selectAll, Qt::QueuedConnection);
+        calls.focus = [&field](Qt::FocusReason reason) {
+            if (ismoved(reason))
+                QMetaObject::invokeMethod(&field, &QLineEdit::selectAll, Qt::QueuedConnection);
         };
         calls.leave = [name, typed](Qt::FocusReason reason) {
-            if (isleft(reason)) cameraleft(name, typed());
+            if (ismoved(reason)) cameraleft(name, typed());
         };
         hook(field, std::move(calls));
     }
@@ -210,12 +222,13 @@ QString plaincaption(std::string_view name) {
     return qttext(command(name).caption).remove('&');
 }
 
-QString emptytext() {
+void writeemptystate() {
     const QString room = "File > " + plaincaption("FLoad");
-    if (SessionState.parameterSource != 0)
-        return "The result has no room to be shown in.\n\nOpen one with " + room;
-    return "No result loaded\n\nOpen a result and its room with File > " + plaincaption("OpenRes") +
-           "\nor a room alone with " + room;
+    const bool result = SessionState.parameterSource != 0;
+    MainWindow->emptytitle->setText(result ? "No room loaded" : "No result loaded");
+    MainWindow->emptytext->setText(result ? "Open the room of this result with " + room
+                                          : "Open a result and its room with File > " +
+                                                plaincaption("OpenRes") + "\nor a room alone with " + room);
 }
 
 void build() {
@@ -252,7 +265,7 @@ void showpage() {
         page = window.picturewidget;
     else if (loading)
         page = window.log;
-    if (page == window.emptystate) window.emptytext->setText(emptytext());
+    if (page == window.emptystate) writeemptystate();
     ++window.rearranging;
     window.area->setCurrentWidget(page);
     --window.rearranging;
@@ -264,6 +277,9 @@ void showbusy() {
         ++window.rearranging;
         window.column->setEnabled(!commandssuspended());
         --window.rearranging;
+        if (window.resizedmeanwhile && !commandssuspended())
+            QMetaObject::invokeMethod(
+                window.area, [] { enter(redrawresized); }, Qt::QueuedConnection);
     }
     showpage();
 }

@@ -30,12 +30,13 @@ struct mainwindow {
     QWidget* picturewidget = nullptr; // Picture1
     QPlainTextEdit* log = nullptr;
     QWidget* emptystate = nullptr;
-    QLabel* emptytext = nullptr;
+    QLabel *emptytitle = nullptr, *emptytext = nullptr;
     QWidget* column = nullptr; // of the camera controls
     std::array<QLabel*, 2> panel{};
 
     paintersurface picture{1, 1, 1}; // what Picture1 shows, in the size of the area
     bool pictureshown = true;
+    bool closed = false;
     std::int32_t background = 0, restingbackground = 0; // 0x00BBGGRR; another than the resting one at a load
 
     // Texts that come onto the window with the next refresh, in the core's code page.
@@ -45,7 +46,8 @@ struct mainwindow {
     bool logchanged = false;
     bool refreshing = false; // one has been asked for
 
-    int rearranging = 0; // above 0 while the program itself shows, hides or disables controls
+    bool resizedmeanwhile = false; // while a job ran that keeps the picture for itself
+    int rearranging = 0;           // above 0 while the program itself shows, hides or disables controls
 };
 
 extern std::unique_ptr<mainwindow> MainWindow;

@@ -1,0 +1,163 @@
+// What the main window shows, as the core asks for it.
+//
+// Status panels and the log change far more often than anybody can see. Their texts are kept and come onto
+// the window together, by one posted event for all changes until then.
+#include "base/runtimeerror.h"
+#include "platform/platform.h"
+#include "platform/qt/qttext.h"
+#include "shell/mainwindow.h"
+#include "shell/menucommands.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QFontMetrics>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QStackedWidget>
+
+namespace orv::platform {
+
+namespace {
+
+constexpr int darkest = 128; // lightness of a ground below which its text is white
+
+void refresh() {
+    if (!MainWindow) return;
+    mainwindow& window = *MainWindow;
+    window.refreshing = false;
+    for (std::size_t i = 0; i < window.panel.size(); ++i)
+        window.panel[i]->setText(qttext(window.paneltext[i]));
+    if (!window.logchanged) return;
+    window.logchanged = false;
+    window.log->setPlainText(qttext(window.logtext));
+    window.log->verticalScrollBar()->setValue(window.log->verticalScrollBar()->maximum());
+}
+
+void refreshsoon() {
+    mainwindow& window = *MainWindow;
+    if (window.refreshing) return;
+    window.refreshing = true;
+    QMetaObject::invokeMethod(window.form.get(), refresh, Qt::QueuedConnection);
+}
+
+QWidget& controlof(const std::string& name) {
+    if (QWidget* found = MainWindow->form->findChild<QWidget*>(QString::fromStdString(name))) return *found;
+    throw runtimeerror{errorkind::subscript, "The main window has no control named \"" + name + "\"."};
+}
+
+// Calls back with the control as what it is; nothing for one without a text.
+template <class step>
+void withtext(QWidget& control, step&& run) {
+    if (auto* field = qobject_cast<QLineEdit*>(&control))
+        run(*field);
+    else if (auto* button = qobject_cast<QAbstractButton*>(&control))
+        run(*button);
+    else if (auto* label = qobject_cast<QLabel*>(&control))
+        run(*label);
+}
+
+bool ispicture(const std::string& control) {
+    return control == "Picture1";
+}
+
+} // namespace
+
+void statustext(int panel, const std::string& text) {
+    MainWindow->paneltext[static_cast<std::size_t>(panel - 1)] = text;
+    refreshsoon();
+}
+
+void windowtitle(const std::string& text) {
+    MainWindow->form->setWindowTitle(qttext(text));
+}
+
+std::int32_t background(std::int32_t colour) {
+    mainwindow& window = *MainWindow;
+    const std::int32_t former = window.background;
+    window.background = colour;
+    QPalette palette = window.log->palette();
+    palette.setColor(QPalette::Base, qtcolour(colour));
+    palette.setColor(QPalette::Text, qtcolour(colour).lightness() < darkest ? Qt::white : Qt::black);
+    window.log->setPalette(palette);
+    showpage();
+    return former;
+}
+
+void clearlog() {
+    MainWindow->logtext.clear();
+    MainWindow->loglines = 0;
+    MainWindow->logchanged = true;
+    refreshsoon();
+}
+
+void logline(const std::string& text) {
+    mainwindow& window = *MainWindow;
+    if (window.loglines > 0) window.logtext += '\n';
+    window.logtext += text;
+    ++window.loglines;
+    window.logchanged = true;
+    refreshsoon();
+}
+
+double logfill() {
+    const double line = QFontMetrics(MainWindow->log->font()).lineSpacing();
+    return MainWindow->loglines * line / std::max(line, static_cast<double>(MainWindow->area->height()));
+}
+
+DrawSurface& picture() {
+    return MainWindow->picture.surface;
+}
+
+void settext(const std::string& control, const std::string& text) {
+    withtext(controlof(control), [&](auto& shown) { shown.setText(qttext(text)); });
+}
+
+std::string gettext(const std::string& control) {
+    std::string text;
+    withtext(controlof(control), [&](auto& shown) { text = coretext(shown.text()); });
+    return text;
+}
+
+void setvisible(const std::string& control, bool visible) {
+    mainwindow& window = *MainWindow;
+    if (ispicture(control)) {
+        window.pictureshown = visible;
+        return showpage();
+    }
+    // A field that vanishes has not been left by the user.
+    ++window.rearranging;
+    controlof(control).setVisible(visible);
+    --window.rearranging;
+}
+
+bool isvisible(const std::string& control) {
+    return ispicture(control) ? MainWindow->pictureshown : !controlof(control).isHidden();
+}
+
+void setenabled(const std::string& control, bool enabled) {
+    ++MainWindow->rearranging;
+    controlof(control).setEnabled(enabled);
+    --MainWindow->rearranging;
+}
+
+void setchosen(const std::string& control, bool chosen) {
+    if (auto* button = qobject_cast<QAbstractButton*>(&controlof(control))) button->setChecked(chosen);
+}
+
+void showcommand(const menucommand& command) {
+    if (!MainWindow) return;
+    mainwindow& window = *MainWindow;
+    const auto found = window.actions.find(command.name);
+    if (found == window.actions.end()) return;
+    QAction& action = *found->second;
+    action.setVisible(command.visible);
+    action.setEnabled(isoffered(command));
+    if (command.checkable) action.setChecked(command.checked);
+    showbusy();
+}
+
+} // namespace orv::platform

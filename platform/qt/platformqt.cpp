@@ -1,0 +1,385 @@
+// Boxes and dialogs, the event loop and the machine, by Qt.
+#include "platform/qt/platformqt.h"
+
+#include "base/runtimeerror.h"
+#include "platform/platform.h"
+#include "platform/qt/qttext.h"
+#include "scene/paintersurface.h"
+#include "shell/aboutdialog.h"
+#include "shell/mainwindow.h"
+#include "shell/menucommands.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QColorDialog>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLocale>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPageLayout>
+#include <QPageSetupDialog>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QUrl>
+
+#include <array>
+#include <chrono>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace orv::platform {
+
+namespace {
+
+constexpr std::chrono::microseconds frame{16667}; // 60 to a second
+
+constexpr int dialogwidth = 760, dialogheight = 460; // of Qt's own file dialog, pixels
+
+// Windows of the program that others open by name.
+struct namedwindow {
+    std::string_view name;
+    void (*show)(bool modal);
+};
+constexpr namedwindow namedwindows[] = {{"About", showabout}};
+
+constexpr struct {
+    buttons choice;
+    QMessageBox::StandardButtons shown;
+} boxbuttons[] = {{buttons::ok, QMessageBox::Ok},
+                  {buttons::okcancel, QMessageBox::Ok | QMessageBox::Cancel},
+                  {buttons::yesno, QMessageBox::Yes | QMessageBox::No}};
+
+constexpr struct {
+    answer given;
+    QMessageBox::StandardButton button;
+} boxanswers[] = {{answer::ok, QMessageBox::Ok},
+                  {answer::cancel, QMessageBox::Cancel},
+                  {answer::yes, QMessageBox::Yes},
+                  {answer::no, QMessageBox::No}};
+
+constexpr struct {
+    icon sign;
+    QMessageBox::Icon shown;
+} boxicons[] = {{icon::none, QMessageBox::NoIcon},
+                {icon::information, QMessageBox::Information},
+                {icon::question, QMessageBox::Question},
+                {icon::exclamation, QMessageBox::Warning},
+                {icon::stop, QMessageBox::Critical}};
+
+// Where a desktop keeps its number formats; the first one that is installed is taken.
+constexpr struct {
+    const char *program, *page;
+} regionprograms[] = {
+#ifdef Q_OS_WIN
+    {"rundll32.exe", "shell32.dll,Control_RunDLL intl.cpl"},
+#else
+    {"gnome-control-center", "region"},
+    {"systemsettings", "kcm_regionandlang"},
+    {"systemsettings5", "kcm_formats"},
+    {"cinnamon-settings", "region"},
+#endif
+};
+
+using clock = std::chrono::steady_clock;
+
+clock::time_point due;
+bool waiting = false; // the wait pointer is shown
+regionmarks region;
+std::unique_ptr<QPrinter> printer;
+
+// What a dialog belongs to: the dialog beneath it, else the main window.
+QWidget* parent() {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    return MainWindow ? MainWindow->form.get() : nullptr;
+}
+
+[[noreturn]] void cancel() {
+    throw runtimeerror{errorkind::cancelled, "The dialog was cancelled."};
+}
+
+// Without a desktop there are no dialogs but Qt's own.
+bool nativedialogs() {
+    return QGuiApplication::platformName() != "offscreen";
+}
+
+// A pattern that finds names in any letter case also in dialogs which ask the file system: "*.ray" becomes
+// "*.[rR][aA][yY]".
+QString caselesspattern(const QString& pattern) {
+    QString caseless;
+    for (const QChar letter : pattern)
+        caseless +=
+            letter.isLetter() ? "[" + QString(letter.toLower()) + QString(letter.toUpper()) + "]" : letter;
+    return caseless.replace(';', ' ');
+}
+
+// "Text (*.x)|*.x|Other|*.y" as Qt's list; the dialog shows what stands before the last bracket.
+QStringList namefilters(const std::string& filter) {
+    const QStringList parts = qttext(filter).split('|');
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        filters += parts[i] + " (" + caselesspattern(parts[i + 1]) + ")";
+    return filters;
+}
+
+std::string askfile(const filerequest& request, QFileDialog::AcceptMode mode) {
+    QFileDialog dialog(parent(), qttext(request.title));
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setOption(QFileDialog::DontUseNativeDialog, !nativedialogs());
+    dialog.resize(dialogwidth, dialogheight);
+    dialog.setNameFilters(namefilters(request.filter));
+
+    const bool pattern = request.proposal.find_first_of("*?") != std::string::npos;
+    const QFileInfo proposal(qtpath(request.proposal));
+    const bool placed = !pattern && proposal.dir().exists() && proposal.fileName() != proposal.filePath();
+    dialog.setDirectory(placed ? proposal.absolutePath() : qtpath(request.directory));
+    if (!pattern) dialog.selectFile(proposal.fileName());
+
+    if (rundialog(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) cancel();
+    return corepath(QDir::toNativeSeparators(dialog.selectedFiles().constFirst()));
+}
+
+QPrinter& theprinter() {
+    if (!printer) {
+        printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+        printer->setPageOrientation(QPageLayout::Landscape); // as the picture lies
+        printer->setDocName("Orvanta View");
+        // It must not outlive the application.
+        qAddPostRoutine([] { printer.reset(); });
+    }
+    return *printer;
+}
+
+Qt::CursorShape cursorof(shape form) {
+    switch (form) {
+    case shape::sizeall:
+        return Qt::SizeAllCursor;
+    case shape::cross:
+        return Qt::CrossCursor;
+    default:
+        return Qt::ArrowCursor;
+    }
+}
+
+// The pointer after a placed point: an open ring about the hot spot, readable on any ground.
+QCursor placedcursor() {
+    constexpr int size = 17, middle = 8;
+    QPixmap picture(size, size);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    for (const auto& [colour, width] : {std::pair(Qt::white, 3), std::pair(Qt::black, 1)}) {
+        painter.setPen(QPen(colour, width));
+        painter.drawEllipse(3, 3, size - 7, size - 7);
+        painter.drawLine(middle, 0, middle, 4);
+        painter.drawLine(middle, size - 5, middle, size);
+        painter.drawLine(0, middle, 4, middle);
+        painter.drawLine(size - 5, middle, size, middle);
+    }
+    painter.end();
+    return QCursor(picture, middle, middle);
+}
+
+void showwait(bool shown) {
+    if (shown == waiting) return;
+    waiting = shown;
+    if (shown)
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QGuiApplication::restoreOverrideCursor();
+}
+
+} // namespace
+
+void prepare() {
+    const QLocale system = QLocale::system();
+    region = {coretext(system.decimalPoint()), coretext(system.groupSeparator())};
+    // The plain C region has no group mark in some desktops; it counts as point and comma.
+    if (system.language() == QLocale::C) region = {".", ","};
+    std::setlocale(LC_NUMERIC, "C");
+    QLocale::setDefault(QLocale::c());
+}
+
+void restartyield() {
+    due = clock::now() + frame;
+}
+
+int rundialog(QDialog& dialog) {
+    const bool former = waiting;
+    showwait(false);
+    const int outcome = dialog.exec();
+    showwait(former);
+    return outcome;
+}
+
+// --- Boxes and dialogs ---
+
+answer messagebox(const std::string& title, const std::string& text, buttons choice, icon sign,
+                  answer preset) {
+    QMessageBox box(parent());
+    box.setWindowTitle(qttext(title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(qttext(text));
+    for (const auto& row : boxbuttons)
+        if (row.choice == choice) box.setStandardButtons(row.shown);
+    for (const auto& row : boxicons)
+        if (row.sign == sign) box.setIcon(row.shown);
+    for (const auto& row : boxanswers)
+        if (row.given == preset) box.setDefaultButton(row.button);
+    const int button = rundialog(box);
+    for (const auto& row : boxanswers)
+        if (row.button == button) return row.given;
+    return preset;
+}
+
+std::string askopenfile(const filerequest& request) {
+    return askfile(request, QFileDialog::AcceptOpen);
+}
+
+std::string asksavefile(const filerequest& request) {
+    return askfile(request, QFileDialog::AcceptSave);
+}
+
+std::int32_t askcolour(std::int32_t present) {
+    QColorDialog dialog(qtcolour(present), parent());
+    dialog.setOption(QColorDialog::DontUseNativeDialog, !nativedialogs());
+    if (rundialog(dialog) != QDialog::Accepted) cancel();
+    return corecolour(dialog.selectedColor());
+}
+
+void printpicture(const std::function<void(DrawSurface&)>& draw) {
+    QPrintDialog dialog(&theprinter(), parent());
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
+    if (rundialog(dialog) != QDialog::Accepted) cancel();
+    {
+        paintersurface page(theprinter());
+        if (page.painter.isActive()) {
+            // The room must stay as it is until the page is full.
+            struct busy {
+                busy() { suspendcommands(true); }
+                ~busy() { suspendcommands(false); }
+            } const suspended;
+            draw(page.surface);
+            return;
+        }
+    }
+    const QString file = theprinter().outputFileName();
+    messagebox("Print Image",
+               file.isEmpty() ? "The printer " + coretext(theprinter().printerName()) + " does not answer."
+                              : "The file " + coretext(file) + " cannot be written.",
+               buttons::ok, icon::exclamation, answer::ok);
+    cancel();
+}
+
+void printersetup() {
+    QPageSetupDialog dialog(&theprinter(), parent());
+    if (rundialog(dialog) != QDialog::Accepted) cancel();
+}
+
+void showwindow(const std::string& name, bool modal) {
+    for (const namedwindow& window : namedwindows)
+        if (window.name == name) return window.show(modal);
+    throw runtimeerror{errorkind::subscript, "No window is named \"" + name + "\"."};
+}
+
+// --- The event loop ---
+
+void yield() {
+    if (clock::now() < due) return;
+    QCoreApplication::processEvents();
+    restartyield();
+    // The job beneath a closed window has nothing left to do: nothing is saved at the end.
+    if (MainWindow && MainWindow->closed) halt(EXIT_SUCCESS);
+}
+
+void closewindows() {
+    if (MainWindow) MainWindow->form->close();
+}
+
+void halt(int status) {
+    std::fflush(nullptr);
+    std::_Exit(status);
+}
+
+// --- The machine ---
+
+void pointer(shape form) {
+    showwait(form == shape::wait);
+    if (form == shape::wait || !MainWindow) return;
+    if (form == shape::normal)
+        MainWindow->picturewidget->unsetCursor();
+    else
+        MainWindow->picturewidget->setCursor(form == shape::placedpoint ? placedcursor()
+                                                                        : QCursor(cursorof(form)));
+}
+
+void beep() {
+    QApplication::beep();
+}
+
+void cliptext(const std::string& text) {
+    QGuiApplication::clipboard()->setText(qttext(text));
+}
+
+void clippicture() {
+    QGuiApplication::clipboard()->setImage(picturecontents(MainWindow->picture).copy());
+}
+
+void showregionsettings() {
+    for (const auto& row : regionprograms) {
+        const QString program = QStandardPaths::findExecutable(row.program);
+        if (!program.isEmpty() && QProcess::startDetached(program, QString(row.page).split(' '))) return;
+    }
+    messagebox("Regional settings",
+               "No program for regional settings was found. Choose a region that writes numbers as 1,234.5, "
+               "for instance by setting the environment variable LC_NUMERIC to en_US.UTF-8, and start the "
+               "program again.",
+               buttons::ok, icon::information, answer::ok);
+}
+
+void opendocument(const std::string& path) {
+#ifdef Q_OS_WIN
+    if (QProcess::startDetached("explorer", {QDir::toNativeSeparators(qtpath(path))})) return;
+#else
+    if (nativedialogs() && QDesktopServices::openUrl(QUrl::fromLocalFile(qtpath(path)))) return;
+    const QString opener = QStandardPaths::findExecutable("xdg-open");
+    if (!opener.isEmpty() && QProcess::startDetached(opener, {qtpath(path)})) return;
+#endif
+    messagebox("Help", "No program was found that opens " + pagetext(path) + ".", buttons::ok,
+               icon::information, answer::ok);
+}
+
+regionmarks userregion() {
+    return region;
+}
+
+std::uint64_t memorybytes() {
+#ifdef Q_OS_WIN
+    MEMORYSTATUSEX memory{};
+    memory.dwLength = sizeof memory;
+    GlobalMemoryStatusEx(&memory);
+    return memory.ullTotalPhys;
+#else
+    return static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) *
+           static_cast<std::uint64_t>(sysconf(_SC_PAGE_SIZE));
+#endif
+}
+
+std::string programdirectory() {
+    return corepath(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()));
+}
+
+} // namespace orv::platform

@@ -1,0 +1,21 @@
+// The Qt side of the seam: what the program, the windows and their tests need beside platform.h. For Qt files
+// only.
+#pragma once
+
+class QDialog;
+
+namespace orv::platform {
+
+// Remembers the user's region, then sets the plain number formats for all that follows. Once, when the
+// QApplication has been made (which sets the region's formats).
+void prepare();
+
+// The next yield that lets events in is a frame away: called when an event enters, so that short work is
+// shown when it is done and not halfway.
+void restartyield();
+
+// Runs a modal dialog, under the normal pointer whatever it was before. Returns QDialog::Accepted or the
+// other.
+int rundialog(QDialog& dialog);
+
+} // namespace orv::platform
