@@ -436,8 +436,7 @@ std::string sourcelabel(std::int32_t source) {
 std::string scenetitle() {
     const sessionstate& s = SessionState;
     const std::string& path = s.resultFileName.empty() ? s.geometryFileName : s.resultFileName;
-    const std::string plain =
-        std::string(programname) + std::string(versiontext) + " - " + pagetext(path);
+    const std::string plain = std::string(programname) + std::string(versiontext) + " - " + pagetext(path);
     if (s.parameterSource == 0 || !(ischecked("Post") || s.mapInProgress)) return plain;
     if (s.bandIndex < 0 || s.bandIndex > bandcount) return plain;
 

@@ -1,0 +1,288 @@
+// The tour: one typical session in the real main window, step by step, without anybody there. It is run by
+// tour/run, in a data directory of its own with the sample hall.
+//
+// A new step is a routine here and a row in the table; guide.h has what it can do.
+#include "tour/guide.h"
+
+#include "base/files.h"
+#include "platform/qt/answers.h"
+#include "platform/qt/platformqt.h"
+#include "results/parameterset.h"
+#include "results/resultset.h"
+#include "room/roommodel.h"
+#include "shell/mainwindow.h"
+#include "shell/menucommands.h"
+#include "shell/sessionstate.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QImage>
+#include <QMainWindow>
+#include <QStackedWidget>
+#include <QTest>
+#include <QTimer>
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orv::tour {
+
+namespace {
+
+constexpr int receivers = 30, sources = 2; // of the sample hall
+constexpr int band1k = 6;
+constexpr std::size_t smallestpdf = 1000; // bytes of a page with something on it
+
+// What of the room a save keeps, number by number: all but the wall groups and the ray lines.
+std::vector<double> savedroom() {
+    const roommodel& R = RoomModel;
+    std::vector<double> numbers;
+    const auto add = [&numbers](auto... values) { (numbers.push_back(static_cast<double>(values)), ...); };
+    add(R.faceCount, R.holeCount, R.doorCount, R.sourceCount, R.receiverCount);
+    for (int i = 1; i <= R.faceCount; ++i) {
+        add(R.faceLayerFlag(i), R.faceMaterial(i), R.faceVertexCount(i));
+        for (int v = 1; v <= R.faceVertexCount(i); ++v)
+            add(R.faceVertexX(i, v), R.faceVertexY(i, v), R.faceVertexZ(i, v));
+    }
+    for (int i = 1; i <= R.holeCount; ++i) {
+        add(R.holeFace(i), R.holeLayerFlag(i), R.holeMaterial(i), R.holeVertexCount(i));
+        for (int v = 1; v <= R.holeVertexCount(i); ++v)
+            add(R.holeVertexX(i, v), R.holeVertexY(i, v), R.holeVertexZ(i, v));
+    }
+    for (int i = 1; i <= R.doorCount; ++i) {
+        add(R.doorFace(i), R.doorLayerFlag(i), R.doorMaterial(i), R.doorVertexCount(i));
+        for (int v = 1; v <= R.doorVertexCount(i); ++v)
+            add(R.doorVertexX(i, v), R.doorVertexY(i, v), R.doorVertexZ(i, v));
+    }
+    for (int i = 1; i <= R.sourceCount; ++i)
+        add(R.sourceX(i), R.sourceY(i), R.sourceZ(i), R.sourceAimX(i), R.sourceAimY(i), R.sourceAimZ(i),
+            R.sourceAimExtra(i));
+    for (int i = 1; i <= R.receiverCount; ++i)
+        add(R.receiverX(i), R.receiverY(i), R.receiverZ(i), R.receiverAimX(i), R.receiverAimY(i),
+            R.receiverAimZ(i));
+    return numbers;
+}
+
+void checktitle(const std::string& beginning) {
+    const std::string title = MainWindow->form->windowTitle().toStdString();
+    check(title.starts_with(beginning), "the title is \"" + title + "\", not \"" + beginning + "...\"");
+}
+
+// Something has been drawn since `before`.
+void checkredrawn(std::size_t before) {
+    check(picturesum() != before, "the picture is the same as before");
+}
+
+void clickanddraw(const char* button) {
+    const std::size_t before = picturesum();
+    click(button);
+    checkredrawn(before);
+}
+
+void typeanddraw(const char* field, const char* text) {
+    const std::size_t before = picturesum();
+    type(field, text);
+    checkredrawn(before);
+}
+
+// The room's mean is that of a hall of this size and these materials.
+void checkdecay() {
+    const double t30 = static_cast<double>(ParameterSet.T30(0, band1k));
+    check(t30 > 1 && t30 < 3, "the hall's T30 at 1 kHz is " + std::to_string(t30) + " s");
+}
+
+// --- The steps ---
+
+void start() {
+    showmainwindow();
+    check(QTest::qWaitForWindowExposed(MainWindow->form.get()), "the window does not show");
+    std::printf("(%.0f ms from the start of the process) ", processage());
+    checktitle("Orvanta View v. 3.10");
+    check(MainWindow->area->currentWidget() == MainWindow->emptystate, "there is something to see already");
+}
+
+void filemenu() {
+    lookintomenu("File", "file-menu");
+}
+
+void cancelled() {
+    answers::expectfile("Load a Orvanta CAD File", "");
+    choose("FLoad");
+    check(RoomModel.faceCount == 0 && !isenabled("Fsave"), "a cancelled dialog changed something");
+}
+
+void openresult() {
+    answers::expectfile("Load an Impulse Response File and its Geometry", datafile("hall._01"),
+                        [](QWidget&) { picture("open-dialog"); });
+    watchlog("loading", [] { choose("OpenRes"); });
+    check(ImpulseResponse.receivers == receivers, "the result was not read whole");
+    check(RoomModel.faceCount > 0 && RoomModel.sourceCount == sources, "the room was not read whole");
+    check(MainWindow->area->currentWidget() == MainWindow->picturewidget, "the picture is not shown");
+    checkdecay();
+    checktitle(datafile("hall.RAY"));
+    replacefile(sessionfile("loading.txt"), MainWindow->logtext);
+}
+
+void sideview() {
+    clickanddraw("YZ");
+}
+
+void longview() {
+    clickanddraw("XZ");
+}
+
+// The value, its band and its colour have no window yet in which to choose them.
+void posted() {
+    click("XY");
+    SessionState.parameterName = "C80";
+    SessionState.bandIndex = band1k;
+    SessionState.colourPosted = rgb(0, 0, 0);
+    const std::size_t before = picturesum();
+    choose("CamRedr2D");
+    checkredrawn(before);
+}
+
+void zoom() {
+    typeanddraw("FocLenght", "150");
+}
+
+void spatial() {
+    type("FocLenght", "50");
+    const std::size_t before = picturesum();
+    choose("Redraw");
+    checkredrawn(before);
+    click("Redisplay");
+}
+
+void focallength() {
+    clickanddraw("SpinFocal_down");
+    clickanddraw("SpinFocal_down");
+    check(std::lround(static_cast<double>(SessionState.focalLength) * 1000) == 24, "it is not 24 mm");
+}
+
+void cameratyped() {
+    typeanddraw("CamX", "48");
+    typeanddraw("CamY", "-24");
+    typeanddraw("CamZ", "20");
+}
+
+void cameraspun() {
+    for (int i = 0; i < 3; ++i) clickanddraw("Spin2_down");
+    clickanddraw("Spin7_down");
+    check(std::lround(static_cast<double>(SessionState.cameraX)) == 33, "the camera is not at 33 m");
+}
+
+void saveroom() {
+    const std::vector<double> room = savedroom();
+    const std::string path = sessionfile("saved.ray");
+    answers::expectfile("Save a Orvanta CAD File", path, [](QWidget&) { picture("save-dialog"); });
+    choose("Fsave");
+    resetroom();
+    answers::expectfile("Load a Orvanta CAD File", path);
+    choose("FLoad");
+    check(savedroom() == room, "the saved room is not the one that was shown");
+}
+
+void copypicture() {
+    choose("Copy");
+    const QImage copied = QGuiApplication::clipboard()->image();
+    check(copied.size() == MainWindow->picture.image.size(), "the clipboard does not hold the picture");
+}
+
+void print() {
+    const std::string path = sessionfile("printed.pdf");
+    answers::expectprint(path);
+    choose("Cprint");
+    check(canopen(path) && filesize(path) > smallestpdf, "nothing was printed");
+}
+
+void about() {
+    answers::expectwindow("About", [](QWidget& window) {
+        picture("about");
+        QTest::keyClick(&window, Qt::Key_Return);
+    });
+    choose("HAbout");
+}
+
+void helpkey() {
+    answers::expectbox("Sorry, no help still available", platform::answer::ok,
+                       [](QWidget&) { picture("help-key"); });
+    press(Qt::Key_F1);
+}
+
+void otherresult() {
+    type("FocLenght", "50");
+    const float before = ParameterSet.Leq(1, linearband);
+    answers::expectfile("Load an Impulse Response File", datafile("hall._03"));
+    choose("MapLoad");
+    // Two sources where there was one.
+    check(ParameterSet.Leq(1, linearband) > before, "the levels have not risen");
+    checkdecay();
+}
+
+// In the old format; no room lies beside it, so that the program asks for one, with the whole log behind.
+void roomelsewhere() {
+    std::filesystem::copy_file(datafile("hall._05"), datafile("elsewhere._05"));
+    answers::expectfile("Load an Impulse Response File and its Geometry", datafile("elsewhere._05"));
+    answers::expectfile("Load a Orvanta CAD File", datafile("hall.RAY"), [](QWidget& dialog) {
+        dialog.move(dialog.pos() + QPoint(250, 100));
+        picture("log-and-room-dialog");
+    });
+    choose("OpenRes");
+    check(ResultSet.resultFormat < 1.2 && ImpulseResponse.receivers == receivers,
+          "the old format was not read");
+    checkdecay();
+    checktitle(datafile("hall.RAY"));
+}
+
+void leave() {
+    choose("FQuit");
+    check(!MainWindow->form->isVisible(), "the window is still there");
+}
+
+constexpr step steps[] = {
+    {"Start", start, "start"},
+    {"The File menu", filemenu, ""},
+    {"Cancel a file dialog", cancelled, ""},
+    {"Open a result and its room", openresult, "2d-xy"},
+    {"View YZ", sideview, "2d-yz"},
+    {"View XZ", longview, "2d-xz"},
+    {"Posted values: C80 at 1 kHz", posted, "2d-posted"},
+    {"Zoom by focal length", zoom, "2d-zoom"},
+    {"Draw 3D", spatial, "3d"},
+    {"Focal length by its steps", focallength, "3d-wide"},
+    {"Camera by its fields", cameratyped, "3d-camera"},
+    {"Camera and target by their steps", cameraspun, "3d-steps"},
+    {"Save the room and read it back", saveroom, ""},
+    {"Copy the picture", copypicture, ""},
+    {"Print the picture to a file", print, ""},
+    {"About", about, ""},
+    {"F1", helpkey, ""},
+    {"Another result over the room", otherresult, "2d-other-result"},
+    {"A result whose room lies elsewhere", roomelsewhere, ""},
+    {"Exit", leave, ""},
+};
+
+} // namespace
+
+} // namespace orv::tour
+
+int main(int argumentcount, char** arguments) {
+    if (argumentcount != 2) {
+        std::fputs("usage: orvtour OUTPUT\n", stderr);
+        return 2;
+    }
+    QApplication application(argumentcount, arguments);
+    orv::platform::prepare();
+    bool good = false;
+    QTimer::singleShot(0, [&] {
+        good = orv::tour::run(orv::tour::steps, arguments[1]);
+        QCoreApplication::quit();
+    });
+    QApplication::exec();
+    orv::removemainwindow();
+    return good ? 0 : 1;
+}
