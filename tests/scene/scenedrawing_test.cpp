@@ -29,7 +29,7 @@ struct scenetest : sessiontest {
         s.colourRays = rgb(255, 0, 2);
         s.colourRoom = rgb(0, 0, 3);
         s.colourReceivers = rgb(0, 0, 4);
-        s.geometryFileName = inside("hall.ray");
+        s.geometryFileName = "hall.ray";
         s.parameterName = "Leq";
         s.bandIndex = 12;
         // Looks along y; the picture plane stands 5 m ahead: u = 5 x / (y + 10), v = 5 z / (y + 10).
