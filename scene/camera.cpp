@@ -4,6 +4,7 @@
 #include "base/arithmetic.h"
 #include "base/formatpattern.h"
 #include "base/numbertext.h"
+#include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
 #include "scene/scenedrawing.h"
@@ -85,10 +86,19 @@ void redrawwhenauto() {
     if (SessionState.autoRedraw != off) redrawpicture();
 }
 
+// The number of a field's text as single precision. Raises overflow with the field and what stands there.
+float fieldnumber(std::string_view control, const std::string& text, double divisor = 1) {
+    try {
+        return single(lenientnumber(text) / divisor);
+    } catch (const runtimeerror& error) {
+        throw runtimeerror{error.kind, std::string(control) + ": the number " + text + " is too large."};
+    }
+}
+
 // Stores the number of a field's text; a 0, which is also what words and an empty field read as, only where
 // `zero` allows it.
 void storefield(const camerafield& field, const std::string& text, bool zero) {
-    const float value = single(lenientnumber(text));
+    const float value = fieldnumber(field.control, text);
     if (value != 0 || zero) SessionState.*field.value = value;
 }
 
@@ -116,14 +126,17 @@ void pan(double& left, double& top, double& right, double& bottom) {
 
 void setupcamera() {
     writecamera();
+    ViewCamera = derivedcamera();
+}
 
+viewcamera derivedcamera() {
     const sessionstate& s = SessionState;
     const double x = wide(s.cameraX), y = wide(s.cameraY), z = wide(s.cameraZ);
     const double tox = wide(s.targetX) - x, toy = wide(s.targetY) - y, toz = wide(s.targetZ) - z;
     const double distance = length(tox, toy, toz);
     const double ahead = wide(s.focalLength) * enlargement;
 
-    viewcamera c; // the shared one changes only when all of this succeeds
+    viewcamera c;
     c.planeOriginX = single(x + quotient(tox * ahead, distance));
     c.planeOriginY = single(y + quotient(toy * ahead, distance));
     c.planeOriginZ = single(z + quotient(toz * ahead, distance));
@@ -150,7 +163,7 @@ void setupcamera() {
     c.axisVX = single(quotient(vx, v));
     c.axisVY = single(quotient(vy, v));
     c.axisVZ = single(quotient(vz, v));
-    ViewCamera = c;
+    return c;
 }
 
 void planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3, double& a, double& b,
@@ -209,7 +222,7 @@ void scale2dview(DrawSurface& surface) {
 
 void cameraentered(std::string_view control, const std::string& text) {
     if (control == focalcontrol) {
-        SessionState.focalLength = single(lenientnumber(text) / 1000);
+        SessionState.focalLength = fieldnumber(control, text, 1000);
         redrawwhenauto();
         return;
     }
@@ -227,6 +240,7 @@ void cameraleft(std::string_view control, const std::string& text) {
 }
 
 void cameraspin(std::string_view spin, bool up) {
+    if (drawingruns()) return; // Enter is not taken now, and the field must not show what nobody stored
     const auto act = [](std::string_view control, double value, std::string_view pattern) {
         const std::string text = formatnumber(value, pattern);
         platform::settext(std::string(control), text);
@@ -241,6 +255,7 @@ void cameraspin(std::string_view spin, bool up) {
     for (const camerafield& field : camerafields) {
         if (field.spin != spin) continue;
         const double now = lenientnumber(platform::gettext(std::string(field.control)));
+        // A step that ends at 0 is not stored (but by CamZ), as any 0 that is entered; meant.
         return act(field.control, up ? now + spinstep : now - spinstep, up ? field.uppattern : spinpattern);
     }
 }

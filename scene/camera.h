@@ -34,6 +34,9 @@ constexpr double behindcamera = -12345;
 // ViewCamera is then as it was, but the texts are written.
 void setupcamera();
 
+// What setupcamera derives, without a change to anything. Raises divisionbyzero alike.
+viewcamera derivedcamera();
+
 // Model point (m) to picture coordinates (m on the picture plane), computed in double precision from the
 // single-precision camera. (0, 0) with a beep for a point in the camera's own plane, (-12345, 0) for one
 // behind the camera; nobody tests for either. Raises nothing.

@@ -285,6 +285,7 @@ void drawraylines3d(DrawSurface& surface) {
 
 // --- The two views ---
 
+// The groups of a view are shown whether or not it can be drawn: they are the way out when it cannot.
 void showview(bool solid) {
     platform::pointer(platform::shape::wait);
     platform::setvisible("Picture1", true);
@@ -296,9 +297,8 @@ void showview(bool solid) {
     platform::setvisible("Frame2", solid);
 }
 
-void begin(DrawSurface& surface, bool clearfirst, bool solid) {
+void begin(DrawSurface& surface, bool clearfirst) {
     SessionState.drawAbort = off;
-    showview(solid);
     if (!clearfirst) return;
     surface.setBackColor(white);
     surface.clear();
@@ -312,8 +312,9 @@ void finish(std::string_view hint) {
 
 // Both return whether there was anything to draw.
 bool drawflat(DrawSurface& surface, bool clearfirst) {
+    showview(false);
     if (!attempt([&] { scale2dview(surface); })) return false;
-    begin(surface, clearfirst, false);
+    begin(surface, clearfirst);
     surface.setFillStyle(fillstyle::solid);
     surface.setForeColor(SessionState.colourRoom);
     drawroom2d(surface);
@@ -328,9 +329,10 @@ bool drawflat(DrawSurface& surface, bool clearfirst) {
 }
 
 bool drawsolid(DrawSurface& surface, bool clearfirst) {
+    showview(true);
     surface.setDrawWidth(1);
     if (!attempt([] { setupcamera(); }) || !attempt([&] { scale3dview(surface); })) return false;
-    begin(surface, clearfirst, true);
+    begin(surface, clearfirst);
     // A stage that fails leaves the others, and nothing is said about it.
     attempt([&] { drawaxes3d(surface); });
     drawroom3d(surface);
@@ -379,14 +381,26 @@ void drawview(DrawSurface& surface, bool clearfirst, viewkind kind) {
         }
         kind = running[place].waiting;
         clearfirst = true;
-        if (!drawn)
+        if (!drawn) {
             surface.restore();
-        else if (kind == viewkind::none)
+            platform::pointer(platform::shape::normal);
+        } else if (kind == viewkind::none)
             surface.keep();
     }
 }
 
 } // namespace
+
+bool drawingruns() {
+    return !running.empty();
+}
+
+bool viewpossible() {
+    if (platform::isvisible("Frame1")) return attempt([] { derivedcamera(); });
+    DrawSurface trial = platform::picture();
+    trial.device = {};
+    return attempt([&] { scale2dview(trial); });
+}
 
 void draw2dview(DrawSurface& surface, bool clearfirst) {
     drawview(surface, clearfirst, viewkind::flat);

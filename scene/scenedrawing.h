@@ -16,13 +16,17 @@ namespace orv {
 // the view's groups of controls and its hint in the status bar, and leave mapKind "Normal". The loop over
 // the faces ends early when drawAbort is set, which is 0 at the start of every drawing.
 //
-// Where the window or the camera cannot be computed (a division by zero) nothing is shown, and the surface
-// gets its last finished picture back.
+// Where the window or the camera cannot be computed (a division by zero) nothing is drawn, and the surface
+// gets its last finished picture back; the view's controls are shown all the same, which are the way out.
 void draw2dview(DrawSurface& surface, bool clearfirst);
 void draw3dview(DrawSurface& surface, bool clearfirst);
 
 // The present view without clearing, in 3D when the camera group is shown; keeps mapKind.
 void redrawview(DrawSurface& surface);
+
+// Whether a drawing runs now (it yields), and whether the present view can be drawn at all.
+bool drawingruns();
+bool viewpossible();
 
 // Outline of face 1..faceCount shrunk to 0.7 about its centre, always on the main picture: of three vertices
 // all, of more the first four. Raises subscript.

@@ -32,6 +32,7 @@ void CamRedr2D() {
 }
 
 void Cprint() {
+    if (!viewpossible()) return platform::beep(); // the page would stay empty
     untilcancelled([] { platform::printpicture([](DrawSurface& page) { redrawview(page); }); });
 }
 

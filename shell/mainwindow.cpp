@@ -19,6 +19,7 @@
 #include <QPainter>
 #include <QWindow>
 
+#include <iterator>
 #include <utility>
 
 namespace orv {
@@ -36,6 +37,7 @@ constexpr struct {
 
 constexpr const char* viewgroups[] = {"SSFrame1", "Frame2DView", "Frame1", "Frame2"};
 constexpr const char* camerafields[] = {"FocLenght", "CamX", "CamY", "CamZ", "TargetX", "TargetY", "TargetZ"};
+// The spin of each field, in the same order.
 constexpr const char* spins[] = {"SpinFocal", "Spin2", "Spin3", "Spin4", "Spin5", "Spin6", "Spin7"};
 constexpr std::pair<const char*, planechoice> planes[] = {
     {"XY", planechoice::XY}, {"YZ", planechoice::YZ}, {"XZ", planechoice::XZ}};
@@ -51,6 +53,20 @@ QString nameof(std::string_view name) {
 
 // --- Building ---
 
+QString fieldofspin(std::string_view spin) {
+    for (std::size_t i = 0; i < std::size(spins); ++i)
+        if (spins[i] == spin) return camerafields[i];
+    return {};
+}
+
+// Stores what has been typed into a camera field before another control acts, as leaving the field would.
+void leavefield(const QString& actingfield = {}) {
+    const auto* field = qobject_cast<const QLineEdit*>(MainWindow->form->focusWidget());
+    if (!field || !field->isModified() || field->objectName() == actingfield) return;
+    for (const char* name : camerafields)
+        if (field->objectName() == name) cameraleft(name, coretext(field->text()));
+}
+
 QAction* addentry(QMenu& menu, const menucommand& row) {
     if (row.name.empty()) {
         QAction* separator = menu.addSeparator();
@@ -62,7 +78,10 @@ QAction* addentry(QMenu& menu, const menucommand& row) {
     action->setCheckable(row.checkable);
     // A click on a checkable entry moves its mark before its routine runs; the table has the last word.
     QObject::connect(action, &QAction::triggered, action, [name = row.name] {
-        enter([&] { runcommand(name); });
+        enter([&] {
+            leavefield();
+            runcommand(name);
+        });
         if (MainWindow) MainWindow->actions.at(name)->setChecked(ischecked(name));
     });
     for (const auto& shortcut : shortcuts)
@@ -194,8 +213,12 @@ void connectcontrols() {
     for (const char* name : spins)
         for (const bool up : {true, false}) {
             QToolButton& button = control<QToolButton>(QString(name) + (up ? "_up" : "_down"));
-            QObject::connect(&button, &QToolButton::clicked, &button,
-                             [name, up] { enter([&] { cameraspin(name, up); }); });
+            QObject::connect(&button, &QToolButton::clicked, &button, [name, up] {
+                enter([&] {
+                    leavefield(fieldofspin(name));
+                    cameraspin(name, up);
+                });
+            });
         }
     for (const auto& [name, plane] : planes) {
         QRadioButton& button = control<QRadioButton>(name);

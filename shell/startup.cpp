@@ -218,6 +218,7 @@ void startup() {
             "Your regional settings are not compatible with Orvanta. Do You want to change them now?",
             platform::buttons::yesno, platform::icon::stop, platform::answer::yes);
         if (given == platform::answer::yes) platform::showregionsettings();
+        suspendcommands(true); // all but Exit and Help: the program is to be started again
         return;
     }
     showtitle("");

@@ -29,8 +29,14 @@ void refresh() {
     if (!MainWindow) return;
     mainwindow& window = *MainWindow;
     window.refreshing = false;
-    for (std::size_t i = 0; i < window.panel.size(); ++i)
-        window.panel[i]->setText(qttext(window.paneltext[i]));
+    for (std::size_t i = 0; i < window.panel.size(); ++i) {
+        // Of a long path the middle is what can be missed.
+        QLabel& panel = *window.panel[i];
+        const QString text = qttext(window.paneltext[i]);
+        panel.setText(
+            panel.fontMetrics().elidedText(text, Qt::ElideMiddle, panel.width() - 2 * panel.indent()));
+        panel.setToolTip(panel.text() == text ? QString() : text);
+    }
     if (!window.logchanged) return;
     window.logchanged = false;
     window.log->setPlainText(qttext(window.logtext));

@@ -1,6 +1,7 @@
 // Boxes and dialogs, the event loop and the machine, by Qt.
 #include "platform/qt/platformqt.h"
 
+#include "base/files.h"
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "platform/qt/qttext.h"
@@ -8,6 +9,7 @@
 #include "shell/aboutdialog.h"
 #include "shell/mainwindow.h"
 #include "shell/menucommands.h"
+#include "shell/sessionstate.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -23,6 +25,7 @@
 #include <QPageSetupDialog>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPrinterInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
@@ -96,7 +99,8 @@ constexpr struct {
 using clock = std::chrono::steady_clock;
 
 clock::time_point due;
-bool waiting = false; // the wait pointer is shown
+bool waiting = false;  // the wait pointer is shown
+bool printing = false; // a page is being drawn
 regionmarks region;
 std::unique_ptr<QPrinter> printer;
 
@@ -142,6 +146,9 @@ std::string askfile(const filerequest& request, QFileDialog::AcceptMode mode) {
     dialog.setOption(QFileDialog::DontUseNativeDialog, !nativedialogs());
     dialog.resize(dialogwidth, dialogheight);
     dialog.setNameFilters(namefilters(request.filter));
+    // So that the dialog asks about the file that is really written.
+    if (mode == QFileDialog::AcceptSave)
+        dialog.setDefaultSuffix(qttext(request.filter).section('.', -1).section('|', 0, 0));
 
     const bool pattern = request.proposal.find_first_of("*?") != std::string::npos;
     const QFileInfo proposal(qtpath(request.proposal));
@@ -261,6 +268,9 @@ std::int32_t askcolour(std::int32_t present) {
 }
 
 void printpicture(const std::function<void(DrawSurface&)>& draw) {
+    // Without a printer the page goes into a file, which needs a name.
+    if (QPrinterInfo::availablePrinters().isEmpty() && theprinter().outputFileName().isEmpty())
+        theprinter().setOutputFileName(QDir(qtpath(SessionState.dataDirectory)).filePath("orvanta.pdf"));
     QPrintDialog dialog(&theprinter(), parent());
     dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
     if (rundialog(dialog) != QDialog::Accepted) cancel();
@@ -269,8 +279,14 @@ void printpicture(const std::function<void(DrawSurface&)>& draw) {
         if (page.painter.isActive()) {
             // The room must stay as it is until the page is full.
             struct busy {
-                busy() { suspendcommands(true); }
-                ~busy() { suspendcommands(false); }
+                busy() {
+                    printing = true;
+                    suspendcommands(true);
+                }
+                ~busy() {
+                    suspendcommands(false);
+                    printing = false;
+                }
             } const suspended;
             draw(page.surface);
             return;
@@ -302,7 +318,8 @@ void yield() {
     QCoreApplication::processEvents();
     restartyield();
     // The job beneath a closed window has nothing left to do: nothing is saved at the end.
-    if (MainWindow && MainWindow->closed) halt(EXIT_SUCCESS);
+    // A page is printed to its end.
+    if (MainWindow && MainWindow->closed && !printing) halt(EXIT_SUCCESS);
 }
 
 void closewindows() {
@@ -351,6 +368,11 @@ void showregionsettings() {
 }
 
 void opendocument(const std::string& path) {
+    if (!canopen(path)) {
+        messagebox("Help", "The file " + pagetext(path) + " was not found.", buttons::ok, icon::exclamation,
+                   answer::ok);
+        return;
+    }
 #ifdef Q_OS_WIN
     if (QProcess::startDetached("explorer", {QDir::toNativeSeparators(qtpath(path))})) return;
 #else

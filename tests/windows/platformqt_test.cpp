@@ -117,7 +117,8 @@ TEST_F(platformtest, fileDialogsTakePathsAsBytesAndLeaveTheDirectory) {
         EXPECT_EQ(proposed(dialog), "old.RAY");
         EXPECT_EQ(dynamic_cast<QFileDialog&>(dialog).directory().path().toStdString(), inside(""));
     });
-    EXPECT_EQ(ask(platform::asksavefile, {"Rooms", "R|*.ray", "old.RAY", inside("")}), inside("other"));
+    EXPECT_EQ(ask(platform::asksavefile, {"Rooms", "R|*.ray", "old.RAY", inside("")}), inside("other.ray"))
+        << "the dialog asks about the name that is written";
     EXPECT_EQ(std::filesystem::current_path(), current);
 }
 
