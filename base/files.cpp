@@ -57,7 +57,14 @@ using openfile = std::unique_ptr<std::FILE, closefile>;
 
 // Upper case of the letters a to z, and of the accented ones of the files' code page in UTF-8.
 std::string foldedname(std::string_view name) {
+    constexpr std::pair<std::string_view, std::string_view> farpairs[] = {{"\xC5\x93", "\xC5\x92"},
+                                                                          {"\xC5\xA1", "\xC5\xA0"},
+                                                                          {"\xC5\xBE", "\xC5\xBD"},
+                                                                          {"\xC3\xBF", "\xC5\xB8"}};
     std::string folded = uppercase(name);
+    for (const auto& [lower, upper] : farpairs)
+        for (std::size_t at = 0; (at = folded.find(lower, at)) != std::string::npos; at += upper.size())
+            folded.replace(at, lower.size(), upper);
     for (std::size_t i = 0; i + 1 < folded.size(); ++i) {
         if (folded[i] != '\xC3') continue;
         const auto letter = static_cast<unsigned char>(folded[i + 1]);

@@ -13,8 +13,7 @@ raypathset RayPathSet;
 void dummyredim() {
     const auto receivers = static_cast<std::size_t>(std::max(RoomModel.receiverCount, 0)) + 1;
     RayPathSet.pathCountOf.assign(receivers, 0);
-    RayPathSet.paths.clear();
-    RayPathSet.paths.resize(receivers);
+    RayPathSet.paths.assign(receivers, std::vector<raypath>(1));
     SessionState.pathsExist = false;
 }
 

@@ -26,8 +26,8 @@ struct raypathset {
 
 extern raypathset RayPathSet;
 
-// Sizes the store for receivers 0..RoomModel.receiverCount without any path, for results that have no ray
-// path file, so that its users need no special case. Clears SessionState.pathsExist.
+// Sizes the store for receivers 0..RoomModel.receiverCount with one path of zeros each and all counts 0, for
+// results that have no ray path file, so that its users need no special case. Clears SessionState.pathsExist.
 void dummyredim();
 
 } // namespace orv

@@ -3,6 +3,7 @@
 
 #include "base/arithmetic.h"
 #include "base/wideloops.h"
+#include "platform/platform.h"
 #include "results/parameterset.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ constexpr double newformat = 1.2;     // result files from this format on hold f
 
 // Offsets whose sines and cosines are kept; later slots compute theirs anew, so that a response of millions
 // of slots costs no tables.
-constexpr std::int32_t keptoffsets = 16384;
+constexpr std::int32_t keptoffsets = 65536;
 
 constexpr std::size_t bands = bandcount;
 constexpr std::size_t integratedbands = 4; // at once, in one wide register
@@ -165,6 +166,7 @@ void addlatemodulation(workingsums& sums, const float* row, std::int32_t begin, 
     for (std::int32_t t = 0; t < count; ++t) {
         const float* const e = row + static_cast<std::size_t>(begin + t) * bands + (firstmodulationband - 1);
         const double time = timeStep * (offset + t);
+        if (t % keptoffsets == 0) platform::yield(); // millions of slots take their time
         for (std::size_t i = 1; i <= modulationcount; ++i) {
             const double phase = static_cast<double>(SessionState.modulationOmega[i]) * time;
             const double cosine = std::cos(phase), sine = std::sin(phase);
@@ -199,6 +201,8 @@ void addshare(double* sum, const float* row, std::size_t size, double receivers)
 
 // --- Decay times ---
 
+constexpr std::int32_t longestfit = std::numeric_limits<std::int16_t>::max(); // points are counted in 16 bits
+
 enum class fitoutcome { fitted, notreached, nofall, toolong, noline };
 
 struct decayfit {
@@ -212,8 +216,6 @@ struct decayfit {
 template <class levels>
 void fitdecays(double top, std::span<decayfit> fits, levels levelat, std::int32_t last, std::int32_t n,
                double step) {
-    constexpr std::int32_t longest =
-        std::numeric_limits<std::int16_t>::max(); // points are counted in 16 bits
     const auto endall = [&fits](fitoutcome outcome) {
         for (decayfit& fit : fits) fit.outcome = outcome;
     };
@@ -221,7 +223,7 @@ void fitdecays(double top, std::span<decayfit> fits, levels levelat, std::int32_
     const double reference = levelat(1); // the second point, not the first
     std::int32_t i = 2;
     for (;; ++i) {
-        if (i > longest) return endall(fitoutcome::toolong);
+        if (i > longestfit) return endall(fitoutcome::toolong);
         if (i > last) return endall(fitoutcome::nofall);
         if (levelat(i) < reference + top) break;
     }
@@ -236,7 +238,7 @@ void fitdecays(double top, std::span<decayfit> fits, levels levelat, std::int32_
         sumy += y;
         sumxy += x * y;
         sumxx += x * x;
-        if (i == longest) return endall(fitoutcome::toolong);
+        if (i == longestfit) return endall(fitoutcome::toolong);
         ++i;
         for (; i <= n && !fits.empty() && y < fits.front().bottom; fits = fits.subspan(1)) {
             decayfit& fit = fits.front();
@@ -265,10 +267,15 @@ void fillcurve(decaycurve& curve, std::int32_t slot) {
 }
 
 // Backward integration of four bands of the row, from 1 and not from 0, which keeps the logarithms defined.
+// The first `kept` sums are stored.
 ORV_WIDELOOPS
-void integratebackward(double* sums, const float* row, std::int32_t slots) {
+void integratebackward(double* sums, std::int32_t kept, const float* row, std::int32_t slots) {
     double running[integratedbands] = {1, 1, 1, 1};
-    for (std::int32_t t = slots - 1; t >= 0; --t) {
+    for (std::int32_t t = slots - 1; t >= kept; --t) {
+        const float* const e = row + static_cast<std::size_t>(t) * bands;
+        for (std::size_t i = 0; i < integratedbands; ++i) running[i] += static_cast<double>(e[i]);
+    }
+    for (std::int32_t t = std::min(slots, kept) - 1; t >= 0; --t) {
         const float* const e = row + static_cast<std::size_t>(t) * bands;
         double* const sum = sums + static_cast<std::size_t>(t) * integratedbands;
         for (std::size_t i = 0; i < integratedbands; ++i) sum[i] = running[i] += static_cast<double>(e[i]);
@@ -357,11 +364,14 @@ void storemodulation(std::int32_t r, const workingsums& sums) {
 void storedecays(std::int32_t r, const workingsums& sums, decaycurve& curve, const float* row,
                  std::int32_t slots, float timeStep) {
     if (r < 0 || r > highestreceiver) return;
-    const auto size = static_cast<std::size_t>(slots);
+    // A long response needs no more points than a fit can count.
+    const std::int32_t kept = std::min(slots, longestfit + 1);
+    const auto size = static_cast<std::size_t>(kept);
     // Where energies are negative a sum may have no logarithm, and the point keeps what the band before left
     // there: then all points must be computed, those of the band before first. Otherwise every sum is at
     // least 1, and only the points that the fits ask for are computed.
-    const bool negative = std::any_of(row, row + size * bands, [](float energy) { return energy < 0; });
+    const bool negative = std::any_of(row, row + static_cast<std::size_t>(slots) * bands,
+                                      [](float energy) { return energy < 0; });
     std::size_t integrated = bands; // first of the bands that curve.sums holds; none yet
     foreachband([&](int b) {
         if (!(sums.energyTotal[index(b)] > 1)) return;
@@ -370,12 +380,12 @@ void storedecays(std::int32_t r, const workingsums& sums, decaycurve& curve, con
         if (first != integrated) {
             curve.level.resize(size);
             curve.sums.resize(size * integratedbands);
-            integratebackward(curve.sums.data(), row + first, slots);
+            integratebackward(curve.sums.data(), kept, row + first, slots);
             integrated = first;
         }
         curve.lane = index(b - 1) - first;
         curve.filled = 0;
-        if (negative) fillcurve(curve, slots - 1);
+        if (negative) fillcurve(curve, kept - 1);
         const auto levelat = [&curve](std::int32_t i) {
             if (i >= curve.filled) fillcurve(curve, i);
             return static_cast<double>(curve.level[static_cast<std::size_t>(i)]);

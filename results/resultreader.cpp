@@ -36,6 +36,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace orv {
@@ -51,6 +52,7 @@ constexpr float defaultspeed = 340;  // m/s
 constexpr float nocorrection = 1E9F; // s, a critical time that no slot reaches
 constexpr double newformat = 1.2;
 constexpr std::size_t positionlabel = 11, rowlabel = 6; // characters in front of the numbers
+constexpr std::int32_t keptcorrections = 65536;         // offsets; later ones compute theirs anew
 constexpr int firstvoiceband = 3, lastvoiceband = 9;
 
 constexpr const char* hiddenviews[] = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
@@ -63,8 +65,8 @@ struct loading {
     std::int32_t receiver = 0;      // of the present block
     double value = 0;               // the last number of the rows
     bool allocated = false;         // ImpulseResponse has been created
-    std::vector<double> correction; // w by slot offset, with the values it was computed from
-    float correctioncritical = 0, correctionalfa = 0, correctionstep = 0;
+    std::vector<double> correction; // w by slot offset, with what it was computed from
+    float correctioncritical = 0, correctionstep = 0;
     offsettables waves;
     decaycurve decay;
 };
@@ -158,33 +160,48 @@ void nextvalue(loading& load) {
     if (field.outcome == fieldoutcome::read) load.value = field.value;
 }
 
+// Whether the present block's number has a place in the tables; one without is read past and stores nothing.
+bool hasplace(const loading& load) {
+    return load.receiver >= 0 && load.receiver <= highestreceiver;
+}
+
+// A statement that stores a number which may be too large for single precision: it keeps its target then.
+void storesingle(float& target, double value) {
+    const auto stored = static_cast<float>(value);
+    if (std::isfinite(stored)) target = stored;
+}
+
 // Ten band values and their two sums into a lateral row of the receiver.
 template <class table>
 void readlateral(loading& load, table& target) {
     double weighted = 0, linear = 0;
     for (int b = 1; b <= octavebands; ++b) {
         nextvalue(load);
-        attempt([&] { target(load.receiver, b) = single(load.value); });
+        if (hasplace(load)) storesingle(target(load.receiver, b), load.value);
         weighted += load.value * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(b)]);
         linear += load.value;
     }
-    attempt([&] { target(load.receiver, weightedband) = single(weighted); });
-    attempt([&] { target(load.receiver, linearband) = single(linear); });
+    if (!hasplace(load)) return;
+    storesingle(target(load.receiver, weightedband), weighted);
+    storesingle(target(load.receiver, linearband), linear);
 }
 
 template <class table>
 void clearlateral(const loading& load, table& target) {
-    for (int b = 1; b <= bandcount; ++b) attempt([&] { target(load.receiver, b) = 0; });
+    for (int b = 1; b <= bandcount && hasplace(load); ++b) target(load.receiver, b) = 0;
 }
 
 // Six numbers: the position and three that are not kept.
 void readposition(loading& load) {
     float position[6] = {};
-    for (float& coordinate : position) attempt([&] { coordinate = readsingle(load.file); });
-    attempt([&] { RoomModel.receiverX(load.receiver) = position[0]; });
-    attempt([&] { RoomModel.receiverY(load.receiver) = position[1]; });
-    attempt([&] { RoomModel.receiverZ(load.receiver) = position[2]; });
-    if (load.receiver < 0 || load.receiver > highestreceiver) return;
+    for (float& coordinate : position) {
+        const numberfield field = tryreadnumber(load.file);
+        if (field.outcome == fieldoutcome::read) storesingle(coordinate, field.value);
+    }
+    if (!hasplace(load)) return;
+    RoomModel.receiverX(load.receiver) = position[0];
+    RoomModel.receiverY(load.receiver) = position[1];
+    RoomModel.receiverZ(load.receiver) = position[2];
     // The box grows in x and y only, and its centre stays: wanted so.
     RoomModel.roomMaxX = std::max(RoomModel.roomMaxX, position[0]);
     RoomModel.roomMinX = std::min(RoomModel.roomMinX, position[0]);
@@ -198,28 +215,26 @@ void storedelay(const loading& load, double delay) {
         ResultSet.receiverDelay[static_cast<std::size_t>(load.receiver)] = delay;
 }
 
-// w = 1 - exp(-((criticalTime / time) ^ alfa)) for every offset of a slot from the first arrival; 1 at 0 and
-// where the formula fails. A criticalTime of 1E9 stands for no correction, whatever alfa is.
+// w = 1 - exp(-((criticalTime / time) ^ alfa)) of a slot's offset from the first arrival; 1 at 0 and where
+// the formula fails. Without beta there is no correction, whatever alfa is.
+double correctionof(std::int32_t offset) {
+    const double time = static_cast<double>(ResultSet.timeStep) * offset;
+    if (!(time > 0) || !(ResultSet.betaConstant > 0)) return 1;
+    const double ratio = static_cast<double>(ResultSet.criticalTime) / time;
+    const double w = 1 - std::exp(-std::pow(ratio, static_cast<double>(ResultSet.alfaConstant)));
+    return std::isfinite(w) ? w : 1;
+}
+
+// Keeps the first corrections in a table, which serves all blocks of one header.
 void computecorrection(loading& load, std::int32_t slots) {
-    const bool same = load.correction.size() == static_cast<std::size_t>(slots) &&
-                      load.correctioncritical == ResultSet.criticalTime &&
-                      load.correctionalfa == ResultSet.alfaConstant &&
+    const auto wanted = static_cast<std::size_t>(std::min(slots, keptcorrections));
+    const bool same = load.correction.size() == wanted && load.correctioncritical == ResultSet.criticalTime &&
                       load.correctionstep == ResultSet.timeStep;
     if (same) return;
-    load.correction.assign(static_cast<std::size_t>(slots), 1.0);
     load.correctioncritical = ResultSet.criticalTime;
-    load.correctionalfa = ResultSet.alfaConstant;
     load.correctionstep = ResultSet.timeStep;
-    if (!(ResultSet.betaConstant > 0)) return;
-    const auto critical = static_cast<double>(ResultSet.criticalTime);
-    const auto alfa = static_cast<double>(ResultSet.alfaConstant);
-    const auto step = static_cast<double>(ResultSet.timeStep);
-    for (std::int32_t t = 1; t < slots; ++t) {
-        const double time = step * t;
-        if (!(time > 0)) continue;
-        const double w = 1 - std::exp(-std::pow(critical / time, alfa));
-        if (std::isfinite(w)) load.correction[static_cast<std::size_t>(t)] = w;
-    }
+    load.correction.resize(wanted);
+    for (std::size_t i = 0; i < wanted; ++i) load.correction[i] = correctionof(static_cast<std::int32_t>(i));
 }
 
 // Reads the energy rows into `row` (slots x 12), corrected, with their two sums. Returns the slot of the
@@ -231,11 +246,18 @@ std::int32_t readenergies(loading& load, float* row, std::int32_t slots, working
     std::int32_t arrival = -1;
     for (std::int32_t t = 0; t < slots; ++t) {
         float* const e = row + static_cast<std::size_t>(t) * bandcount;
-        const double w = load.correction[static_cast<std::size_t>(arrival < 0 ? t : t - arrival)];
+        const std::int32_t offset = arrival < 0 ? t : t - arrival;
+        const double w = offset < keptcorrections ? load.correction[static_cast<std::size_t>(offset)]
+                                                  : correctionof(offset);
         double values[octavebands];
-        for (double& value : values) {
-            nextvalue(load);
-            value = load.value;
+        if (atend(load.file)) { // every further read fails
+            std::fill(std::begin(values), std::end(values), load.value);
+            if (t % keptcorrections == 0) platform::yield();
+        } else {
+            for (double& value : values) {
+                nextvalue(load);
+                value = load.value;
+            }
         }
         double weighted = 0, linear = 0;
         for (std::size_t i = 0; i < octavebands; ++i) {
@@ -247,11 +269,8 @@ std::int32_t readenergies(loading& load, float* row, std::int32_t slots, working
             linear += energy;
             weighted += energy * weights[i];
         }
-        const auto store = [](float& target, double sum) {
-            if (std::isfinite(static_cast<float>(sum))) target = static_cast<float>(sum);
-        };
-        store(e[weightedband - 1], weighted);
-        store(e[linearband - 1], linear);
+        storesingle(e[weightedband - 1], weighted);
+        storesingle(e[linearband - 1], linear);
         if (direct[linearband] == 0 && linear > 0) {
             arrival = t;
             for (std::size_t i = 0; i < bandcount; ++i) direct[i + 1] = std::fabs(static_cast<double>(e[i]));
@@ -263,6 +282,17 @@ std::int32_t readenergies(loading& load, float* row, std::int32_t slots, working
 // Reads the rows past where there is no room for them.
 void skipenergies(loading& load, std::int32_t slots) {
     for (std::int64_t i = 0; i < std::int64_t{slots} * octavebands && !atend(load.file); ++i) nextvalue(load);
+}
+
+// The receiver of a block's title: what follows the first "_", 0 without one. Numbers outside the tables
+// become the next one that has no place there.
+std::int32_t blocknumber(const std::string& title) {
+    const std::size_t mark = title.find('_');
+    if (mark == std::string::npos) return 0;
+    const std::string_view behind = trimfront(std::string_view(title).substr(mark + 1));
+    const numberprefix number = readprefix(behind);
+    if (number.overflow) return behind.front() == '-' ? -1 : highestreceiver + 1;
+    return whole32(std::clamp(number.value, -1.0, highestreceiver + 1.0));
 }
 
 // Slots 0..lastSlot; the highest number that counts them stands for one more, which no machine has room for.
@@ -296,10 +326,7 @@ void readblock(loading& load) {
     if (R.lastBand == 0) R.lastBand = octavebands;
 
     nextline(load);
-    attempt([&] {
-        const std::size_t mark = load.line.find('_');
-        load.receiver = mark == std::string::npos ? 0 : whole32(lenientnumber(load.line.substr(mark + 1)));
-    });
+    load.receiver = blocknumber(load.line);
     if (load.receiver > RoomModel.receiverCount && load.receiver <= highestreceiver) {
         RoomModel.receiverCount = load.receiver;
         attempt([&] { growresponse(load.receiver); });
@@ -324,7 +351,8 @@ void readblock(loading& load) {
         readlateral(load, P.LE);
         clearlateral(load, P.LF);
         clearlateral(load, P.LFC);
-        attempt([&] { storedelay(load, readnumber(load.file)); });
+        if (const numberfield delay = tryreadnumber(load.file); delay.outcome == fieldoutcome::read)
+            storedelay(load, delay.value);
     }
 
     workingsums sums;

@@ -26,12 +26,19 @@ namespace {
 constexpr int headlines = 4;
 constexpr int patternlines = 2; // lines of a pattern beyond its count
 
-void skiplines(listreader& reader, std::int32_t count) {
-    for (std::int32_t i = 0; i < count; ++i) readline(reader);
+void skiplines(listreader& reader, std::int64_t count) {
+    for (std::int64_t i = 0; i < count; ++i) readline(reader);
 }
 
-// One band record; its level and directivity go into the tables, its energy into the two sums.
-void readband(listreader& reader, double& weighted, double& linear) {
+// The energy of the octave bands, A-weighted and linear.
+struct powersums {
+    double weighted = 0, linear = 0;
+    bool any = false; // a record has been added
+};
+
+// One band record; its level and directivity go into the tables, its energy into the sums. A value that
+// cannot be stored is skipped.
+void readband(listreader& reader, powersums& sums) {
     readtext(reader);
     const std::int32_t band = readwhole32(reader);
     readline(reader);
@@ -42,21 +49,30 @@ void readband(listreader& reader, double& weighted, double& linear) {
     const double directivity = readnumber(reader);
     readtext(reader);
     if (band >= 1 && band <= octavebands) {
-        ResultSet.sourcePower(band) = single(level);
-        ResultSet.sourceDirectivity(band) = single(directivity);
-        const double energy = power(10, level / 10);
-        weighted += energy * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(band)]);
-        linear += energy;
+        attempt([&] { ResultSet.sourcePower(band) = single(level); });
+        attempt([&] { ResultSet.sourceDirectivity(band) = single(directivity); });
+        attempt([&] {
+            const double energy = power(10, level / 10);
+            sums.weighted +=
+                energy * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(band)]);
+            sums.linear += energy;
+            sums.any = true;
+        });
     }
     readtext(reader);
-    skiplines(reader, readwhole32(reader) + patternlines);
+    skiplines(reader, std::int64_t{readwhole32(reader)} + patternlines);
+}
+
+void storelevel(float& target, double sum) {
+    attempt([&] { target = single(decibelsperneper * naturallog(sum)); });
 }
 
 } // namespace
 
 void readsourcedescription(const std::string& path) {
-    double weighted = static_cast<double>(ResultSet.sourcePower(weightedband));
-    double linear = static_cast<double>(ResultSet.sourcePower(linearband));
+    // What stands there is never cleared, and the energies are added on top.
+    powersums sums{static_cast<double>(ResultSet.sourcePower(weightedband)),
+                   static_cast<double>(ResultSet.sourcePower(linearband))};
     attempt([&] {
         const filebytes bytes = readfile(path);
         listreader reader = openlist(bytes, pagetext(path));
@@ -64,12 +80,11 @@ void readsourcedescription(const std::string& path) {
         const std::string name(readtext(reader));
         const std::int32_t records = readwhole32(reader);
         platform::logline(name + wholetext(records));
-        for (std::int32_t i = 0; i < records; ++i) readband(reader, weighted, linear);
+        for (std::int32_t i = 0; i < records; ++i) readband(reader, sums);
     });
-    ResultSet.sourcePower(weightedband) = single(weighted);
-    ResultSet.sourcePower(linearband) = single(linear);
-    attempt([&] { ResultSet.sourcePower(weightedband) = single(decibelsperneper * naturallog(weighted)); });
-    attempt([&] { ResultSet.sourcePower(linearband) = single(decibelsperneper * naturallog(linear)); });
+    if (!sums.any) return; // no usable file: the levels of the load before stay
+    storelevel(ResultSet.sourcePower(weightedband), sums.weighted);
+    storelevel(ResultSet.sourcePower(linearband), sums.linear);
 }
 
 } // namespace orv

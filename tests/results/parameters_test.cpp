@@ -38,7 +38,11 @@ struct plainmodel {
         const double step = static_cast<double>(ResultSet.timeStep);
         const double reference = level(1);
         int i = 2;
-        while (!(level(i) < reference + top)) ++i;
+        const auto next = [&i] {
+            if (i == 32767) throw runtimeerror{errorkind::overflow, ""};
+            ++i;
+        };
+        while (!(level(i) < reference + top)) next();
         const int start = --i;
         double x = 0, y = 0, xy = 0, xx = 0, yy = 0, last = 0;
         do {
@@ -49,7 +53,7 @@ struct plainmodel {
             xy += time * last;
             xx += time * time;
             yy += last * last;
-            ++i;
+            next();
         } while (!(i > n || last < bottom));
         if (i > n) {
             result = 0;
@@ -224,12 +228,14 @@ TEST_F(parameters, followThePlainModelOnAnyEnergies) {
     }
 }
 
-// Slots beyond those whose sines and cosines are kept are computed one by one.
+// Slots beyond those whose sines and cosines are kept are computed one by one, and a fit counts to 32767.
 TEST_F(parameters, followThePlainModelOnLongResponses) {
-    file.length = 20;
-    file.block("[Microphone_1]", decayrows(20001, 3, 1e9, 9, 0.001));
+    file.length = 66;
+    file.block("[Microphone_1]", decayrows(66001, 3, 1e9, 90, 0.001));
     load();
     expectmodel(1);
+    EXPECT_NEAR(ParameterSet.T15(1, 6), 90, 0.1);
+    EXPECT_EQ(ParameterSet.T20(1, 6), 0.0F);
 }
 
 // An exponential decay has its decay time in all of them, as far as its points carry seven digits.

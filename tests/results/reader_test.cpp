@@ -95,8 +95,9 @@ TEST_F(resultfiles, numbersOfBlocksDecideWhereTheyGo) {
     file.block("[Microphone_1]", flatrows(11, 1000));
     file.block("[Microphone_100001]", flatrows(11, 7)); // read past
     file.block("[Microphone_-3]", flatrows(11, 7));
-    file.block("[Microphone_1]", flatrows(11, 500)); // replaces the first
-    file.block("[Microphone]", flatrows(11, 90));    // no number: the room's own row
+    file.block("[Microphone_3000000000]", flatrows(11, 7)); // too large for a whole number
+    file.block("[Microphone_1]", flatrows(11, 500));        // replaces the first
+    file.block("[Microphone]", flatrows(11, 90));           // no number: the room's own row
     load(file.text());
     EXPECT_EQ(RoomModel.receiverCount, 1);
     EXPECT_EQ(ImpulseResponse(4, 2, 1), 500.0F);
@@ -216,6 +217,17 @@ TEST_F(resultfiles, memoryIsAskedBeforeItIsTaken) {
     EXPECT_EQ(SessionState.parameterSource, 1.0F);
 }
 
+// Words where numbers should stand cost no more than numbers: with a message each, twenty thousand blocks
+// would take minutes.
+TEST_F(resultfiles, manyBlocksOfWordsAreReadPast) {
+    file.length = 0;
+    std::string blocks = file.header();
+    for (int i = 0; i < 20000; ++i) blocks += "\r\n[Microphone_1]\r\nPosition = a b c d e f\r\n";
+    scripted::record(false);
+    load(blocks);
+    EXPECT_EQ(RoomModel.receiverCount, 1);
+}
+
 TEST_F(resultfiles, receiversWidenTheBoxInTheirPlaneOnly) {
     extendbox(0, 0, 0);
     extendbox(10, 10, 1);
@@ -268,6 +280,21 @@ TEST_F(resultfiles, sourceDescriptionSetsPowerAndDirectivity) {
     load(file.text(), "next._ab");
     EXPECT_EQ(ResultSet.sourcePower(6), 90.0F);
     EXPECT_FLOAT_EQ(ParameterSet.LeqLw(1, 6), ParameterSet.Leq(1, 6) - 90);
+}
+
+// A file with no band record is no usable one: it leaves the levels of the load before.
+TEST_F(resultfiles, anUnusableSourceDescriptionLeavesTheLevels) {
+    file.extra = "Name       = speaker.txt\r\n";
+    file.block("[Microphone_1]", flatrows(11, 1000));
+    ResultSet.sourcePower(6) = 80;
+    ResultSet.sourcePower(linearband) = 80.4F;
+    for (const char* text : {"two words", "a\r\nb\r\nc\r\nd\r\nT, 9\r\n",
+                             "a\r\nb\r\nc\r\nd\r\nT, 1\r\nb 11 x\r\n0 0 70 0 0 0\r\nc 2147483647\r\n1\r\n"}) {
+        writetext(inside("speaker.txt"), text);
+        load(file.text());
+        EXPECT_EQ(ResultSet.sourcePower(6), 80.0F);
+        EXPECT_EQ(ResultSet.sourcePower(linearband), 80.4F);
+    }
 }
 
 TEST_F(resultfiles, aCutSourceDescriptionKeepsWhatWasRead) {
