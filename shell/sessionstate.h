@@ -116,6 +116,7 @@ struct sessionstate {
 
     // Speech transmission index; bands 125 Hz..8 kHz are 0..6
     std::int32_t backgroundNoiseFlag = 0, forceVoiceSplFlag = 0, equalizeSpectrumFlag = 0;
+    double femaleModulation = 0; // of the last evaluation with noise
     std::array<float, 7> noiseLevel{};
     std::array<float, 7> voiceCorrection{};
     std::array<float, 7> maleAlpha{}, femaleAlpha{}, maleBeta{}, femaleBeta{}, maleVoiceSpectrum{},

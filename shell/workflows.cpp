@@ -5,7 +5,9 @@
 #include "base/listinput.h"
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
+#include "results/parameterfile.h"
 #include "results/resultreader.h"
+#include "results/speechindex.h"
 #include "room/geometryreader.h"
 #include "room/geometrywriter.h"
 #include "scene/scenedrawing.h"
@@ -87,13 +89,32 @@ void openroom() {
     }
 }
 
-// The result itself, always from its responses: a parameter file beside it is only looked at. The room's file
-// name becomes that of the file beside the result.
-void openresult(const std::string& name) {
-    SessionState.resultFileName = name;
-    parameterfileusable(name); // raises for a result whose date cannot be read
+// The result with its responses, the speech index computed and the parameters kept if the user wants it.
+void loadresponses(const std::string& name) {
     loadresult(name);
     enableall(responsecommands);
+    computesti();
+    if (platform::messagebox("WARNING!", "Do You want to save the computed parameters ?",
+                             platform::buttons::yesno, platform::icon::exclamation,
+                             platform::answer::yes) == platform::answer::yes)
+        saveparameters(name);
+}
+
+// The result: from its responses, or, where the parameter file beside it is good and the user wants it, the
+// parameters alone.
+void openresult(const std::string& name) {
+    SessionState.resultFileName = name;
+    if (!parameterfileusable(name) ||
+        platform::messagebox("Attention!",
+                             "Do You want to load directly only the acoustical parameters without impulse "
+                             "response data?",
+                             platform::buttons::yesno, platform::icon::question,
+                             platform::answer::no) != platform::answer::yes) {
+        loadresponses(name);
+        return;
+    }
+    loadparameters(existingpath(parameternameof(name)));
+    for (const std::string_view command : responsecommands) enablecommand(command, false);
 }
 
 void forgetmaps() {
@@ -127,7 +148,7 @@ void OpenRes() {
     enableroomcommands();
     enablemapcommands();
     forgetmaps();
-    const std::string beside = existingpath(SessionState.geometryFileName);
+    const std::string beside = existingpath(geometrynameof(*chosen));
     if (canopen(beside)) {
         SessionState.geometryFileName = beside;
         loadgeometry(beside);
@@ -147,15 +168,6 @@ void MapLoad() {
     enablemapcommands();
     forgetmaps();
     showscene();
-}
-
-std::string parameternameof(const std::string& result) {
-    if (result.size() < 3)
-        throw runtimeerror{errorkind::domain, "The name \"" + pagetext(result) +
-                                                  "\" is too short for a parameter file beside it."};
-    std::string name = result;
-    name[name.size() - 3] = '-';
-    return name;
 }
 
 bool parameterfileusable(const std::string& result) {

@@ -17,10 +17,6 @@ void OpenRes(); // "Open Imp.Resp.+Geometry files...": asks for the room (FLoad)
 void MapLoad(); // "Open Imp.Resp. file only...": a result over the present room; the current room file's name
                 // becomes that of the file beside the result all the same
 
-// The parameter file beside a result, by position in its name: all but the last three characters, "-", the
-// last two; a parameter file's name gives itself. Raises domain for a name that is too short.
-std::string parameternameof(const std::string& result);
-
 // Whether the parameter file beside a result holds what a load of the result would compute: it is there, and
 // it is older (strictly) neither than the result nor than the settings file, if there is one. Raises
 // filenotfound for a result that is not there.

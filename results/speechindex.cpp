@@ -1,0 +1,154 @@
+// The speech transmission index.
+#include "results/speechindex.h"
+
+#include "base/arithmetic.h"
+#include "base/numbertext.h"
+#include "platform/platform.h"
+#include "results/parameterfile.h"
+#include "results/parameterset.h"
+#include "room/roommodel.h"
+#include "shell/sessionstate.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace orv {
+
+namespace {
+
+constexpr int firstband = 3, speechbands = 7; // 125 Hz..8 kHz
+constexpr int maleindex = 11, femaleindex = 12;
+constexpr double range = 15;                 // dB on both sides
+constexpr double perfect = 0.9, none = 0.01; // what modulations of 1 and above, 0 and below become;
+                                             // the upper is 0.9 and not 1 on purpose
+constexpr std::size_t index(int i) {
+    return static_cast<std::size_t>(i);
+}
+
+// The share of modulation that noise leaves, 1 / (1 + 10^(-S/10)), for both talkers of a band.
+struct noiseshares {
+    double male = 1, female = 1;
+};
+
+noiseshares sharesof(std::int32_t receiver, int band) {
+    const sessionstate& s = SessionState;
+    const std::size_t k = index(band - firstband);
+    double difference =
+        static_cast<double>(ParameterSet.Leq(receiver, band)) - static_cast<double>(s.noiseLevel[k]);
+    if (s.forceVoiceSplFlag != 0) difference += static_cast<double>(s.voiceCorrection[k]);
+    if (s.equalizeSpectrumFlag != 0) difference += static_cast<double>(s.maleVoiceSpectrum[k]);
+    // From the male to the female talker, whether or not the spectrum is asked for; meant.
+    const double female = difference - static_cast<double>(s.maleVoiceSpectrum[k]) +
+                          static_cast<double>(s.femaleVoiceSpectrum[k]);
+    return {1 + power(10, -difference / 10), 1 + power(10, -female / 10)};
+}
+
+// The apparent signal-to-noise ratio of a modulation, dB within +-15.
+double apparentratio(double modulation) {
+    return std::clamp(10 * decimallog(quotient(modulation, 1 - modulation)), -range, range);
+}
+
+// The sums of apparent ratios over the modulation frequencies of a band.
+struct ratiosums {
+    double male = 0, female = 0;
+};
+
+ratiosums sumratios(std::int32_t receiver, int band) {
+    sessionstate& s = SessionState;
+    const bool noise = s.backgroundNoiseFlag != 0, spectrum = s.equalizeSpectrumFlag != 0;
+    const noiseshares divisors = noise ? sharesof(receiver, band) : noiseshares{};
+    ratiosums sums;
+    for (int i = 1; i <= modulationcount; ++i) {
+        auto m = static_cast<double>(ParameterSet.modulationTransfer(receiver, i, band - firstband));
+        if (m >= 1) m = perfect;
+        if (m <= 0) m = none;
+        if (noise) {
+            s.femaleModulation = m / divisors.female;
+            m /= divisors.male;
+        }
+        sums.male += apparentratio(m);
+        // Without noise the female modulation is that of the last evaluation, and without the spectrum the
+        // female sum is empty, which makes an index of exactly 0.5; both meant.
+        if (spectrum) sums.female += apparentratio(s.femaleModulation);
+    }
+    return sums;
+}
+
+double transmissionindex(double sum) {
+    return (sum / modulationcount + range) / (2 * range);
+}
+
+// All indices of a receiver; the stored ones are added to `sums`, the room's row.
+void computereceiver(std::int32_t receiver, std::array<double, bandcount + 1>& sums) {
+    const sessionstate& s = SessionState;
+    double male = 0, female = 0, malebelow = 0, femalebelow = 0;
+    for (int band = firstband; band < firstband + speechbands; ++band) {
+        const std::size_t k = index(band - firstband);
+        const ratiosums ratios = sumratios(receiver, band);
+        float& stored = ParameterSet.STI(receiver, band);
+        stored = single(transmissionindex(ratios.male));
+        const auto maleband = static_cast<double>(stored);
+        const double femaleband = transmissionindex(ratios.female);
+        sums[index(band)] += maleband;
+        male += static_cast<double>(s.maleAlpha[k]) * maleband;
+        female += static_cast<double>(s.femaleAlpha[k]) * femaleband;
+        if (band > firstband) {
+            male -= static_cast<double>(s.maleBeta[k - 1]) * squareroot(maleband * malebelow);
+            female -= static_cast<double>(s.femaleBeta[k - 1]) * squareroot(femaleband * femalebelow);
+        }
+        malebelow = maleband;
+        femalebelow = femaleband;
+    }
+    ParameterSet.STI(receiver, maleindex) = single(male);
+    ParameterSet.STI(receiver, femaleindex) = single(female);
+    // The room's row has no mean of the female index; meant.
+    sums[maleindex] += static_cast<double>(ParameterSet.STI(receiver, maleindex));
+}
+
+void computeall() {
+    platform::statustext(1, "Computing the STI values ...");
+    const std::int32_t N = RoomModel.receiverCount;
+    std::array<double, bandcount + 1> sums{};
+    for (std::int32_t receiver = 1; receiver <= N; ++receiver) {
+        platform::statustext(2, numbertext(std::trunc(static_cast<double>(receiver) / N * 100)) + "%");
+        platform::yield();
+        computereceiver(receiver, sums);
+    }
+    for (int band = firstband; N > 0 && band <= bandcount; ++band)
+        ParameterSet.STI(0, band) = single(sums[index(band)] / N);
+}
+
+} // namespace
+
+void computesti() {
+    // The menus stay live meanwhile; whoever asks again before the end is refused.
+    static bool running = false;
+    if (running) return platform::beep();
+    running = true;
+    const struct release {
+        ~release() { running = false; }
+    } atend;
+    platform::statustext(1, "Specify the STI computing options");
+    platform::showwindow("STI Options", true);
+    platform::pointer(platform::shape::wait);
+    for (int band = firstband; band <= bandcount; ++band) ParameterSet.STI(0, band) = 0;
+    if (SessionState.parameterSource != 0) computeall();
+    if (SessionState.parameterName == "STI") SessionState.gridReady = SessionState.contourReady = 0;
+    platform::yield();
+    platform::pointer(platform::shape::normal);
+    platform::statustext(1, "");
+    platform::statustext(2, "");
+}
+
+void STIopt() {
+    computesti();
+    if (platform::messagebox("Warning",
+                             "STI values could have been changed - Do You want to update the compressed "
+                             "parameter file?",
+                             platform::buttons::okcancel, platform::icon::exclamation,
+                             platform::answer::ok) == platform::answer::ok)
+        saveparameters(SessionState.resultFileName);
+}
+
+} // namespace orv
