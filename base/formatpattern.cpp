@@ -3,6 +3,7 @@
 
 #include "base/numbertext.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orv {
@@ -50,52 +51,63 @@ patternparts takeapart(std::string_view pattern) {
     return parts;
 }
 
-std::string written(const decimaldigits& exact, bool negative, std::string_view pattern) {
+void appendwritten(std::string& text, const decimaldigits& exact, bool negative, std::string_view pattern) {
     const patternparts parts = takeapart(pattern);
     const decimaldigits digits = roundedto(exact, parts.decimals);
     const auto digitat = [&digits](int place) { // 0 is the first digit behind the point, -1 the one before
         const int index = digits.point + place;
         return index >= 0 && index < digits.count ? digits.digit[static_cast<std::size_t>(index)] : '0';
     };
-
-    std::string whole;
     const int wholecount = digits.count > 0 && digits.point > 0 ? digits.point : 0;
-    const int wholeplaces = wholecount > parts.forcedwhole ? wholecount : parts.forcedwhole;
-    for (int place = wholeplaces; place > 0; --place) {
-        whole += digitat(-place);
-        if (parts.thousands && place > 1 && place % 3 == 1) whole += ',';
-    }
-
-    std::string decimals;
+    const int wholeplaces = std::max(wholecount, parts.forcedwhole);
     const int needed = digits.count > 0 ? digits.count - digits.point : 0;
-    const int places = needed > parts.forceddecimals ? needed : parts.forceddecimals;
-    for (int place = 0; place < places; ++place) decimals += digitat(place);
+    const int places = std::max(needed, parts.forceddecimals);
 
-    std::string text(parts.front);
-    if (negative && !(whole.empty() && decimals.empty())) text += '-';
-    text += whole;
-    if (!decimals.empty()) text.append(1, '.').append(decimals);
+    text += parts.front;
+    if (negative && (wholeplaces > 0 || places > 0)) text += '-';
+    for (int place = wholeplaces; place > 0; --place) {
+        text += digitat(-place);
+        if (parts.thousands && place > 1 && place % 3 == 1) text += ',';
+    }
+    if (places > 0) text += '.';
+    for (int place = 0; place < places; ++place) text += digitat(place);
     text += parts.back;
-    return text;
 }
 
-std::string formatted(double value, int places, std::string_view pattern) {
-    if (!std::isfinite(value)) return numbertext(value);
-    return written(significantdigits(value, places), value < 0, pattern);
+void appendfrom(std::string& text, double value, int places, std::string_view pattern) {
+    if (!std::isfinite(value))
+        appendnumber(text, value);
+    else
+        appendwritten(text, significantdigits(value, places), value < 0, pattern);
+}
+
+template <class number>
+std::string formatted(number value, std::string_view pattern) {
+    std::string text;
+    appendformatted(text, value, pattern);
+    return text;
 }
 
 } // namespace
 
+void appendformatted(std::string& text, float value, std::string_view pattern) {
+    appendfrom(text, static_cast<double>(value), singleplaces, pattern);
+}
+
+void appendformatted(std::string& text, double value, std::string_view pattern) {
+    appendfrom(text, value, doubleplaces, pattern);
+}
+
 std::string formatnumber(float value, std::string_view pattern) {
-    return formatted(static_cast<double>(value), singleplaces, pattern);
+    return formatted(value, pattern);
 }
 
 std::string formatnumber(double value, std::string_view pattern) {
-    return formatted(value, doubleplaces, pattern);
+    return formatted(value, pattern);
 }
 
 std::string formatnumber(std::int32_t value, std::string_view pattern) {
-    return formatted(static_cast<double>(value), doubleplaces, pattern);
+    return formatted(static_cast<double>(value), pattern);
 }
 
 } // namespace orv

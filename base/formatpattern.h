@@ -20,4 +20,8 @@ std::string formatnumber(float value, std::string_view pattern);
 std::string formatnumber(double value, std::string_view pattern);
 std::string formatnumber(std::int32_t value, std::string_view pattern);
 
+// The same, put behind a text that is being made.
+void appendformatted(std::string& text, float value, std::string_view pattern);
+void appendformatted(std::string& text, double value, std::string_view pattern);
+
 } // namespace orv

@@ -3,6 +3,7 @@
 
 #include "base/runtimeerror.h"
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -17,6 +18,7 @@ constexpr int plainplaces = 7; // digits a number text shows, and the places its
 constexpr double exactpower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr int highestexact = 22;
+constexpr int exactplaces = 15; // digits of which a double holds every number and every half
 constexpr std::uint64_t exactmantissa = std::uint64_t{1} << 53;
 
 // Writes the value's digits in scientific form, `places` of them, and returns the exponent of ten. The
@@ -70,6 +72,38 @@ bool isdigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+// The magnitude as a whole number of `places` digits, halves up, which is to be divided by ten to `power`.
+struct scalednumber {
+    std::uint64_t whole = 0;
+    int power = 0;
+};
+
+// Whether that can be told from one product with an exact power of ten. It is rounded by half a unit of its
+// last place at most, so that only a product that reads exactly as a half may stand on either side of it;
+// there its remainder, which a double holds, decides.
+bool scale(double magnitude, int places, scalednumber& result) {
+    if (places > exactplaces) return false;
+    const auto atpower = [magnitude](int power) {
+        return power < 0 ? magnitude / exactpower[-power] : magnitude * exactpower[power];
+    };
+    const int binary = static_cast<int>(std::bit_cast<std::uint64_t>(magnitude) >> 52) - 1023;
+    int power = places - 1 - binary * 1233 / 4096; // log10 2, which gives the decimal exponent or one beside
+    if (power < 1 - highestexact || power > highestexact - 1) return false;
+    double scaled = atpower(power);
+    if (scaled >= exactpower[places]) {
+        scaled = atpower(--power);
+    } else if (scaled < exactpower[places - 1]) {
+        scaled = atpower(++power);
+    }
+    std::uint64_t whole = static_cast<std::uint64_t>(scaled);
+    const double beside = scaled - static_cast<double>(whole) - 0.5;
+    if (beside > 0 || (beside == 0 && (power < 0 ? std::fma(-scaled, exactpower[-power], magnitude)
+                                                 : std::fma(magnitude, exactpower[power], -scaled)) >= 0))
+        ++whole;
+    result = {whole, power};
+    return true;
+}
+
 } // namespace
 
 decimaldigits significantdigits(double value, int places) {
@@ -77,6 +111,20 @@ decimaldigits significantdigits(double value, int places) {
     if (value == 0) return result;
     result.negative = value < 0;
     const double magnitude = std::fabs(value);
+    if (scalednumber scaled; scale(magnitude, places, scaled)) {
+        result.count = places;
+        result.point = places - scaled.power;
+        auto rest = static_cast<std::uint64_t>(exactpower[places]);
+        if (scaled.whole >= rest) { // the step up went through all digits
+            scaled.whole /= 10;
+            ++result.point;
+        }
+        rest = scaled.whole;
+        for (int i = places; i-- > 0; rest /= 10)
+            result.digit[static_cast<std::size_t>(i)] = static_cast<char>('0' + rest % 10);
+        dropzeros(result);
+        return result;
+    }
     char digits[32];
     int power = scientific(magnitude, places, digits);
     // The library took the even neighbour of a tie; an odd last digit means that it went up already.
@@ -114,34 +162,53 @@ decimaldigits roundedto(const decimaldigits& digits, int decimals) {
     return result;
 }
 
-std::string numbertext(double value) {
-    std::string text;
-    if (std::isnan(value)) return " nan";
-    if (std::isinf(value)) return value > 0 ? " inf" : "-inf";
+void appendnumber(std::string& text, double value) {
+    if (!std::isfinite(value)) {
+        text += std::isnan(value) ? " nan" : value > 0 ? " inf" : "-inf";
+        return;
+    }
     const decimaldigits digits = significantdigits(value, plainplaces);
-    text += digits.negative ? '-' : ' ';
-    if (digits.count == 0) return text + "0";
+    char form[32]; // of which fourteen are the most that is used
+    char* at = form;
     const char* digit = digits.digit.data();
-    const auto count = static_cast<std::size_t>(digits.count);
+    const auto put = [&at](const char* from, int count) {
+        for (int i = 0; i < count; ++i) *at++ = from[i];
+    };
+    const auto putzeros = [&at](int count) {
+        for (int i = 0; i < count; ++i) *at++ = '0';
+    };
     const int zeros = -digits.point; // directly behind the point, when the value is below one
-    if (digits.point > plainplaces || (zeros >= 0 && zeros + digits.count > plainplaces)) {
-        text += digit[0];
-        if (count > 1) text.append(1, '.').append(digit + 1, count - 1);
+    *at++ = digits.negative ? '-' : ' ';
+    if (digits.count == 0) {
+        *at++ = '0';
+    } else if (digits.point > plainplaces || (zeros >= 0 && zeros + digits.count > plainplaces)) {
+        *at++ = digit[0];
+        if (digits.count > 1) *at++ = '.';
+        put(digit + 1, digits.count - 1);
         const int power = digits.point - 1;
         const int size = std::abs(power);
-        text.append(1, 'E').append(1, power < 0 ? '-' : '+');
-        if (size < 10) text += '0';
-        text += std::to_string(size);
+        *at++ = 'E';
+        *at++ = power < 0 ? '-' : '+';
+        if (size < 10) *at++ = '0';
+        at = std::to_chars(at, form + sizeof form, size).ptr;
     } else if (zeros >= 0) {
-        text.append(1, '.').append(static_cast<std::size_t>(zeros), '0').append(digit, count);
+        *at++ = '.';
+        putzeros(zeros);
+        put(digit, digits.count);
+    } else if (digits.count <= digits.point) {
+        put(digit, digits.count);
+        putzeros(digits.point - digits.count);
     } else {
-        const auto whole = static_cast<std::size_t>(digits.point);
-        if (count <= whole) {
-            text.append(digit, count).append(whole - count, '0');
-        } else {
-            text.append(digit, whole).append(1, '.').append(digit + whole, count - whole);
-        }
+        put(digit, digits.point);
+        *at++ = '.';
+        put(digit + digits.point, digits.count - digits.point);
     }
+    text.append(form, static_cast<std::size_t>(at - form));
+}
+
+std::string numbertext(double value) {
+    std::string text;
+    appendnumber(text, value);
     return text;
 }
 

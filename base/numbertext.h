@@ -15,6 +15,9 @@ namespace orv {
 // give the same seven digits, so that both are passed here.
 std::string numbertext(double value);
 
+// The same, put behind a text that is being made.
+void appendnumber(std::string& text, double value);
+
 // A whole number in full: a blank or, when negative, a minus, then all digits.
 std::string wholetext(std::int64_t value);
 

@@ -2,7 +2,13 @@
 // hall and the shipped settings. They are short, since a fuzzer is fastest then.
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "fuzz/fuzzscratch.h"
+#include "results/parameterfile.h"
+#include "results/resultreader.h"
+#include "results/speechindex.h"
+#include "room/roommodel.h"
 #include "samples/samplefiles.h"
+#include "tests/results/startvalues.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -45,6 +51,31 @@ std::string shortresult(double format) {
     return text + "----\n" + orv::samples::sourcetext();
 }
 
+// The parameter file of the room's row and the first receiver of the hall, in the current layout.
+std::string parametertext() {
+    orv::enterscratch();
+    orv::scripted::onfailure([](const std::string&) {});
+    orv::setstartvalues();
+    orv::setspeechconstants();
+    orv::replacefile("orvanta.ini", "Alfa = 1\r\nBeta = 2\r\nTime = 0.1\r\nPrecision = 0.01\r\n");
+    orv::replacefile("r._01", shortresult(1.2));
+    orv::loadresult("r._01");
+    orv::RoomModel.receiverCount = 1;
+    orv::computesti();
+    orv::saveparameters("r._01");
+    const orv::filebytes bytes = orv::readfile("r.-01");
+    return std::string(std::string_view(bytes));
+}
+
+// The older layout with one receiver.
+std::string olderparametertext() {
+    std::string text = "\"Acoustic Parameters from file:\",\"r._01\"\r\n\r\n\r\n";
+    for (int table = 0; table < 12; ++table) text += "0,\"-\",1,2,3,4,5,6,7,8,9,10,-.5,1E-02\r\n";
+    for (int i = 0; i < orv::modulationcount; ++i)
+        text += "0,\"-\",\"-\",\"-\",.1,.2,.3,.4,.5,.6,1,\"-\",\"-\",\"-\"\r\n";
+    return text;
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
@@ -53,6 +84,8 @@ int main(int count, char** arguments) {
         return 2;
     }
     try {
+        const std::string target = std::filesystem::absolute(arguments[1]).string();
+        const std::string parameters = parametertext(); // changes the directory
         const std::string room = orv::samples::geometrytext();
         const orv::filebytes ini = orv::readfile(DATA_FILES "/orvanta.ini");
         const std::string settings{std::string_view(ini)};
@@ -68,9 +101,13 @@ int main(int count, char** arguments) {
             {"fuzzresult", "new", shortresult(1.2)},
             {"fuzzresult", "old", shortresult(1.1)},
             {"fuzzresult", "barelinefeeds", withoutreturns(shortresult(1.2))},
+            {"fuzzparameters", "current", parameters},
+            {"fuzzparameters", "notail", parameters.substr(0, parameters.find("\"Parameter =\",\"EDT\""))},
+            {"fuzzparameters", "older", olderparametertext()},
+            {"fuzzparameters", "barelinefeeds", withoutreturns(parameters)},
         };
         for (const seed& one : seeds) {
-            const std::string directory = orv::joinpath(arguments[1], one.target);
+            const std::string directory = orv::joinpath(target, one.target);
             std::filesystem::create_directories(directory);
             orv::replacefile(orv::joinpath(directory, one.name), one.bytes);
         }

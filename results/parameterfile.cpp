@@ -49,7 +49,7 @@ namespace {
 constexpr double progressblock = 128; // bytes
 constexpr double progresssteps = 21;
 constexpr double wholefile = 99; // per cent of a file read, from which on no tables of decay times follow
-constexpr int modulationbands = 7, firstmodulationband = 3;
+constexpr int modulationbands = 7;
 constexpr std::size_t oldnamestart = 34, oldnametail = 5; // the result's name in the older first line
 
 constexpr std::string_view firstline = "New File Format - Version 1.7 and above!";
@@ -59,37 +59,32 @@ constexpr std::string_view bandlabels[] = {"Num.", "31.5", "63", "125", "250", "
                                            "2k",   "4k",   "8k", "16k", "L",   "A"};
 constexpr std::string_view modulationlabels[] = {"125", "250", "500", "1k", "2k", "4k", "8k"};
 
-// A table with its title and its step of the progress shown.
+// A table with its title and its step of the progress shown, and a receiver's row of it by bandIndex.
 struct filetable {
     std::string_view title;
     int step;
-    float& (*cell)(std::int32_t receiver, std::int32_t band);
+    float* (*row)(std::int32_t receiver);
 };
 auto& P = ParameterSet;
-using at = std::int32_t;
+template <auto table>
+float* rowof(std::int32_t receiver) {
+    return &(P.*table)(receiver, 0);
+}
 constexpr filetable maintables[] = {
-    {"Leq", 1, [](at r, at b) -> float& { return P.Leq(r, b); }},
-    {"Ldir", 2, [](at r, at b) -> float& { return P.Ldir(r, b); }},
-    {"Lrev", 3, [](at r, at b) -> float& { return P.Lrev(r, b); }},
-    {"Riv/Direct", 4, [](at r, at b) -> float& { return P.LdirLrev(r, b); }},
-    {"Lp - Lw", 5, [](at r, at b) -> float& { return P.LeqLw(r, b); }},
-    {"C50", 6, [](at r, at b) -> float& { return P.C50(r, b); }},
-    {"C80", 7, [](at r, at b) -> float& { return P.C80(r, b); }},
-    {"Center Time", 8, [](at r, at b) -> float& { return P.Ts(r, b); }},
-    {"Aeq", 8, [](at r, at b) -> float& { return P.Aeq(r, b); }}, // 8 twice on purpose
-    {"LE", 9, [](at r, at b) -> float& { return P.LE(r, b); }},
-    {"LF", 10, [](at r, at b) -> float& { return P.LF(r, b); }},
-    {"LFC", 11, [](at r, at b) -> float& { return P.LFC(r, b); }},
-    {"Aeq2", 12, [](at r, at b) -> float& { return P.Aeq2(r, b); }},
-    {"ITDGeq", 13, [](at r, at b) -> float& { return P.ITDGeq(r, b); }},
+    {"Leq", 1, rowof<&parameterset::Leq>},        {"Ldir", 2, rowof<&parameterset::Ldir>},
+    {"Lrev", 3, rowof<&parameterset::Lrev>},      {"Riv/Direct", 4, rowof<&parameterset::LdirLrev>},
+    {"Lp - Lw", 5, rowof<&parameterset::LeqLw>},  {"C50", 6, rowof<&parameterset::C50>},
+    {"C80", 7, rowof<&parameterset::C80>},        {"Center Time", 8, rowof<&parameterset::Ts>},
+    {"Aeq", 8, rowof<&parameterset::Aeq>}, // 8 twice on purpose
+    {"LE", 9, rowof<&parameterset::LE>},          {"LF", 10, rowof<&parameterset::LF>},
+    {"LFC", 11, rowof<&parameterset::LFC>},       {"Aeq2", 12, rowof<&parameterset::Aeq2>},
+    {"ITDGeq", 13, rowof<&parameterset::ITDGeq>},
 };
-constexpr filetable speechtable = {"STI", 14, [](at r, at b) -> float& { return P.STI(r, b); }};
+constexpr filetable speechtable = {"STI", 14, rowof<&parameterset::STI>};
 constexpr filetable decaytables[] = {
-    {"EDT", 17, [](at r, at b) -> float& { return P.EDT(r, b); }},
-    {"T10", 18, [](at r, at b) -> float& { return P.T10(r, b); }},
-    {"T15", 19, [](at r, at b) -> float& { return P.T15(r, b); }},
-    {"T20", 20, [](at r, at b) -> float& { return P.T20(r, b); }},
-    {"T30", 21, [](at r, at b) -> float& { return P.T30(r, b); }},
+    {"EDT", 17, rowof<&parameterset::EDT>}, {"T10", 18, rowof<&parameterset::T10>},
+    {"T15", 19, rowof<&parameterset::T15>}, {"T20", 20, rowof<&parameterset::T20>},
+    {"T30", 21, rowof<&parameterset::T30>},
 };
 constexpr int modulationstep = 15, optionsstep = 16;
 constexpr std::string_view modulationtitle = "Modulation Transfer Functions";
@@ -140,7 +135,10 @@ void writehead(filewriter& file, std::string_view title) {
 }
 
 void writevalues(std::string& line, std::span<const float> values) {
-    for (const float value : values) line.append(1, ',').append(numbertext(static_cast<double>(value)));
+    for (const float value : values) {
+        line += ',';
+        appendnumber(line, static_cast<double>(value));
+    }
 }
 
 void writetable(filewriter& file, const filetable& table, std::span<const std::int32_t> bands) {
@@ -150,8 +148,11 @@ void writetable(filewriter& file, const filetable& table, std::span<const std::i
     const std::int32_t N = RoomModel.receiverCount;
     for (std::int32_t r = 0; r <= N; ++r) {
         printwhole(line, r);
-        for (const std::int32_t band : bands)
-            line.append(1, ',').append(numbertext(static_cast<double>(table.cell(r, band))));
+        const float* const row = table.row(r);
+        for (const std::int32_t band : bands) {
+            line += ',';
+            appendnumber(line, static_cast<double>(row[band]));
+        }
         endline(file, line);
     }
     platform::yield();
@@ -174,8 +175,7 @@ void writemodulation(filewriter& file) {
         writelabels(file, "Fmod", modulationlabels);
         for (int i = 1; i <= modulationcount; ++i) {
             line = frequency[static_cast<std::size_t>(i)];
-            for (int band = 0; band < modulationbands; ++band)
-                line.append(1, ',').append(numbertext(static_cast<double>(P.modulationTransfer(r, i, band))));
+            writevalues(line, std::span<const float>(&P.modulationTransfer(r, i, 0), modulationbands));
             endline(file, line);
         }
         showstep(modulationstep);
@@ -211,7 +211,8 @@ struct loading {
 };
 
 double percentread(const loading& load) {
-    return quotient(static_cast<double>(load.file.position) / progressblock, load.blocks) * 100;
+    if (load.blocks == 0) inputfailure(load.file, errorkind::divisionbyzero, "the file is too short");
+    return static_cast<double>(load.file.position) / progressblock / load.blocks * 100;
 }
 
 void showread(const loading& load) {
@@ -238,7 +239,8 @@ void readrow(listreader& file, const filetable& table, std::int32_t receiver,
              std::span<const std::int32_t> bands) {
     std::array<float, bandcount> values;
     readsingles(file, values.data(), static_cast<int>(bands.size()));
-    for (std::size_t i = 0; i < bands.size(); ++i) table.cell(receiver, bands[i]) = values[i];
+    float* const row = table.row(receiver);
+    for (std::size_t i = 0; i < bands.size(); ++i) row[bands[i]] = values[i];
 }
 
 void readmodulationrow(listreader& file, std::int32_t receiver, int frequency) {
@@ -309,7 +311,8 @@ bool inolderfile(const filetable& table) {
 void readolder(loading& load, std::string_view first) {
     platform::beep();
     if (first.size() < oldnamestart + oldnametail)
-        inputfailure(load.file, errorkind::typemismatch, "the first line holds no file name");
+        inputfailure(openlist(load.file.buffer, load.file.name), errorkind::typemismatch,
+                     "the first line holds no file name");
     const std::string_view name = first.substr(oldnamestart);
     SessionState.geometryFileName = utf8text(name.substr(0, name.size() - oldnametail)) + ".RAY";
     skiplines(load.file, 2);

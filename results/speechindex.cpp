@@ -44,9 +44,14 @@ noiseshares sharesof(std::int32_t receiver, int band) {
     return {1 + power(10, -difference / 10), 1 + power(10, -female / 10)};
 }
 
-// The apparent signal-to-noise ratio of a modulation, dB within +-15.
+// The apparent signal-to-noise ratio of a modulation below 1, dB within +-15. Ratios that are certainly
+// beyond the range save their logarithm.
 double apparentratio(double modulation) {
-    return std::clamp(10 * decimallog(quotient(modulation, 1 - modulation)), -range, range);
+    constexpr double above = 31.63, below = 0.0316; // 10^1.5 and its inverse lie just within
+    const double ratio = modulation / (1 - modulation);
+    if (ratio > above) return range;
+    if (ratio > 0 && ratio < below) return -range;
+    return std::clamp(10 * (ratio > 0 ? std::log10(ratio) : decimallog(ratio)), -range, range);
 }
 
 // The sums of apparent ratios over the modulation frequencies of a band.
@@ -106,6 +111,9 @@ void computereceiver(std::int32_t receiver, std::array<double, bandcount + 1>& s
     sums[maleindex] += static_cast<double>(ParameterSet.STI(receiver, maleindex));
 }
 
+// The menus stay live during a computation; whoever asks for another one before the end is refused.
+bool running = false;
+
 void computeall() {
     platform::statustext(1, "Computing the STI values ...");
     const std::int32_t N = RoomModel.receiverCount;
@@ -122,8 +130,6 @@ void computeall() {
 } // namespace
 
 void computesti() {
-    // The menus stay live meanwhile; whoever asks again before the end is refused.
-    static bool running = false;
     if (running) return platform::beep();
     running = true;
     const struct release {
@@ -142,6 +148,7 @@ void computesti() {
 }
 
 void STIopt() {
+    if (running) return platform::beep();
     computesti();
     if (platform::messagebox("Warning",
                              "STI values could have been changed - Do You want to update the compressed "

@@ -14,6 +14,7 @@
 #include <array>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 namespace orv {
 
@@ -23,57 +24,58 @@ constexpr double strengthoffset = 31; // dB: G refers to the level at 10 m in a 
 constexpr double percent = 100;
 constexpr std::int32_t robinstart = 2; // 125 Hz
 
-using at = std::int32_t;
-const auto& P = ParameterSet;
-
-float ratio(float stored) {
-    return single(static_cast<double>(stored) * percent);
-}
-
-bool hasindex(at band) {
-    return band >= 3 && band != 10;
-}
-
-// How each parameter is shown.
+// How each parameter is shown: what puts its value behind a text.
+using cellwriter = void (*)(std::string& text, std::int32_t receiver, std::int32_t band,
+                            std::string_view pattern);
 struct cellform {
     std::string_view name;
-    std::string (*text)(at receiver, at band, std::string_view pattern);
+    cellwriter write;
     std::string_view pattern;
 };
+
+// A value as it is stored, and one times a hundred.
+template <auto table>
+void stored(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
+    appendformatted(text, (ParameterSet.*table)(receiver, band), pattern);
+}
+template <auto table>
+void hundredfold(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
+    const float value = (ParameterSet.*table)(receiver, band);
+    appendformatted(text, single(static_cast<double>(value) * percent), pattern);
+}
+
+void strength(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
+    const auto level = static_cast<double>(ParameterSet.LeqLw(receiver, band));
+    appendformatted(text, single(level + strengthoffset), pattern);
+}
+void definition(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
+    const auto clarity = static_cast<double>(ParameterSet.C50(receiver, band));
+    appendformatted(text, percent / (1 + std::pow(10.0, -clarity / 10)), pattern);
+}
+void speechindex(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
+    if (band >= 3 && band != 10) appendformatted(text, ParameterSet.STI(receiver, band), pattern);
+}
+
+using P = parameterset;
 constexpr cellform cellforms[] = {
-    {"Leq", [](at r, at b, std::string_view p) { return formatnumber(P.Leq(r, b), p); }, "##0.0"},
-    {"Ldir", [](at r, at b, std::string_view p) { return formatnumber(P.Ldir(r, b), p); }, "##0.0"},
-    {"Lrev", [](at r, at b, std::string_view p) { return formatnumber(P.Lrev(r, b), p); }, "##0.0"},
-    {"Ldir-Lrev", [](at r, at b, std::string_view p) { return formatnumber(P.LdirLrev(r, b), p); }, "##0.0"},
-    {"Leq-Lw", [](at r, at b, std::string_view p) { return formatnumber(P.LeqLw(r, b), p); }, "##0.0"},
-    {"G",
-     [](at r, at b, std::string_view p) {
-         return formatnumber(single(static_cast<double>(P.LeqLw(r, b)) + strengthoffset), p);
-     },
-     "##0.0"},
-    {"EDT", [](at r, at b, std::string_view p) { return formatnumber(P.EDT(r, b), p); }, "##0.00"},
-    {"T10", [](at r, at b, std::string_view p) { return formatnumber(P.T10(r, b), p); }, "##0.00"},
-    {"T15", [](at r, at b, std::string_view p) { return formatnumber(P.T15(r, b), p); }, "##0.00"},
-    {"T20", [](at r, at b, std::string_view p) { return formatnumber(P.T20(r, b), p); }, "##0.00"},
-    {"T30", [](at r, at b, std::string_view p) { return formatnumber(P.T30(r, b), p); }, "##0.00"},
-    {"C50", [](at r, at b, std::string_view p) { return formatnumber(P.C50(r, b), p); }, "##0.00"},
-    {"C80", [](at r, at b, std::string_view p) { return formatnumber(P.C80(r, b), p); }, "##0.00"},
-    {"D50",
-     [](at r, at b, std::string_view p) {
-         return formatnumber(percent / (1 + std::pow(10.0, -static_cast<double>(P.C50(r, b)) / 10)), p);
-     },
-     "##0.00"},
-    {"Ts", [](at r, at b, std::string_view p) { return formatnumber(P.Ts(r, b), p); }, "###0.0"},
-    {"Aeq", [](at r, at b, std::string_view p) { return formatnumber(P.Aeq(r, b), p); }, "#0.00"},
-    {"STI",
-     [](at r, at b, std::string_view p) {
-         return hasindex(b) ? formatnumber(P.STI(r, b), p) : std::string();
-     },
-     "#0.00"},
-    {"LE", [](at r, at b, std::string_view p) { return formatnumber(ratio(P.LE(r, b)), p); }, "##0.00"},
-    {"LF", [](at r, at b, std::string_view p) { return formatnumber(ratio(P.LF(r, b)), p); }, "##0.00"},
-    {"LFC", [](at r, at b, std::string_view p) { return formatnumber(ratio(P.LFC(r, b)), p); }, "##0.00"},
+    {"Leq", stored<&P::Leq>, "##0.0"},      {"Ldir", stored<&P::Ldir>, "##0.0"},
+    {"Lrev", stored<&P::Lrev>, "##0.0"},    {"Ldir-Lrev", stored<&P::LdirLrev>, "##0.0"},
+    {"Leq-Lw", stored<&P::LeqLw>, "##0.0"}, {"G", strength, "##0.0"},
+    {"EDT", stored<&P::EDT>, "##0.00"},     {"T10", stored<&P::T10>, "##0.00"},
+    {"T15", stored<&P::T15>, "##0.00"},     {"T20", stored<&P::T20>, "##0.00"},
+    {"T30", stored<&P::T30>, "##0.00"},     {"C50", stored<&P::C50>, "##0.00"},
+    {"C80", stored<&P::C80>, "##0.00"},     {"D50", definition, "##0.00"},
+    {"Ts", stored<&P::Ts>, "###0.0"},       {"Aeq", stored<&P::Aeq>, "#0.00"},
+    {"STI", speechindex, "#0.00"},          {"LE", hundredfold<&P::LE>, "##0.00"},
+    {"LF", hundredfold<&P::LF>, "##0.00"},  {"LFC", hundredfold<&P::LFC>, "##0.00"},
 };
+
+// The form of a parameter, or null for a name that no table shows.
+const cellform* formof(std::string_view parameter) {
+    const auto* const form = std::find_if(std::begin(cellforms), std::end(cellforms),
+                                          [&](const cellform& each) { return each.name == parameter; });
+    return form == std::end(cellforms) ? nullptr : form;
+}
 
 constexpr std::string_view robinparameters[] = {"",    "Leq", "T20", "EDT", "D50",
                                                 "C80", "Ts",  "G",   "LF",  "LFC"};
@@ -96,16 +98,38 @@ std::string rowheading(const parametergrid& grid, std::int32_t row) {
 }
 
 std::string columnheading(const parametergrid& grid, std::int32_t column) {
+    if (column == 0) return "";
     if (grid.kind != tablekind::roundrobin) return bandheading(grid, column);
     return "R" + std::to_string(column);
+}
+
+// The form of the values of a row 1.., or null where they are empty.
+const cellform* rowform(const parametergrid& grid, std::int32_t row) {
+    if (grid.kind == tablekind::oneparameter) return formof(grid.mode);
+    return grid.chosen < 0 ? nullptr : formof(rowheading(grid, row));
+}
+
+// Puts the value of a row and column, both 1.., behind a text.
+void appendvalue(std::string& text, const parametergrid& grid, const cellform& form, std::int32_t row,
+                 std::int32_t column) {
+    switch (grid.kind) {
+    case tablekind::oneparameter:
+        return form.write(text, row - 1, column, form.pattern);
+    case tablekind::onereceiver:
+        return form.write(text, grid.chosen, column, form.pattern);
+    case tablekind::roundrobin:
+        return form.write(text, column, grid.chosen, form.pattern);
+    }
 }
 
 } // namespace
 
 void filltablecell(std::string& cell, std::string_view parameter, std::int32_t receiver, std::int32_t band) {
-    const auto* const form = std::find_if(std::begin(cellforms), std::end(cellforms),
-                                          [&](const cellform& each) { return each.name == parameter; });
-    if (form != std::end(cellforms)) cell = form->text(receiver, band, form->pattern);
+    const cellform* const form = formof(parameter);
+    if (!form) return;
+    std::string text;
+    form->write(text, receiver, band, form->pattern);
+    cell = std::move(text);
 }
 
 parametergrid opengrid() {
@@ -179,30 +203,28 @@ void typereceiver(parametergrid& grid, const std::string& text) {
 std::string gridcell(const parametergrid& grid, std::int32_t row, std::int32_t column) {
     if (row < 0 || row >= grid.rows) subscriptfailure("table row", row, 0, grid.rows - 1);
     if (column < 0 || column >= grid.columns) subscriptfailure("table column", column, 0, grid.columns - 1);
-    if (row == 0) return column == 0 ? std::string() : columnheading(grid, column);
+    if (row == 0) return columnheading(grid, column);
     if (column == 0) return rowheading(grid, row);
     std::string cell;
-    switch (grid.kind) {
-    case tablekind::oneparameter:
-        filltablecell(cell, grid.mode, row - 1, column);
-        break;
-    case tablekind::onereceiver:
-        if (grid.chosen >= 0) filltablecell(cell, rowheading(grid, row), grid.chosen, column);
-        break;
-    case tablekind::roundrobin:
-        if (grid.chosen >= 0) filltablecell(cell, rowheading(grid, row), column, grid.chosen);
-        break;
-    }
+    if (const cellform* const form = rowform(grid, row)) appendvalue(cell, grid, *form, row, column);
     return cell;
 }
 
 std::string gridtext(const parametergrid& grid) {
     std::string text;
+    const cellform* form = nullptr;
     for (std::int32_t row = 0; row < grid.rows; ++row) {
-        if (row > 0) text += lineend;
-        for (std::int32_t column = 0; column < grid.columns; ++column) {
-            if (column > 0) text += '\t';
-            text += gridcell(grid, row, column);
+        if (row > 0) {
+            text += lineend;
+            text += rowheading(grid, row);
+        }
+        if (row == 1 || (row > 1 && grid.kind != tablekind::oneparameter)) form = rowform(grid, row);
+        for (std::int32_t column = 1; column < grid.columns; ++column) {
+            text += '\t';
+            if (row == 0)
+                text += columnheading(grid, column);
+            else if (form)
+                appendvalue(text, grid, *form, row, column);
         }
     }
     return text;

@@ -34,7 +34,12 @@ inline jsonvalue readjson(const std::string& source, std::size_t& at) {
     const auto word = [&] {
         std::string text;
         while (at < source.size() && source[at] != '"') {
-            if (source[at] == '\\') ++at;
+            if (source[at] == '\\') {
+                const char escaped = source[++at];
+                text += escaped == 'n' ? '\n' : escaped == 'r' ? '\r' : escaped == 't' ? '\t' : escaped;
+                ++at;
+                continue;
+            }
             text += source[at++];
         }
         ++at;

@@ -5,6 +5,8 @@
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "platform/qt/qttext.h"
+#include "results/stidialog.h"
+#include "results/tablewindow.h"
 #include "scene/paintersurface.h"
 #include "shell/aboutdialog.h"
 #include "shell/mainwindow.h"
@@ -56,7 +58,8 @@ struct namedwindow {
     std::string_view name;
     void (*show)(bool modal);
 };
-constexpr namedwindow namedwindows[] = {{"About", showabout}};
+constexpr namedwindow namedwindows[] = {
+    {"About", showabout}, {"STI Options", showstidialog}, {"Table", showtablewindow}};
 
 constexpr struct {
     buttons choice;

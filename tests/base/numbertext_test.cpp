@@ -58,6 +58,62 @@ TEST(numbertext, TakesHalvesAwayFromZero) {
     EXPECT_EQ(numbertext(std::ldexp(4097.0, -30)), " 3.815629E-06");
 }
 
+// What all digits of the exact value say: the fast way of taking the first of them must not differ.
+std::string roundedfully(double value, int places) {
+    char exact[800];
+    const int most = 766; // digits behind the first, of which no double has more
+    const auto end =
+        std::to_chars(exact, exact + sizeof exact, std::fabs(value), std::chars_format::scientific, most).ptr;
+    std::string digits(1, exact[0]);
+    digits.append(exact + 2, most);
+    int power = 0;
+    const char* sign = exact + 2 + most + 1;
+    std::from_chars(*sign == '+' ? sign + 1 : sign, end, power);
+    const bool up = digits[static_cast<std::size_t>(places)] >= '5';
+    digits.resize(static_cast<std::size_t>(places));
+    if (up) {
+        std::size_t i = digits.size();
+        while (i > 0 && digits[i - 1] == '9') digits[--i] = '0';
+        if (i > 0) {
+            ++digits[i - 1];
+        } else {
+            digits.insert(0, 1, '1').pop_back();
+            ++power;
+        }
+    }
+    digits.resize(digits.find_last_not_of('0') + 1);
+    return digits + "e" + std::to_string(power);
+}
+
+TEST(numbertext, TakesTheDigitsOfTheExactValue) {
+    const auto check = [](double value) {
+        for (const int places : {1, 7, 15, 16}) {
+            const decimaldigits digits = significantdigits(value, places);
+            const std::string text(digits.digit.data(), static_cast<std::size_t>(digits.count));
+            ASSERT_EQ(text + "e" + std::to_string(digits.point - 1), roundedfully(value, places)) << value;
+        }
+    };
+    std::mt19937_64 random(2);
+    const auto whole = [&random](std::uint64_t below) { return static_cast<double>(random() % below); };
+    for (int i = 0; i < 3000; ++i) {
+        const double any = std::bit_cast<double>(random());
+        if (std::isfinite(any) && any != 0) check(any);
+        const auto one = static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(random())));
+        if (std::isfinite(one) && one != 0) check(one);
+        check(whole(10000000) + 0.5); // ties, and what looks like one
+        check((whole(10000000) + 0.5) / 1e5);
+        check(whole(100000000) * 1e9 + 5e8);
+        check(std::ldexp(1 + whole(1 << 24), static_cast<int>(random() % 80) - 60));
+        check(whole(1000000000000000) + 0.5);
+    }
+    for (int power = -300; power <= 300; ++power) { // beside every power of ten
+        const double ten = std::pow(10.0, power);
+        for (const double value :
+             {std::nextafter(ten, 0), ten, std::nextafter(ten, 1e308), ten * 9.9999995, ten * 0.99999995})
+            check(value);
+    }
+}
+
 // Seven digits do not tell all singles apart, but they come back within half a unit of the seventh.
 TEST(numbertext, ComesBackWithinHalfAUnitOfTheSeventhDigit) {
     std::mt19937 random(1);

@@ -1,5 +1,8 @@
 // Results that others worked out, when the folder with them is there.
+#include "results/parameterfile.h"
 #include "results/resultreader.h"
+#include "results/speechindex.h"
+#include "results/tablecells.h"
 #include "tests/jsonvalue.h"
 #include "tests/results/startvalues.h"
 #include "tests/testsupport.h"
@@ -86,6 +89,45 @@ TEST_F(sharedresults, impulsesInOneSlotGiveTheWorkedParameters) {
         EXPECT_FLOAT_EQ(SessionState.voiceCorrection[i],
                         static_cast<float>(expected["voiceCorrection"][i].number));
     EXPECT_EQ(filenameof(SessionState.geometryFileName), expected["geometryFileName"].text);
+}
+
+// The same result, its speech index, parameter file and tables, named as in the example.
+TEST_F(sharedresults, impulsesGiveTheWorkedFileAndTables) {
+    copied("examples/impulse/in/orvanta.ini");
+    copied("examples/impulse/in/room._ab");
+    setspeechconstants();
+    loadresult("room._ab");
+    scripted::expectwindow("STI Options");
+    computesti();
+    const jsonvalue index = figures("examples/impulse/expected/dump.json")["STI"];
+    ASSERT_EQ(index.items.size(), 5U);
+    for (std::size_t r = 0; r < index.items.size(); ++r)
+        for (std::size_t b = 3; b <= bandcount; ++b)
+            EXPECT_FLOAT_EQ(ParameterSet.STI(r, b), static_cast<float>(index[r][b - 3].number))
+                << "receiver " << r << " band " << b;
+
+    SessionState.geometryFileName = "room.RAY";
+    saveparameters("room._ab");
+    EXPECT_EQ(readtext("room.-ab"), readtext(joinpath(folder, "examples/impulse/expected/room.-ab")));
+
+    int compared = 0;
+    const jsonvalue tables = figures("examples/impulse/expected/tables.json");
+    for (const auto& [name, text] : tables.members) {
+        const std::string_view title = name;
+        const auto behind = [&](std::string_view words) {
+            return static_cast<std::int32_t>(lenientnumber(title.substr(words.size())));
+        };
+        SessionState.tableMode = title.starts_with("single") ? "SingleRec"
+                                 : title.starts_with("round")
+                                     ? "RoundRobin"
+                                     : name.substr(std::string_view("Table of ").size());
+        parametergrid grid = opengrid();
+        if (grid.kind == tablekind::onereceiver) grid.chosen = behind("single receiver");
+        if (grid.kind == tablekind::roundrobin) grid.chosen = behind("round robin band");
+        EXPECT_EQ(gridtext(grid), text.text) << name;
+        ++compared;
+    }
+    EXPECT_GT(compared, 20);
 }
 
 // Measured halls: the standard's parameters, worked out from the same slot energies by another program.

@@ -19,4 +19,14 @@ inline void setstartvalues() {
             static_cast<float>(2 * static_cast<double>(frequencies[i]) * SessionState.halfTurnConstant);
 }
 
+// The constants of the speech index, bands 125 Hz to 8 kHz.
+inline void setspeechconstants() {
+    SessionState.maleAlpha = {0.085F, 0.127F, 0.230F, 0.1233F, 0.309F, 0.224F, 0.173F};
+    SessionState.femaleAlpha = {0, 0.117F, 0.223F, 0.216F, 0.328F, 0.250F, 0.194F};
+    SessionState.maleBeta = {0.085F, 0.078F, 0.065F, 0.011F, 0.047F, 0.095F, 0};
+    SessionState.femaleBeta = {0, 0.099F, 0.066F, 0.062F, 0.025F, 0.076F, 0};
+    SessionState.maleVoiceSpectrum = {2.9F, 2.9F, -0.8F, -6.8F, -12.8F, -18.8F, -24.8F};
+    SessionState.femaleVoiceSpectrum = {-100, 5.3F, -1.9F, -9.1F, -15.8F, -16.7F, -18};
+}
+
 } // namespace orv

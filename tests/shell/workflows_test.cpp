@@ -85,8 +85,24 @@ struct workflows : sessiontest {
         return enabled;
     }
 
-    void load(void (*run)(), const std::string& name) {
+    // What follows the dialog of a result that is read whole: the options of the speech index, and the
+    // question whether to save.
+    static void expectresult(platform::answer saved = platform::answer::no) {
+        scripted::expectwindow("STI Options");
+        scripted::expectbox("WARNING!", saved);
+    }
+
+    void load(void (*run)(), const std::string& name, platform::answer saved = platform::answer::no) {
         scripted::expectopen(inside(name));
+        if (run != FLoad) expectresult(saved);
+        run();
+    }
+
+    // Opens a result beside which there is a good parameter file.
+    void loadbeside(void (*run)(), const std::string& name, platform::answer parametersonly) {
+        scripted::expectopen(inside(name));
+        scripted::expectbox("Attention!", parametersonly);
+        if (parametersonly != platform::answer::yes) expectresult();
         run();
     }
 
@@ -245,6 +261,7 @@ TEST_F(workflows, AResultForgetsTheMaps) {
 TEST_F(workflows, AsksForAMissingRoom) {
     std::filesystem::rename(inside("hall.ray"), inside("other.ray"));
     scripted::expectopen(inside("hall._01"), "and its Geometry");
+    expectresult();
     scripted::expectopen(inside("other.ray"), "Load a Orvanta CAD File");
     OpenRes();
     EXPECT_EQ(SessionState.geometryFileName, inside("other.ray"));
@@ -255,6 +272,7 @@ TEST_F(workflows, AsksForAMissingRoom) {
     // Cancelled: the former room stays, under the new result.
     writetext(inside("stage._02"), resultfile("1.2"));
     scripted::expectopen(inside("stage._02"));
+    expectresult();
     scripted::expectopen(scripted::cancelled, "Load a Orvanta CAD File");
     picture.lines.clear();
     scripted::clearcalls();
@@ -274,6 +292,7 @@ TEST_F(workflows, AsksForAMissingRoom) {
 TEST_F(workflows, WithoutAnyRoomTheTitleIsTheOneLookedFor) {
     std::filesystem::remove(inside("hall.ray"));
     scripted::expectopen(inside("hall._01"));
+    expectresult();
     scripted::expectopen(scripted::cancelled);
     OpenRes();
     EXPECT_EQ(scripted::title(), titled("hall.RAY"));
@@ -291,14 +310,6 @@ TEST_F(workflows, AResultAloneKeepsTheRoom) {
     EXPECT_EQ(SessionState.resultFileName, inside("hall._01"));
     EXPECT_EQ(enabledsince(), joined({roomentries, mapentries, responseentries, lateralentries}));
     EXPECT_TRUE(drawn("hall._01"));
-}
-
-TEST_F(workflows, ParameterFileNames) {
-    EXPECT_EQ(parameternameof("/a/room._ab"), "/a/room.-ab");
-    EXPECT_EQ(parameternameof("/a/room.-ab"), "/a/room.-ab");
-    EXPECT_EQ(parameternameof("room.dat"), "room.-at");
-    EXPECT_EQ(parameternameof("abc"), "-bc");
-    EXPECT_THROW(parameternameof("ab"), runtimeerror);
 }
 
 TEST_F(workflows, AParameterFileCountsWhileNothingIsNewer) {
@@ -322,17 +333,95 @@ TEST_F(workflows, AParameterFileCountsWhileNothingIsNewer) {
     setdateafter(result, parameters, 10);
     EXPECT_FALSE(parameterfileusable(result));
 
-    // The result is opened from its responses, without a question, whatever the parameter file is like.
-    setdateafter(result, parameters, -10);
+    // Then the result is opened from its responses, without a question.
     load(OpenRes, "hall._01");
     EXPECT_EQ(SessionState.parameterSource, 1.0F);
-    EXPECT_EQ(readtext(parameters), "parameters");
+    EXPECT_EQ(readtext(parameters), "parameters"); // not saved
+}
+
+TEST_F(workflows, AResultReadWholeOffersToSaveItsParameters) {
+    for (void (*run)() : {OpenRes, MapLoad}) {
+        load(run, "hall._01", platform::answer::no);
+        EXPECT_FALSE(canopen(inside("hall.-01")));
+    }
+    EXPECT_TRUE(
+        scripted::called("box|WARNING!|Do You want to save the computed parameters ?|yesno|exclamation|"
+                         "yes"));
+    load(OpenRes, "hall._01", platform::answer::yes);
+    const std::string saved = readtext(inside("hall.-01"));
+    EXPECT_NE(saved.find("\"Acoustic Parameters from file:\",\"" + inside("hall._01") + "\"\r\n"),
+              std::string::npos);
+    EXPECT_GT(ParameterSet.STI(1, 11), 0.0F); // computed before it was saved
+    EXPECT_NE(saved.find(numbertext(static_cast<double>(ParameterSet.STI(1, 11)))), std::string::npos);
+    // The response is read, then the options come, then the question.
+    const auto& calls = scripted::calls();
+    const auto place = [&](std::string_view line) {
+        return std::find_if(calls.begin(), calls.end(),
+                            [&](const auto& call) { return call.starts_with(line); });
+    };
+    EXPECT_LT(place("log|File Loaded OK!"), place("window STI Options"));
+    EXPECT_LT(place("window STI Options"), place("box|WARNING!"));
+}
+
+TEST_F(workflows, AGoodParameterFileMayBeLoadedAlone) {
+    load(OpenRes, "hall._01", platform::answer::yes);
+    const float index = ParameterSet.STI(2, 11), T20 = ParameterSet.T20(2, linearband);
+    for (void (*run)() : {OpenRes, MapLoad}) {
+        clearparameters(2);
+        for (const std::string& name : responseentries) enablecommand(name, true);
+        SessionState.gridReady = SessionState.contourReady = -1;
+        scripted::clearcalls();
+        loadbeside(run, "hall._01", platform::answer::yes);
+        EXPECT_TRUE(
+            scripted::called("box|Attention!|Do You want to load directly only the acoustical parameters "
+                             "without impulse response data?|yesno|question|no"));
+        EXPECT_EQ(SessionState.parameterSource, -1.0F);
+        EXPECT_NEAR(ParameterSet.STI(2, 11), index, 1e-6);
+        EXPECT_NEAR(ParameterSet.T20(2, linearband), T20, 1e-6);
+        EXPECT_EQ(enabledsince(), joined({roomentries, mapentries, lateralentries})); // no responses
+        EXPECT_EQ(SessionState.gridReady + SessionState.contourReady, 0);
+        EXPECT_EQ(scripted::pointershape(), platform::shape::normal);
+        EXPECT_FALSE(commandssuspended());
+    }
+    // On No, as if there were none.
+    loadbeside(OpenRes, "hall._01", platform::answer::no);
+    EXPECT_EQ(SessionState.parameterSource, 1.0F);
+    EXPECT_EQ(enabledsince(), joined({roomentries, mapentries, responseentries, lateralentries}));
+}
+
+TEST_F(workflows, ParametersAloneInAFreshSession) {
+    load(OpenRes, "hall._01", platform::answer::yes);
+    resetcommands();
+    startup();
+    SessionState.levelStep = 5;
+    SessionState.parameterSource = 0;
+    loadbeside(OpenRes, "hall._01", platform::answer::yes);
+    // The lateral tables are those of a result that has been read.
+    EXPECT_EQ(enabledsince(), joined({roomentries, mapentries, contourentries}));
+    EXPECT_EQ(RoomModel.receiverCount, 2);
+    EXPECT_EQ(scripted::title(), titled("hall.ray"));
+}
+
+TEST_F(workflows, ADamagedParameterFileIsNamed) {
+    writetext(inside("hall.-01"), "\"New File Format\"\r\n\r\n");
+    scripted::expectopen(inside("hall._01"));
+    scripted::expectbox("Attention!", platform::answer::yes);
+    try {
+        OpenRes();
+        ADD_FAILURE();
+    } catch (const runtimeerror& error) {
+        EXPECT_EQ(error.kind, errorkind::pastend);
+        EXPECT_NE(error.text.find(inside("hall.-01") + ", line "), std::string::npos) << error.text;
+    }
+    EXPECT_FALSE(commandssuspended());
+    EXPECT_EQ(scripted::pointershape(), platform::shape::normal);
 }
 
 TEST_F(workflows, NothingElseStartsDuringALoad) {
     load(FLoad, "hall.ray");
     std::string during;
     scripted::expectopen(inside("hall._01"));
+    expectresult();
     scripted::atyield(3, [&] {
         for (const char* name : {"FLoad", "Fsave", "OpenRes", "MapLoad", "Redraw", "CamRedr2D"})
             runcommand(name); // would ask or draw
