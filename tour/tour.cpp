@@ -16,12 +16,16 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QImage>
 #include <QMainWindow>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QStackedWidget>
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -88,6 +92,33 @@ void typeanddraw(const char* field, const char* text) {
     checkredrawn(before);
 }
 
+// The dialogs that a load with responses brings: the options of the speech index, and whether to keep the
+// parameters.
+void expectspeechindex(platform::answer keep, answers::look options = {}) {
+    answers::expectwindow("STIOptions", [options](QWidget& dialog) {
+        if (options) options(dialog);
+        QTest::mouseClick(dialog.findChild<QPushButton*>("Done"), Qt::LeftButton);
+    });
+    answers::expectbox("save the computed parameters", keep);
+}
+
+// Opens a table from its menu, takes a picture of it and copies it. Returns the copied text.
+std::string copytable(const char* command, const char* picturename, answers::look inside = {}) {
+    answers::expectwindow("Table", [picturename, inside](QWidget& table) {
+        if (inside) inside(table);
+        picture(picturename);
+        QTest::mouseClick(table.findChild<QPushButton*>("CopyTable"), Qt::LeftButton);
+        QTest::mouseClick(table.findChild<QPushButton*>("CloseTable"), Qt::LeftButton);
+    });
+    choose(command);
+    return QGuiApplication::clipboard()->text().toStdString();
+}
+
+void checktable(const std::string& text, std::ptrdiff_t rows, const std::string& heading) {
+    check(std::count(text.begin(), text.end(), '\n') + 1 == rows && text.find(heading) != std::string::npos,
+          "the copied table begins with \"" + text.substr(0, 60) + "\"");
+}
+
 // The room's mean is that of a hall of this size and these materials.
 void checkdecay() {
     const double t30 = static_cast<double>(ParameterSet.T30(0, band1k));
@@ -117,6 +148,11 @@ void cancelled() {
 void openresult() {
     answers::expectfile("Load an Impulse Response File and its Geometry", datafile("hall._01"),
                         [](QWidget&) { picture("open-dialog"); });
+    expectspeechindex(platform::answer::yes, [](QWidget& dialog) {
+        QTest::mouseClick(dialog.findChild<QRadioButton*>("BackNoisePresent"), Qt::LeftButton);
+        picture("sti-options");
+        QTest::mouseClick(dialog.findChild<QRadioButton*>("BackNoiseNotInfluent"), Qt::LeftButton);
+    });
     watchlog("loading", [] { choose("OpenRes"); });
     check(ImpulseResponse.receivers == receivers, "the result was not read whole");
     check(RoomModel.faceCount > 0 && RoomModel.sourceCount == sources, "the room was not read whole");
@@ -124,6 +160,50 @@ void openresult() {
     checkdecay();
     checktitle(datafile("hall.RAY"));
     replacefile(sessionfile("loading.txt"), MainWindow->logtext);
+    check(canopen(datafile("hall.-01")), "the parameters were not kept");
+    std::filesystem::copy_file(datafile("hall.-01"), sessionfile("hall.-01"),
+                               std::filesystem::copy_options::overwrite_existing);
+    const auto index = static_cast<double>(ParameterSet.STI(0, 11));
+    check(index > 0.3 && index < 0.7, "the hall's STI-Male is " + std::to_string(index));
+}
+
+void decaytable() {
+    checktable(copytable("T_T30", "table-t30"), receivers + 2, "Room");
+}
+
+void onereceiver() {
+    const std::string text = copytable("SingleRec", "table-receiver", [](QWidget& table) {
+        table.findChild<QComboBox*>("RecNo")->setCurrentIndex(11);
+    });
+    checktable(text, static_cast<std::ptrdiff_t>(parameterNames.size()), "Leq-Lw");
+}
+
+void roundrobin() {
+    checktable(copytable("R_Robin", "table-round-robin"), 10, "R30");
+}
+
+// With background noise the index falls; the parameter file stays as it is.
+void speechindex() {
+    const float before = ParameterSet.STI(12, 11);
+    answers::expectwindow("STIOptions", [](QWidget& dialog) {
+        QTest::mouseClick(dialog.findChild<QRadioButton*>("BackNoisePresent"), Qt::LeftButton);
+        SessionState.noiseLevel.fill(85);
+        QTest::mouseClick(dialog.findChild<QPushButton*>("Done"), Qt::LeftButton);
+    });
+    answers::expectbox("could have been changed", platform::answer::cancel);
+    choose("STIopt");
+    check(ParameterSet.STI(12, 11) < before, "noise has not lowered the index");
+}
+
+// The second time the parameters alone can be taken, and the noise is that of the file again.
+void parametersalone() {
+    answers::expectfile("Load an Impulse Response File and its Geometry", datafile("hall._01"));
+    answers::expectbox("only the acoustical parameters", platform::answer::yes);
+    choose("OpenRes");
+    check(SessionState.parameterSource < 0 && SessionState.backgroundNoiseFlag == 0,
+          "the parameters were not taken from their file");
+    check(!isenabled("ViewImpulse"), "there are no responses to look at");
+    checkdecay();
 }
 
 void sideview() {
@@ -217,6 +297,7 @@ void otherresult() {
     type("FocLenght", "50");
     const float before = ParameterSet.Leq(1, linearband);
     answers::expectfile("Load an Impulse Response File", datafile("hall._03"));
+    expectspeechindex(platform::answer::no);
     choose("MapLoad");
     // Two sources where there was one.
     check(ParameterSet.Leq(1, linearband) > before, "the levels have not risen");
@@ -227,6 +308,7 @@ void otherresult() {
 void roomelsewhere() {
     std::filesystem::copy_file(datafile("hall._05"), datafile("elsewhere._05"));
     answers::expectfile("Load an Impulse Response File and its Geometry", datafile("elsewhere._05"));
+    expectspeechindex(platform::answer::no);
     answers::expectfile("Load a Orvanta CAD File", datafile("hall.RAY"), [](QWidget& dialog) {
         dialog.move(dialog.pos() + QPoint(250, 100));
         picture("log-and-room-dialog");
@@ -248,6 +330,11 @@ constexpr step steps[] = {
     {"The File menu", filemenu, ""},
     {"Cancel a file dialog", cancelled, ""},
     {"Open a result and its room", openresult, "2d-xy"},
+    {"Table of T30", decaytable, ""},
+    {"Table of receiver 12", onereceiver, ""},
+    {"Table of all receivers at 125 Hz", roundrobin, ""},
+    {"Speech index with noise", speechindex, ""},
+    {"The parameters alone", parametersalone, ""},
     {"View YZ", sideview, "2d-yz"},
     {"View XZ", longview, "2d-xz"},
     {"Posted values: C80 at 1 kHz", posted, "2d-posted"},

@@ -41,6 +41,13 @@ struct mainwindowtest : windowtest {
     QWidget* page() const { return MainWindow->area->currentWidget(); }
 };
 
+// The dialogs that a load with responses brings.
+void expectspeechindex() {
+    answers::expectwindow("STIOptions",
+                          [](QWidget& dialog) { dialog.findChild<QPushButton*>("Done")->click(); });
+    answers::expectbox("save the computed parameters", platform::answer::no);
+}
+
 TEST_F(mainwindowtest, menusFollowTheTable) {
     std::size_t title = 0;
     const auto menus = form().menuBar()->actions();
@@ -99,6 +106,7 @@ TEST_F(mainwindowtest, beginsWithAWordOnWhatToDo) {
     writesamples();
     std::filesystem::remove(inside("box.RAY"));
     answers::expectfile("Load an Impulse Response File and its Geometry", inside("box._01"));
+    expectspeechindex();
     answers::expectfile("Load a Orvanta CAD File", "", [this](QWidget&) {
         EXPECT_EQ(page(), &control("LoadLog")) << "what was loaded can be read meanwhile";
     });
@@ -129,6 +137,7 @@ TEST_F(mainwindowtest, opensAResultAndItsRoom) {
     });
     timer.start(0);
     answers::expectfile("Load an Impulse Response File and its Geometry", inside("box._01"));
+    expectspeechindex();
     choose("OpenRes");
     timer.stop();
     EXPECT_GE(looks, 1);
