@@ -168,7 +168,9 @@ void openresult() {
 }
 
 void decaytable() {
-    checktable(copytable("T_T30", "table-t30"), receivers + 2, "Room");
+    const std::string text = copytable("T_T30", "table-t30");
+    checktable(text, receivers + 2, "Room");
+    replacefile(sessionfile("table-t30.txt"), text);
 }
 
 void onereceiver() {
