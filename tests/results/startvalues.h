@@ -1,6 +1,8 @@
-// The constants that start-up computes and a load needs, written out a second time.
+// The constants that start-up computes and a load needs, written out a second time, and the parameters by
+// name.
 #pragma once
 
+#include "results/parameterset.h"
 #include "shell/sessionstate.h"
 
 #include <cmath>
@@ -17,6 +19,26 @@ inline void setstartvalues() {
     for (std::size_t i = 0; i < 14; ++i)
         SessionState.modulationOmega[i + 1] =
             static_cast<float>(2 * static_cast<double>(frequencies[i]) * SessionState.halfTurnConstant);
+}
+
+// Hands every parameter that is computed from one response to `visit`, with its name.
+template <class visitor>
+void eachcomputed(visitor visit) {
+    const auto& P = ParameterSet;
+    visit("Leq", P.Leq);
+    visit("C50", P.C50);
+    visit("C80", P.C80);
+    visit("Aeq", P.Aeq);
+    visit("Ts", P.Ts);
+    visit("Aeq2", P.Aeq2);
+    visit("ITDGeq", P.ITDGeq);
+    visit("Ldir", P.Ldir);
+    visit("Lrev", P.Lrev);
+    visit("EDT", P.EDT);
+    visit("T10", P.T10);
+    visit("T15", P.T15);
+    visit("T20", P.T20);
+    visit("T30", P.T30);
 }
 
 } // namespace orv
