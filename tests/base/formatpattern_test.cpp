@@ -12,12 +12,14 @@ using namespace orv;
 namespace {
 
 TEST(formatpattern, WritesSevenDigitsOfASingle) {
+    // The point and digits only where places ask for them, and places behind a forced one are forced. A zero
+    // shows nothing without a forced digit, a minus stands before digits only and the thousands mark between
+    // them. The seven digits shown decide, halves away from zero.
     const struct {
         const char* pattern;
         double value;
         const char* text;
     } cases[] = {
-        // The point and digits only where places ask for them.
         {"#####.#", 50.04, "50"},
         {"###.# s", 2, "2 s"},
         {"####.0", .04, ".0"},
@@ -26,8 +28,7 @@ TEST(formatpattern, WritesSevenDigitsOfASingle) {
         {"##0.0", 123456, "123456.0"},
         {"##0.0#", 10, "10.0"},
         {"000", 7, "007"},
-        {"0##", 7, "007"}, // places behind a forced one are forced
-        // A zero shows nothing without a forced digit, and a minus only before digits.
+        {"0##", 7, "007"},
         {"#####.#", 0, ""},
         {"#####", -.4, ""},
         {"###.# s", 0, " s"},
@@ -35,12 +36,10 @@ TEST(formatpattern, WritesSevenDigitsOfASingle) {
         {"##0.0", -0.0, "0.0"},
         {" ###0.0", -12.34, " -12.3"},
         {"####.##", -.25, "-.25"},
-        // The thousands mark stands between digits.
         {"###,###,###", 1234567, "1,234,567"},
         {"###,###,###", 123, "123"},
         {"###,###,###", -1000, "-1,000"},
         {"###,##0.0", 1234.56, "1,234.6"},
-        // The digits shown decide, halves away from zero: the single .15 is a little more than that.
         {"#0.0", .15, "0.2"},
         {"##0.00 s", 1.005, "1.01 s"},
         {"##0.00", 2.345, "2.35"},
@@ -48,7 +47,7 @@ TEST(formatpattern, WritesSevenDigitsOfASingle) {
         {"##0", 2.5, "3"},
         {"0", -.5, "-1"},
         {"#0.0", 9.96, "10.0"},
-        {"##0.0####", .99999996, "1.0"}, // seven digits make it one
+        {"##0.0####", .99999996, "1.0"},
         {"0", 16777216, "16777220"},
     };
     for (const auto& [pattern, value, text] : cases)

@@ -25,8 +25,6 @@ TEST(listform, IsReadBackByListInput) {
     EXPECT_EQ(readtext(reader), "hall, big");
     EXPECT_EQ(readnumber(reader), -.5);
     EXPECT_EQ(readtext(reader), "");
-    EXPECT_EQ(readwhole32(reader), 123456789);
-    EXPECT_EQ(readnumber(reader), 1e-9);
 }
 
 TEST(printform, HasABlankOrMinusInFrontAndZonesOfFourteenColumns) {

@@ -17,6 +17,8 @@ using namespace orv;
 
 namespace {
 
+// Among them numbers exactly halfway between two texts, and two that only look like it: the nearest doubles
+// lie below 2.0000025 and above 2.0000015.
 TEST(numbertext, HasSevenDigitsHalvesAwayFromZero) {
     const std::pair<double, const char*> cases[] = {
         {0, " 0"},
@@ -34,7 +36,6 @@ TEST(numbertext, HasSevenDigitsHalvesAwayFromZero) {
         {1e100, " 1E+100"},
         {5e-324, " 4.940656E-324"},
         {1.7976931348623157e308, " 1.797693E+308"},
-        // Every one of these stands exactly halfway between two texts.
         {1000000.5, " 1000001"},
         {-1000000.5, "-1000001"},
         {9999999.5, " 1E+07"},
@@ -42,7 +43,6 @@ TEST(numbertext, HasSevenDigitsHalvesAwayFromZero) {
         {0.000030517578125, " 3.051758E-05"},
         {std::ldexp(1.0, -24) + 0.5, " .5000001"},
         {std::ldexp(4097.0, -30), " 3.815629E-06"},
-        // What looks like a half is none: the nearest doubles lie below the first and above the second.
         {2.0000025, " 2.000002"},
         {2.0000015, " 2.000002"},
     };

@@ -2,12 +2,8 @@
 // and where a step fails.
 #include "base/arithmetic.h"
 #include "results/acousticparameters.h"
-#include "results/parameterset.h"
-#include "results/resultreader.h"
 #include "tests/failures.h"
 #include "tests/results/resulttext.h"
-#include "tests/results/startvalues.h"
-#include "tests/testsupport.h"
 
 #include <map>
 #include <random>
@@ -130,19 +126,9 @@ struct plainmodel {
     }
 };
 
-struct parameters : sessiontest {
-    resulttext file;
-
-    void SetUp() override {
-        clearparameters(20);
-        setstartvalues();
-        writetext(inside("orvanta.ini"), "Alfa = 1\r\nBeta = 0\r\n");
-    }
-
-    void load() {
-        writetext(inside("room._ab"), file.text());
-        loadresult(inside("room._ab"));
-    }
+struct parameters : resultsession {
+    using resultsession::load;
+    void load() { load(file.text()); }
 
     // Holds every table of receivers 1..count against the plain model, bit by bit.
     void expectmodel(std::int32_t count) {

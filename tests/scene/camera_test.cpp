@@ -43,18 +43,11 @@ struct cameratest : sessiontest {
     }
 };
 
-TEST_F(cameratest, lookingalongx) {
+TEST_F(cameratest, beepsbesidethecamera) {
     place(0, 0, 0, 10, 0, 0);
     setupcamera();
-    double u, v;
-    projectpoint(10, 5, 4, u, v);
-    EXPECT_DOUBLE_EQ(u, -2.5);
-    EXPECT_DOUBLE_EQ(v, 2);
-    projectpoint(-1, 3, 4, u, v); // behind the camera
-    EXPECT_EQ(u, -12345);
-    EXPECT_EQ(v, 0);
-    EXPECT_EQ(scripted::countcalls("beep"), 0U);
-    projectpoint(0, 7, 2, u, v); // beside it
+    double u = 1, v = 1;
+    projectpoint(0, 7, 2, u, v);
     EXPECT_EQ(u, 0);
     EXPECT_EQ(v, 0);
     EXPECT_EQ(scripted::countcalls("beep"), 1U);
@@ -82,7 +75,8 @@ TEST_F(cameratest, projectsaspinhole) {
         double u, v;
         projectpoint(s.cameraX + d[0], s.cameraY + d[1], s.cameraZ + d[2], u, v);
         if (depth < -0.01) {
-            EXPECT_EQ(u, behindcamera);
+            EXPECT_EQ(u, -12345);
+            EXPECT_EQ(v, 0);
         } else if (depth > 1) {
             const double right = (d[0] * n[1] - d[1] * n[0]) / level;
             const double up = (d[2] * level * level - (d[0] * n[0] + d[1] * n[1]) * n[2]) / (level * far);
@@ -200,6 +194,7 @@ TEST_F(cameratest, enterandlostfocus) {
     }
 }
 
+// The step up from 16 mm passes over 24, which is meant.
 TEST_F(cameratest, spins) {
     const struct {
         const char *spin, *control, *before;
@@ -217,7 +212,7 @@ TEST_F(cameratest, spins) {
         {"SpinFocal", "FocLenght", "400", false, "300"},
         {"SpinFocal", "FocLenght", "50", true, "80"},
         {"SpinFocal", "FocLenght", "50", false, "35"},
-        {"SpinFocal", "FocLenght", "16", true, "35"}, // passes over 24, which is meant
+        {"SpinFocal", "FocLenght", "16", true, "35"},
         {"SpinFocal", "FocLenght", "16", false, "16"},
         {"SpinFocal", "FocLenght", "24", false, "16"},
         {"SpinFocal", "FocLenght", "60", true, "84"},

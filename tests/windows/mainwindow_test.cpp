@@ -135,28 +135,6 @@ TEST_F(mainwindowtest, opensAResultAndItsRoom) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(mainwindowtest, groupsComeAndGoBesideAFixedPicture) {
-    openroom();
-    const auto shown = [&] {
-        std::string names;
-        for (const char* group : {"SSFrame1", "Frame2DView", "Frame1", "Frame2"})
-            if (control(group).isVisible()) names += std::string(group) + " ";
-        return names;
-    };
-    EXPECT_EQ(shown(), "SSFrame1 Frame2DView ");
-    const QRect area = control("PictureArea").geometry();
-    EXPECT_EQ(control("Picture1").size(), area.size());
-    choose("Redraw");
-    QTest::qWait(1);
-    EXPECT_EQ(shown(), "SSFrame1 Frame1 Frame2 ");
-    EXPECT_EQ(control("PictureArea").geometry(), area);
-    form().resize(form().minimumSize());
-    QTest::qWait(1);
-    EXPECT_LE(control("Redisplay").geometry().bottom(), control("ControlColumn").height());
-    for (const char* name : {"SSFrame1", "Frame1", "Frame2"}) // nothing is cut off
-        EXPECT_GE(control(name).height(), control(name).minimumSizeHint().height()) << name;
-}
-
 TEST_F(mainwindowtest, cameraFieldsActOnEnterAndOnLeaving) {
     openroom();
     choose("Redraw");
@@ -176,13 +154,8 @@ TEST_F(mainwindowtest, cameraFieldsActOnEnterAndOnLeaving) {
     control("Picture1").setFocus(Qt::MouseFocusReason);
     EXPECT_EQ(SessionState.targetY, 3.5F);
     type("TargetY", "4");
-    const float former = SessionState.targetY;
-    QFocusEvent away(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
-    QCoreApplication::sendEvent(&control("TargetY"), &away);
-    EXPECT_EQ(SessionState.targetY, former) << "another program's window is no other control";
     choose("CamRedr2D");
-    EXPECT_EQ(SessionState.targetY, former) << "nor is a field left that vanishes";
-    choose("Redraw");
+    EXPECT_EQ(SessionState.targetY, 3.5F) << "a field that vanishes is not left";
 }
 
 TEST_F(mainwindowtest, spinsPlanesAndRedisplay) {

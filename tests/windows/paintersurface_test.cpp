@@ -141,36 +141,25 @@ TEST(paintersurface, pixelsatbothratios) {
     }
 }
 
-TEST(paintersurface, keepandrestore) {
+TEST(paintersurface, keepsandresizes) {
     paintersurface picture(60, 40, 1);
     DrawSurface& s = picture.surface;
-    s.line(0, 0, 59, 39, red);
+    s.setWindow(-1, 1, 1, -1);
+    s.line(-1, 0, 0, 0, red);
     const QImage before = snapshot(picture);
     s.restore(); // nothing kept yet
     EXPECT_EQ(snapshot(picture), before);
     s.keep();
     for (int i = 0; i < 2; ++i) {
-        s.circle(30, 20, 5, blue); // the kept picture is its own
+        s.circle(0, 0, 0.5, blue); // the kept picture is its own
         s.restore();
         EXPECT_EQ(snapshot(picture), before);
     }
-}
-
-TEST(paintersurface, resizing) {
-    paintersurface picture(60, 40, 1);
-    DrawSurface& s = picture.surface;
-    s.setWindow(-1, 1, 1, -1);
-    s.line(-1, 0, 0, 0, red);
-    resizepicture(picture, 90, 80, 1);
-    EXPECT_EQ(s.width(), 90);
-    EXPECT_EQ(s.windowLeft(), -1);
-    const QImage image = snapshot(picture);
-    EXPECT_EQ(image.pixel(10, 20), qRgb(255, 0, 0)); // what was there stays where it was
+    resizepicture(picture, 90, 80, 2);
+    EXPECT_EQ(snapshot(picture).pixel(10, 20), qRgb(255, 0, 0)); // what was there stays where it was
     s.clear();
     s.line(-1, 0, 1, 0, red);
-    EXPECT_EQ(extentof(snapshot(picture)), QRect(0, 40, 90, 1));
-    resizepicture(picture, 50, 40, 2);
-    EXPECT_EQ(picturecontents(picture).size(), QSize(100, 80));
+    EXPECT_EQ(extentof(snapshot(picture)).width(), 180);
 }
 
 } // namespace
