@@ -3,7 +3,7 @@
 
 #include "base/numbertext.h"
 #include "results/resultreader.h"
-#include "shell/startup.h"
+#include "tests/results/startvalues.h"
 #include "tests/testsupport.h"
 
 #include <cmath>
@@ -64,13 +64,12 @@ inline slotrows decayrows(std::size_t slots, std::size_t arrival, double energy,
     return rows;
 }
 
-// A session behind the start-up, which computes the constants of a load.
+// A session with the constants that a load needs.
 struct resultsession : sessiontest {
     resulttext file;
 
     void SetUp() override {
-        startup();
-        scripted::clearcalls();
+        setstartvalues();
         clearparameters(20);
         settings("Alfa = 1\r\nBeta = 0\r\n");
     }
