@@ -1,13 +1,12 @@
-// A small reader of JSON, for tests that compare with figures computed elsewhere.
+// A small reader of JSON, for tests that compare with figures computed elsewhere. It takes well-formed files.
 #pragma once
 
-#include <cctype>
-#include <map>
-#include <stdexcept>
-#include <string>
-#include <vector>
-
 #include "base/numbertext.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace orv {
 
@@ -21,60 +20,45 @@ struct jsonvalue {
     const jsonvalue& operator[](std::size_t i) const { return items.at(i); }
 };
 
-inline jsonvalue readjson(const std::string& source, std::size_t& at) {
-    const auto blank = [&] {
-        while (at < source.size() && std::isspace(static_cast<unsigned char>(source[at]))) ++at;
+// Reads the value that `rest` begins with and takes it from there, with the comma or colon behind it.
+inline jsonvalue takejson(std::string_view& rest) {
+    const auto skip = [&](std::string_view letters) {
+        rest.remove_prefix(std::min(rest.find_first_not_of(letters), rest.size()));
     };
-    const auto take = [&](char c) {
-        blank();
-        if (at >= source.size() || source[at] != c) return false;
-        ++at;
-        return true;
-    };
-    const auto word = [&] {
-        std::string text;
-        while (at < source.size() && source[at] != '"') {
-            if (source[at] == '\\') {
-                const char escaped = source[++at];
-                text += escaped == 'n' ? '\n' : escaped == 'r' ? '\r' : escaped == 't' ? '\t' : escaped;
-                ++at;
-                continue;
-            }
-            text += source[at++];
-        }
-        ++at;
-        return text;
-    };
+    constexpr std::string_view between = " \r\n\t,:";
     jsonvalue value;
-    if (take('{')) {
-        while (!take('}')) {
-            if (!take('"')) throw std::runtime_error("JSON: a member's name was expected");
-            const std::string name = word();
-            if (!take(':')) throw std::runtime_error("JSON: a colon was expected");
-            value.members[name] = readjson(source, at);
-            take(',');
+    skip(between);
+    const char first = rest.empty() ? '\0' : rest[0];
+    if (first == '"') {
+        for (rest.remove_prefix(1); rest.at(0) != '"'; rest.remove_prefix(1)) {
+            const bool escaped = rest[0] == '\\';
+            if (escaped) rest.remove_prefix(1);
+            const char c = rest.at(0);
+            value.text += !escaped ? c : c == 'n' ? '\n' : c == 'r' ? '\r' : c == 't' ? '\t' : c;
         }
-    } else if (take('[')) {
-        while (!take(']')) {
-            value.items.push_back(readjson(source, at));
-            take(',');
+        rest.remove_prefix(1);
+    } else if (first == '{' || first == '[') {
+        rest.remove_prefix(1);
+        for (skip(between); rest.at(0) != '}' && rest[0] != ']'; skip(between)) {
+            if (first == '{') {
+                const std::string name = takejson(rest).text;
+                value.members[name] = takejson(rest);
+            } else {
+                value.items.push_back(takejson(rest));
+            }
         }
-    } else if (take('"')) {
-        value.text = word();
+        rest.remove_prefix(1);
     } else {
-        blank();
-        const numberprefix prefix = readprefix(std::string_view(source).substr(at));
+        const numberprefix prefix = readprefix(rest);
         value.number = prefix.value;
-        at += prefix.length;
-        while (at < source.size() && std::isalpha(static_cast<unsigned char>(source[at])))
-            value.text += source[at++]; // true, false, null
+        rest.remove_prefix(prefix.length);
+        skip("truefalsn"); // the words that are no numbers
     }
     return value;
 }
 
-inline jsonvalue readjson(const std::string& source) {
-    std::size_t at = 0;
-    return readjson(source, at);
+inline jsonvalue readjson(std::string_view source) {
+    return takejson(source);
 }
 
 } // namespace orv

@@ -4,28 +4,14 @@
 #include "base/table.h"
 
 #include "base/listinput.h"
-#include "base/runtimeerror.h"
-
-#include <gtest/gtest.h>
+#include "tests/failures.h"
 
 #include <cmath>
-#include <functional>
 #include <limits>
-#include <memory>
 
 using namespace orv;
 
 namespace {
-
-errorkind kindof(const std::function<void()>& run) {
-    try {
-        run();
-    } catch (const runtimeerror& error) {
-        return error.kind;
-    }
-    ADD_FAILURE() << "nothing failed";
-    return errorkind::cancelled;
-}
 
 TEST(listform, IsReadBackByListInput) {
     std::string line;
@@ -39,60 +25,43 @@ TEST(listform, IsReadBackByListInput) {
     EXPECT_EQ(readtext(reader), "hall, big");
     EXPECT_EQ(readnumber(reader), -.5);
     EXPECT_EQ(readtext(reader), "");
-    EXPECT_EQ(readwhole32(reader), 123456789);
-    EXPECT_EQ(readnumber(reader), 1e-9);
 }
 
-TEST(printform, HasABlankOrMinusInFrontAndABlankBehind) {
+TEST(printform, HasABlankOrMinusInFrontAndZonesOfFourteenColumns) {
     std::string line;
     printwhole(line, 0);
     printwhole(line, -32768);
     printnumber(line, .5);
     printnumber(line, -1e9);
     EXPECT_EQ(line, " 0 -32768  .5 -1E+09 ");
-}
-
-TEST(printform, BreaksIntoZonesOfFourteenColumns) {
-    std::string line = " 1";
-    printzone(line);
-    EXPECT_EQ(line.size(), 14U);
-    line += "-2.5";
-    printzone(line);
-    EXPECT_EQ(line.size(), 28U);
-    printzone(line); // at a zone's start the whole zone is passed
-    EXPECT_EQ(line.size(), 42U);
+    line = " 1";
+    for (const std::size_t width : {14U, 28U}) { // at a zone's start the whole zone is passed
+        printzone(line);
+        EXPECT_EQ(line.size(), width);
+    }
 }
 
 TEST(tables, NameTableIndexAndLimitInTheirError) {
-    struct tables {
+    static struct {
         fixedtable<"level", float, 3, 2> level;
         columntable<"corner", int, 3, 2> corner;
-    };
-    const auto some = std::make_unique<tables>();
+    } some;
     for (int row = 0; row <= 3; ++row)
         for (int column = 0; column <= 2; ++column) {
-            some->level(row, column) = static_cast<float>(10 * row + column);
-            some->corner(row, column) = 10 * row + column;
+            some.level(row, column) = static_cast<float>(10 * row + column);
+            some.corner(row, column) = 10 * row + column;
         }
-    const tables& read = *some;
-    for (int row = 0; row <= 3; ++row)
-        for (int column = 0; column <= 2; ++column) {
-            EXPECT_EQ(read.level(row, column), static_cast<float>(10 * row + column));
-            EXPECT_EQ(read.corner(row, column), 10 * row + column);
-        }
-    some->level.clearrows(1);
-    EXPECT_EQ(read.level(1, 2), 0.0F);
-    EXPECT_EQ(read.level(2, 0), 20.0F);
-
+    EXPECT_EQ(some.level(1, 2), 12.0F);
+    EXPECT_EQ(some.corner(1, 2), 12);
+    some.level.clearrows(1);
+    EXPECT_EQ(some.level(1, 2), 0.0F);
+    EXPECT_EQ(some.level(2, 0), 20.0F);
     for (const auto& [row, column] : {std::pair{4, 0}, {-1, 0}, {0, 3}, {0, -1}}) {
-        EXPECT_EQ(kindof([&] { some->level(row, column) = 0; }), errorkind::subscript);
-        EXPECT_EQ(kindof([&] { some->corner(row, column) = 0; }), errorkind::subscript);
+        EXPECT_EQ(kindof([&] { some.level(row, column) = 0; }), errorkind::subscript);
+        EXPECT_EQ(kindof([&] { some.corner(row, column) = 0; }), errorkind::subscript);
     }
-    try {
-        some->level(1, 3) = 0;
-    } catch (const runtimeerror& error) {
-        EXPECT_EQ(error.text, "Subscript out of range: level 3 is outside 0..2.");
-    }
+    EXPECT_EQ(failureof([&] { some.level(1, 3) = 0; }).text,
+              "Subscript out of range: level 3 is outside 0..2.");
 }
 
 TEST(arithmetic, FailsWhereCppGoesOn) {
@@ -106,21 +75,14 @@ TEST(arithmetic, FailsWhereCppGoesOn) {
     EXPECT_EQ(kindof([] { power(0, -1); }), errorkind::domain);
     EXPECT_EQ(kindof([] { power(10, 400); }), errorkind::overflow);
     EXPECT_EQ(kindof([] { single(3.5e38); }), errorkind::overflow);
-    EXPECT_EQ(kindof([] { single(std::nan("")); }), errorkind::overflow);
     EXPECT_EQ(kindof([] { whole16(32767.5); }), errorkind::overflow);
     EXPECT_EQ(kindof([] { whole32(std::nan("")); }), errorkind::overflow);
     EXPECT_EQ(power(-2, 3), -8);
-    EXPECT_EQ(power(0, 0), 1);
-    EXPECT_EQ(quotient(0, 5), 0);
-}
-
-TEST(arithmetic, RoundsHalvesToEvenAndIntDownwards) {
-    EXPECT_EQ(whole16(.5), 0);
-    EXPECT_EQ(whole16(1.5), 2);
-    EXPECT_EQ(whole32(-2.5), -2);
+    EXPECT_EQ(squareroot(0), 0);
+    EXPECT_EQ(whole16(.5), 0); // halves to even
     EXPECT_EQ(whole16(-32768.5), -32768);
+    EXPECT_EQ(whole32(-1.5), -2);
     EXPECT_EQ(Int(-.1), -1);
-    EXPECT_EQ(Int(2.9), 2);
 }
 
 TEST(attempts, LeaveTheTargetOfAFailingStep) {

@@ -17,12 +17,12 @@ using namespace orv;
 
 namespace {
 
-TEST(numbertext, TurnsToExponentFormWhereSevenPlacesDoNotHoldTheDigits) {
+// Among them numbers exactly halfway between two texts, and two that only look like it: the nearest doubles
+// lie below 2.0000025 and above 2.0000015.
+TEST(numbertext, HasSevenDigitsHalvesAwayFromZero) {
     const std::pair<double, const char*> cases[] = {
         {0, " 0"},
         {-0.0, " 0"},
-        {1, " 1"},
-        {-1, "-1"},
         {.5, " .5"},
         {-.25, "-.25"},
         {9999999, " 9999999"},
@@ -36,26 +36,21 @@ TEST(numbertext, TurnsToExponentFormWhereSevenPlacesDoNotHoldTheDigits) {
         {1e100, " 1E+100"},
         {5e-324, " 4.940656E-324"},
         {1.7976931348623157e308, " 1.797693E+308"},
-        {100, " 100"},
-        {3.4028234663852886e38, " 3.402823E+38"},
+        {1000000.5, " 1000001"},
+        {-1000000.5, "-1000001"},
+        {9999999.5, " 1E+07"},
+        {16777225, " 1.677723E+07"},
+        {0.000030517578125, " 3.051758E-05"},
+        {std::ldexp(1.0, -24) + 0.5, " .5000001"},
+        {std::ldexp(4097.0, -30), " 3.815629E-06"},
+        {2.0000025, " 2.000002"},
+        {2.0000015, " 2.000002"},
     };
     for (const auto& [value, text] : cases) EXPECT_EQ(numbertext(value), text);
-}
-
-TEST(numbertext, TakesHalvesAwayFromZero) {
-    // Every one of these stands exactly halfway between two texts of seven digits.
-    EXPECT_EQ(numbertext(1000000.5), " 1000001");
-    EXPECT_EQ(numbertext(-1000000.5), "-1000001");
-    EXPECT_EQ(numbertext(1000001.5), " 1000002");
-    EXPECT_EQ(numbertext(9999999.5), " 1E+07");
-    EXPECT_EQ(numbertext(16777225), " 1.677723E+07");
-    EXPECT_EQ(numbertext(0.000030517578125), " 3.051758E-05");
-    // What looks like a half is none: the nearest doubles lie below the first and above the second.
-    EXPECT_EQ(numbertext(2.0000025), " 2.000002");
-    EXPECT_EQ(numbertext(2.0000015), " 2.000002");
-    // All the digits of a tie far from the point.
-    EXPECT_EQ(numbertext(std::ldexp(1.0, -24) + 0.5), " .5000001");
-    EXPECT_EQ(numbertext(std::ldexp(4097.0, -30)), " 3.815629E-06");
+    EXPECT_EQ(wholetext(123456789), " 123456789");
+    EXPECT_EQ(wholetext(-7), "-7");
+    EXPECT_EQ(trimmednumber(20.5), "20.5");
+    EXPECT_EQ(trimmednumber(-.5), "-.5");
 }
 
 // What all digits of the exact value say: the fast way of taking the first of them must not differ.
@@ -126,20 +121,9 @@ TEST(numbertext, ComesBackWithinHalfAUnitOfTheSeventhDigit) {
     }
 }
 
-TEST(numbertext, WritesWholeNumbersInFull) {
-    EXPECT_EQ(wholetext(0), " 0");
-    EXPECT_EQ(wholetext(-7), "-7");
-    EXPECT_EQ(wholetext(123456789), " 123456789");
-    EXPECT_EQ(trimmedwhole(123456789), "123456789");
-    EXPECT_EQ(trimmednumber(20.5), "20.5");
-    EXPECT_EQ(trimmednumber(-.5), "-.5");
-}
-
 TEST(lenient, TakesTheLongestNumericPrefix) {
     const std::pair<const char*, double> cases[] = {
-        {"", 0},         {"abc", 0},
-        {".", 0},        {"-", 0},
-        {"+.E5", 0},     {"12", 12},
+        {"", 0},         {"+.E5", 0},
         {" \t 12", 12},  {"+12", 12},
         {"-3", -3},      {"--1", 0},
         {".5", .5},      {"5.", 5},
@@ -162,38 +146,19 @@ TEST(lenient, TakesTheLongestNumericPrefix) {
 // it.
 TEST(lenient, GivesTheNearestDouble) {
     std::mt19937 random(2);
-    const auto upto = [&random](unsigned highest) { return static_cast<unsigned>(random()) % (highest + 1); };
     for (int i = 0; i < 50000; ++i) {
         std::string text;
-        for (unsigned n = upto(24); n > 0; --n) text += static_cast<char>('0' + upto(9));
+        for (auto n = random() % 24; n > 0; --n) text += static_cast<char>('0' + random() % 10);
         text += '.';
-        for (unsigned n = 1 + upto(24); n > 0; --n) text += static_cast<char>('0' + upto(9));
-        if (upto(1)) text.append("e").append(std::to_string(static_cast<int>(upto(500)) - 250));
+        for (auto n = 1 + random() % 24; n > 0; --n) text += static_cast<char>('0' + random() % 10);
+        if (random() % 2) text.append("e").append(std::to_string(static_cast<int>(random() % 500) - 250));
         double expected = 0;
         const auto parsed = std::from_chars(text.data(), text.data() + text.size(), expected);
         const numberprefix prefix = readprefix(text);
         EXPECT_EQ(prefix.length, text.size());
-        if (parsed.ec == std::errc()) {
-            EXPECT_EQ(prefix.value, expected) << text;
-        }
+        const bool representable = parsed.ec == std::errc();
+        EXPECT_TRUE(!representable || prefix.value == expected) << text;
     }
-}
-
-TEST(digits, RoundToPlacesFromTheDigitsAlone) {
-    // 0.15 lies below fifteen hundredths, and .149999 above fourteen: the digits decide, not the double.
-    const auto rounded = [](double value, int places, int decimals) {
-        const decimaldigits digits = roundedto(significantdigits(value, places), decimals);
-        return std::string(digits.digit.data(), static_cast<std::size_t>(digits.count)) + "@" +
-               std::to_string(digits.point);
-    };
-    EXPECT_EQ(rounded(0.15, 15, 1), "2@0");
-    EXPECT_EQ(rounded(0.05, 7, 1), "1@0");
-    EXPECT_EQ(rounded(0.049, 7, 1), "@0");
-    EXPECT_EQ(rounded(0.5, 7, 0), "1@1");
-    EXPECT_EQ(rounded(9.96, 7, 1), "1@2");
-    EXPECT_EQ(rounded(99.5, 7, 0), "1@3");
-    EXPECT_EQ(rounded(0.0004, 7, 2), "@0");
-    EXPECT_EQ(rounded(120, 7, 2), "12@3");
 }
 
 // Worked examples, where they are at hand.
@@ -201,7 +166,7 @@ TEST(textvectors, AgreeWithNumberTextAndParse) {
     const std::string path = std::string(SHARED_FILES) + "/examples/text_vectors.json";
     if (!canopen(path)) GTEST_SKIP() << "no worked examples here";
     const filebytes bytes = readfile(path);
-    const jsonvalue vectors = readjson(std::string(std::string_view(bytes)));
+    const jsonvalue vectors = readjson(bytes);
     for (const jsonvalue& one : vectors["number_text"].items)
         EXPECT_EQ(numbertext(lenientnumber(one[0].text)), one[1].text) << one[0].text;
     for (const jsonvalue& one : vectors["parse"].items)

@@ -4,31 +4,13 @@
 #include "results/speechindex.h"
 #include "results/tablecells.h"
 #include "tests/jsonvalue.h"
-#include "tests/results/startvalues.h"
-#include "tests/testsupport.h"
-
-#include <cmath>
+#include "tests/results/resulttext.h"
 
 namespace orv {
 
 namespace {
 
-struct sharedresults : sessiontest {
-    std::string folder = SHARED_FILES;
-
-    void SetUp() override {
-        if (!std::filesystem::is_directory(folder)) GTEST_SKIP() << "no worked examples beside the project";
-        clearparameters(8);
-        setstartvalues();
-    }
-
-    std::string copied(const std::string& file) {
-        std::filesystem::copy(joinpath(folder, file), directory.path);
-        return inside(filenameof(file));
-    }
-
-    jsonvalue figures(const std::string& file) { return readjson(readtext(joinpath(folder, file))); }
-};
+using examples = resultsession;
 
 // Compares a table with rows of twelve values, receiver by receiver; both are single precision.
 template <class table>
@@ -39,41 +21,36 @@ void expectrows(const table& actual, const jsonvalue& rows, const char* name) {
                 << name << " receiver " << r << " band " << b + 1;
 }
 
+// Copies a shared file into the session's directory; skips the test where the folder is absent.
+bool copied(const std::string& file) {
+    const std::string path = joinpath(SHARED_FILES, file);
+    if (!canopen(path)) return false;
+    std::filesystem::copy_file(path, filenameof(file), std::filesystem::copy_options::overwrite_existing);
+    return true;
+}
+
+jsonvalue figures(const std::string& file) {
+    return readjson(readtext(joinpath(SHARED_FILES, file)));
+}
+
 } // namespace
 
-TEST_F(sharedresults, impulsesInOneSlotGiveTheWorkedParameters) {
-    copied("examples/impulse/in/orvanta.ini");
-    loadresult(copied("examples/impulse/in/room._ab"));
+TEST_F(examples, impulsesInOneSlotGiveTheWorkedParameters) {
+    if (!copied("examples/impulse/in/orvanta.ini") || !copied("examples/impulse/in/room._ab"))
+        GTEST_SKIP() << "no worked example here";
+    loadresult(inside("room._ab"));
     const jsonvalue expected = figures("examples/impulse/expected/dump.json");
     const jsonvalue& header = expected["header"];
-    EXPECT_EQ(ResultSet.resultFormat, header["resultFormat"].number);
-    EXPECT_EQ(RoomModel.receiverCount, header["receiverCount"].number);
     EXPECT_EQ(ResultSet.soundSpeed, header["soundSpeed"].number);
-    EXPECT_EQ(ResultSet.lastSlot, header["lastSlot"].number);
     EXPECT_EQ(ResultSet.criticalTime, header["criticalTime"].number);
-    EXPECT_EQ(ResultSet.sourceName, "NONE");
-    EXPECT_FALSE(ResultSet.rayFilePresent);
     const jsonvalue& tables = expected["tables"];
+    eachcomputed([&](const char* name, const auto& table) { expectrows(table, tables[name], name); });
     const auto& P = ParameterSet;
-    expectrows(P.Leq, tables["Leq"], "Leq");
-    expectrows(P.Ldir, tables["Ldir"], "Ldir");
-    expectrows(P.Lrev, tables["Lrev"], "Lrev");
     expectrows(P.LdirLrev, tables["LdirLrev"], "LdirLrev");
     expectrows(P.LeqLw, tables["LeqLw"], "LeqLw");
-    expectrows(P.C50, tables["C50"], "C50");
-    expectrows(P.C80, tables["C80"], "C80");
-    expectrows(P.Ts, tables["Ts"], "Ts");
-    expectrows(P.Aeq, tables["Aeq"], "Aeq");
     expectrows(P.LE, tables["LE"], "LE");
     expectrows(P.LF, tables["LF"], "LF");
     expectrows(P.LFC, tables["LFC"], "LFC");
-    expectrows(P.Aeq2, tables["Aeq2"], "Aeq2");
-    expectrows(P.ITDGeq, tables["ITDGeq"], "ITDGeq");
-    expectrows(P.EDT, tables["EDT"], "EDT");
-    expectrows(P.T10, tables["T10"], "T10");
-    expectrows(P.T15, tables["T15"], "T15");
-    expectrows(P.T20, tables["T20"], "T20");
-    expectrows(P.T30, tables["T30"], "T30");
     const jsonvalue& transfer = expected["MTF"];
     for (std::size_t r = 0; r < transfer.items.size(); ++r)
         for (std::size_t i = 0; i < modulationcount; ++i)
@@ -85,16 +62,12 @@ TEST_F(sharedresults, impulsesInOneSlotGiveTheWorkedParameters) {
     for (std::size_t t = 0; t < room.items.size(); ++t)
         EXPECT_FLOAT_EQ(ImpulseResponse(static_cast<std::int32_t>(t), linearband, 0),
                         static_cast<float>(room[t].number));
-    for (std::size_t i = 0; i < 7; ++i)
-        EXPECT_FLOAT_EQ(SessionState.voiceCorrection[i],
-                        static_cast<float>(expected["voiceCorrection"][i].number));
-    EXPECT_EQ(filenameof(SessionState.geometryFileName), expected["geometryFileName"].text);
 }
 
 // The same result, its speech index, parameter file and tables, named as in the example.
-TEST_F(sharedresults, impulsesGiveTheWorkedFileAndTables) {
-    copied("examples/impulse/in/orvanta.ini");
-    copied("examples/impulse/in/room._ab");
+TEST_F(examples, impulsesGiveTheWorkedFileAndTables) {
+    if (!copied("examples/impulse/in/orvanta.ini") || !copied("examples/impulse/in/room._ab"))
+        GTEST_SKIP() << "no worked example here";
     setspeechconstants();
     loadresult("room._ab");
     scripted::expectwindow("STI Options");
@@ -108,7 +81,7 @@ TEST_F(sharedresults, impulsesGiveTheWorkedFileAndTables) {
 
     SessionState.geometryFileName = "room.RAY";
     saveparameters("room._ab");
-    EXPECT_EQ(readtext("room.-ab"), readtext(joinpath(folder, "examples/impulse/expected/room.-ab")));
+    EXPECT_EQ(readtext("room.-ab"), readtext(joinpath(SHARED_FILES, "examples/impulse/expected/room.-ab")));
 
     int compared = 0;
     const jsonvalue tables = figures("examples/impulse/expected/tables.json");
@@ -131,14 +104,15 @@ TEST_F(sharedresults, impulsesGiveTheWorkedFileAndTables) {
 }
 
 // Measured halls: the standard's parameters, worked out from the same slot energies by another program.
-struct measuredresults : sharedresults, testing::WithParamInterface<const char*> {};
+struct measuredresults : examples, testing::WithParamInterface<const char*> {};
 
 TEST_P(measuredresults, agreeWithTheStandardsDefinitions) {
     const std::string name = GetParam();
+    if (!copied("real/results/" + name)) GTEST_SKIP() << "no measured results here";
     const std::size_t dot = name.find('.');
     const jsonvalue expected =
         figures("real/results/" + name.substr(0, dot) + "_" + name.substr(dot + 2) + ".json");
-    loadresult(copied("real/results/" + name));
+    loadresult(inside(name));
     int compared = 0;
     for (const jsonvalue& receiver : expected["receivers"].items) {
         const auto r = static_cast<std::int32_t>(receiver["receiver"].number);
@@ -147,7 +121,6 @@ TEST_P(measuredresults, agreeWithTheStandardsDefinitions) {
             const jsonvalue& iso = receiver["iso_slots"][band];
             const auto near = [&](double actual, const char* key, double absolute, double relative) {
                 const jsonvalue& figure = iso[key];
-                if (!figure.text.empty()) return;
                 EXPECT_NEAR(actual, figure.number, absolute + relative * std::fabs(figure.number))
                     << name << " receiver " << r << " band " << b << " " << key;
                 ++compared;

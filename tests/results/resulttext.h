@@ -1,8 +1,10 @@
-// Result files for tests, put together line by line, and the plain model that a load is compared with.
+// Result files for tests, put together line by line, and the session that loads them.
 #pragma once
 
 #include "base/numbertext.h"
-#include "results/resultset.h"
+#include "results/resultreader.h"
+#include "tests/results/startvalues.h"
+#include "tests/testsupport.h"
 
 #include <cmath>
 #include <cstdint>
@@ -60,6 +62,44 @@ inline slotrows decayrows(std::size_t slots, std::size_t arrival, double energy,
     for (std::size_t t = arrival; t < slots; ++t)
         rows[t].fill(energy * std::pow(10.0, -6 * step * static_cast<double>(t - arrival) / seconds));
     return rows;
+}
+
+// A session with the constants that a load needs.
+struct resultsession : sessiontest {
+    resulttext file;
+
+    void SetUp() override {
+        setstartvalues();
+        clearparameters(20);
+        settings("Alfa = 1\r\nBeta = 0\r\n");
+    }
+
+    void settings(const std::string& text) { writetext(inside("orvanta.ini"), text); }
+
+    void load(const std::string& text, const std::string& name = "room._ab") {
+        writetext(inside(name), text);
+        loadresult(inside(name));
+    }
+};
+
+// Hands every parameter that is computed from one response to `visit`, with its name.
+template <class visitor>
+void eachcomputed(visitor visit) {
+    const auto& P = ParameterSet;
+    visit("Leq", P.Leq);
+    visit("C50", P.C50);
+    visit("C80", P.C80);
+    visit("Aeq", P.Aeq);
+    visit("Ts", P.Ts);
+    visit("Aeq2", P.Aeq2);
+    visit("ITDGeq", P.ITDGeq);
+    visit("Ldir", P.Ldir);
+    visit("Lrev", P.Lrev);
+    visit("EDT", P.EDT);
+    visit("T10", P.T10);
+    visit("T15", P.T15);
+    visit("T20", P.T20);
+    visit("T30", P.T30);
 }
 
 } // namespace orv

@@ -20,20 +20,15 @@ struct writer : roomtest {
     }
 };
 
-// Compares with a file of tests/golden byte by byte; ORV_REWRITE_GOLDEN in the environment writes it anew.
-void expectgolden(const std::string& name, const std::string& bytes) {
-    const std::string path = std::string(TEST_FILES) + "/golden/" + name;
-    if (std::getenv("ORV_REWRITE_GOLDEN")) writetext(path, bytes);
-    EXPECT_EQ(bytes, readtext(path)) << name;
-}
-
+// Byte by byte. The blank in front of a whole number gives way to its minus, and nothing else parts it from
+// the keyword. ORV_REWRITE_GOLDEN in the environment writes the file anew.
 TEST_F(writer, WritesTheGoldenFile) {
     load("EntityList\n"
          "Wall\n"
          "Face 1 -2 4 0 0 0, 4 0 0, 4 3 0, 0 3 -.5\n"
          "Hole 0 2 4 1 1 0 2 1 0 2 2 0 1 2 0\n"
          "Door 0 3 3 -1 0 0 2 0 0 2 1 0\n"
-         "Hole 5 -1 3 .1 .2 .3 1E-8 123456.78 12345678 .0123456 .01234567 -1E9\n"
+         "Hole -5 -1 3 .1 .2 .3 1E-8 123456.78 12345678 .0123456 .01234567 -1E9\n"
          "Face 0 9 3 0 0 0 .02 0 0 0 .02 0\n"
          "Door 0 3 3 0 0 0 2 0 0 2 1 0\n"
          "End\n"
@@ -45,7 +40,12 @@ TEST_F(writer, WritesTheGoldenFile) {
          "Receiver -1 -2 -3 -4 -5 -6.5\n"
          "Ray 1 2 3 4 5 6\n"
          "End\n");
-    expectgolden("geometry.ray", saved());
+    const std::string bytes = saved();
+    const std::string path = std::string(TEST_FILES) + "/golden/geometry.ray";
+    if (std::getenv("ORV_REWRITE_GOLDEN")) writetext(path, bytes);
+    EXPECT_EQ(bytes, readtext(path));
+    RoomModel.faceHasOpening(1) = 0; // openings are looked for only where this flag stands
+    EXPECT_LT(saved().size(), bytes.size());
 }
 
 TEST_F(writer, AgreesWithTheShoebox) {
@@ -60,13 +60,10 @@ TEST_F(writer, AgreesWithTheShoebox) {
 TEST_F(writer, ComesBackFromItsOwnFile) {
     scripted::record(false);
     load(samples::geometrytext());
-    const std::int32_t faces = RoomModel.faceCount, holes = RoomModel.holeCount;
+    const std::int32_t faces = RoomModel.faceCount;
     saved();
     loadgeometry("saved.ray");
     EXPECT_EQ(RoomModel.faceCount, faces);
-    EXPECT_EQ(RoomModel.holeCount, holes);
-    EXPECT_EQ(RoomModel.rayLineCount, 0); // not written
-    for (std::int32_t face = 1; face <= faces; ++face) EXPECT_EQ(RoomModel.faceInWall(face), -1);
     const std::string second = saved();
     loadgeometry("saved.ray");
     EXPECT_TRUE(saved() == second);
@@ -80,43 +77,16 @@ TEST_F(writer, DropsFacesUpToAThousandth) {
                 "Face 0 4 2 0 0 0 9 9 9\n"
                 "Face 0 5 3 0 0 0 1 0 0 0 1 0\n"));
     EXPECT_EQ(Area(0, 0, 0, .001F, 0, 0, 0, 1, 0), .001F);
+    scripted::clearcalls();
     saved();
+    EXPECT_EQ(scripted::callswith("status 2|"),
+              (std::vector<std::string>{"status 2| 20%", "status 2| 40%", "status 2| 60%", "status 2| 80%",
+                                        "status 2| 100%", "status 2|"}));
+    EXPECT_EQ(scripted::countcalls("yield"), 6U);
     loadgeometry("saved.ray");
     ASSERT_EQ(RoomModel.faceCount, 2);
     EXPECT_EQ(RoomModel.faceMaterial(1), 3);
     EXPECT_EQ(RoomModel.faceMaterial(2), 5);
-}
-
-TEST_F(writer, ScansForOpeningsOnlyWhereTheFlagStands) {
-    load(padded("Wall\nFace 0 1 3 0 0 0 1 0 0 0 1 0\nHole 0 1 3 0 0 0 1 0 0 0 1 0\nEnd\n"));
-    EXPECT_NE(saved().find("  Hole"), std::string::npos);
-    RoomModel.faceHasOpening(1) = 0;
-    EXPECT_EQ(saved().find("  Hole"), std::string::npos);
-}
-
-// The blank in front of a whole number gives way to its minus, and nothing else parts it from the keyword.
-TEST_F(writer, PutsANegativeFlagRightBehindTheWord) {
-    load(padded("Wall\nFace -1 2 3 0 0 0 1 0 0 0 1 0\nEnd\n"));
-    EXPECT_NE(saved().find("\r\n  Face-1  2  3     0"), std::string::npos);
-}
-
-TEST_F(writer, ShowsTheFaceItIsAt) {
-    load(padded("Face 0 1 3 0 0 0 1 0 0 0 1 0\nFace 0 1 1 0 0 0\nFace 0 1 3 0 0 0 1 0 0 0 1 0\n"));
-    scripted::clearcalls();
-    saved();
-    const std::vector<std::string> expected = {"status 1|Saving saved.ray ...",
-                                               "pointer wait",
-                                               "status 2| 33%",
-                                               "yield",
-                                               "status 2| 66%",
-                                               "yield",
-                                               "status 2| 100%",
-                                               "yield",
-                                               "pointer normal",
-                                               "status 1|",
-                                               "status 2|",
-                                               "yield"};
-    EXPECT_EQ(scripted::calls(), expected);
 }
 
 TEST_F(writer, PutsTheClimateIntoTheSettingsFirst) {
@@ -130,13 +100,9 @@ TEST_F(writer, PutsTheClimateIntoTheSettingsFirst) {
 TEST_F(writer, LeavesTheGeometryAloneWhenTheSettingsFail) {
     writetext("saved.ray", "old");
     std::filesystem::remove("orvanta.ini");
-    try {
-        savegeometry("saved.ray");
-        ADD_FAILURE() << "there was no settings file";
-    } catch (const runtimeerror& error) {
-        EXPECT_EQ(error.kind, errorkind::filenotfound);
-        EXPECT_NE(error.text.find("orvanta.ini"), std::string::npos);
-    }
+    const runtimeerror error = failureof([] { savegeometry("saved.ray"); });
+    EXPECT_EQ(error.kind, errorkind::filenotfound);
+    EXPECT_NE(error.text.find("orvanta.ini"), std::string::npos);
     EXPECT_EQ(readtext("saved.ray"), "old");
 }
 

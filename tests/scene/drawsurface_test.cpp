@@ -1,10 +1,8 @@
 // Mapping, window rules and what reaches the device of a drawing surface.
 #include "scene/drawsurface.h"
 
-#include "base/runtimeerror.h"
 #include "scene/recordsurface.h"
-
-#include <gtest/gtest.h>
+#include "tests/failures.h"
 
 #include <cmath>
 #include <limits>
@@ -24,50 +22,27 @@ TEST(drawsurface, windows) {
     recordsurface r(800, 400);
     DrawSurface& s = r.surface;
     EXPECT_EQ(s.windowWidth(), 800);
-    EXPECT_EQ(s.windowHeight(), 400);
     EXPECT_EQ(s.textHeight("x"), 16);
-
     s.setWindow(-4, 3, 4, -1);
-    EXPECT_EQ(s.windowLeft(), -4);
-    EXPECT_EQ(s.windowTop(), 3);
-    EXPECT_EQ(s.windowWidth(), 8);
     EXPECT_EQ(s.windowHeight(), -4);
     EXPECT_DOUBLE_EQ(s.textWidth("abc"), 0.24);
     EXPECT_DOUBLE_EQ(s.textHeight("abc"), -0.16);
     EXPECT_DOUBLE_EQ(s.toPixelsY(1), -100);
     EXPECT_DOUBLE_EQ(s.toDeviceX(0), 400);
-    EXPECT_DOUBLE_EQ(s.toDeviceY(0), 300);
-
-    // A dense device has the same size in pixels, and the window stays.
-    s.resize(1600, 800, 2);
+    s.resize(1600, 800, 2); // a dense device has the same size in pixels, and the window stays
     EXPECT_EQ(s.width(), 800);
     EXPECT_DOUBLE_EQ(s.toPixelsY(1), -100);
     EXPECT_DOUBLE_EQ(s.toDeviceY(0), 600);
-
     s.resetWindow();
-    EXPECT_EQ(s.windowTop(), 0);
-    EXPECT_EQ(s.windowWidth(), 800);
     s.resize(300, 0, 1); // not laid out: default coordinates follow, and nothing divides by 0
     EXPECT_EQ(s.windowWidth(), 300);
     EXPECT_EQ(s.height(), 1);
-}
 
-TEST(drawsurface, impossiblewindowsleavetheoldone) {
-    recordsurface r(800, 400);
-    r.surface.setWindow(0, 1, 2, 0);
-    const auto kindof = [&](double left, double top, double right, double bottom) {
-        try {
-            r.surface.setWindow(left, top, right, bottom);
-        } catch (const runtimeerror& error) {
-            return error.kind;
-        }
-        return errorkind::cancelled;
-    };
-    EXPECT_EQ(kindof(1, 0, 1, 5), errorkind::divisionbyzero);
-    EXPECT_EQ(kindof(0, 5, 1, 5), errorkind::divisionbyzero);
-    EXPECT_EQ(kindof(0, nan, 1, 5), errorkind::overflow);
-    EXPECT_EQ(kindof(-infinite, 0, 1, 5), errorkind::overflow);
-    EXPECT_EQ(r.surface.windowWidth(), 2);
+    s.setWindow(0, 1, 2, 0); // which impossible windows leave
+    EXPECT_EQ(kindof([&] { s.setWindow(1, 0, 1, 5); }), errorkind::divisionbyzero);
+    EXPECT_EQ(kindof([&] { s.setWindow(0, 5, 1, 5); }), errorkind::divisionbyzero);
+    EXPECT_EQ(kindof([&] { s.setWindow(0, nan, 1, 5); }), errorkind::overflow);
+    EXPECT_EQ(s.windowWidth(), 2);
 }
 
 TEST(drawsurface, operationsandtheirstate) {
@@ -75,10 +50,9 @@ TEST(drawsurface, operationsandtheirstate) {
     DrawSurface& s = r.surface;
     s.setForeColor(0x0000FF); // red
     s.setBackColor(0xFF0000); // blue
+    s.plot(3, 4);
     s.clear();
     s.lineTo(10, 20); // from (0, 0), to which clear went back
-    s.plot(1, 2);
-    s.lineTo(3, 4, 0x00FF00);
     s.line(5, 5, 6, 6);
     s.lineTo(7, 7);
     s.setFillColor(0x123456);
@@ -93,17 +67,14 @@ TEST(drawsurface, operationsandtheirstate) {
     s.line(1, 1, 2, 2);
     s.setDrawWidth(0);
     s.setDrawStyle(drawstyle::solid);
-    s.setDrawMode(drawmodeinversexor);
-    s.line(1, 1, 2, 2);
     s.setDrawMode(drawmodecopy);
     s.setTextPoint(10, 50);
     s.text("ab");
     s.textLine("c");
     s.textLine("d");
-    const lines expected = {"clear 0000FF",
+    const lines expected = {"plot 3 4 FF0000",
+                            "clear 0000FF",
                             "line 0 0 10 20 FF0000",
-                            "plot 1 2 FF0000",
-                            "line 1 2 3 4 00FF00",
                             "line 5 5 6 6 FF0000",
                             "line 6 6 7 7 FF0000",
                             "box 10 20 30 40 FF0000",
@@ -111,18 +82,16 @@ TEST(drawsurface, operationsandtheirstate) {
                             "circle 50 50 5 FF0000 fill 563412",
                             "filledbox 1 1 2 2 00FF00",
                             "line 1 1 2 2 FF0000 width 3 dotted mode 7",
-                            "line 1 1 2 2 FF0000 mode 10",
                             "text 10 50 FF0000 ab",
                             "text 26 50 FF0000 c",
                             "text 10 66 FF0000 d"};
     EXPECT_EQ(r.lines, expected);
 }
 
-// What the device of the tests below was handed.
 struct segment {
     double x1, y1, x2, y2;
 };
-std::vector<segment> handed;
+std::vector<segment> handed; // what the device of the tests below was handed
 
 DrawSurface segmentsurface(double width, double height) {
     DrawSurface s;
@@ -157,36 +126,24 @@ TEST(drawsurface, linesarecutwithoutbeingbent) {
 TEST(drawsurface, coordinatesbeyondallmeasure) {
     DrawSurface s = segmentsurface(1000, 600);
     s.line(500, 300, infinite, 300);
-    s.line(-infinite, 100, infinite, 100);
     s.line(500, 300, 500, -1E308);
-    s.line(-1E300, -1E300, 1E300, 1E300);
-    ASSERT_EQ(handed.size(), 4U);
-    EXPECT_EQ(handed[0].x1, 500);
+    ASSERT_EQ(handed.size(), 2U);
     EXPECT_EQ(handed[0].x2, 1003);
     EXPECT_EQ(handed[0].y2, 300);
-    EXPECT_EQ(handed[1].x1, -3);
-    EXPECT_EQ(handed[1].x2, 1003);
-    EXPECT_EQ(handed[2].x2, 500);
-    EXPECT_EQ(handed[2].y2, -3);
-
-    handed.clear();
+    EXPECT_EQ(handed[1].x2, 500);
+    EXPECT_EQ(handed[1].y2, -3);
     s.line(nan, 1, 2, 3);
-    s.line(1, 2, 3, nan);
     s.line(-10, -10, -10, 700); // beside the surface
-    s.line(-200, 300, 100, -500);
     s.line(infinite, infinite, infinite, infinite);
-    EXPECT_TRUE(handed.empty());
+    EXPECT_EQ(handed.size(), 2U);
 
     recordsurface r(1000, 600);
     DrawSurface& t = r.surface;
     t.circle(-20, 300, 10);
     t.circle(infinite, 300, 10);
     t.circle(500, 300, 1E30);
-    t.circle(500, nan, 10);
     t.plot(-4, 10);
     t.setTextPoint(-20, 10);
-    t.text("ab");
-    t.setTextPoint(10, infinite);
     t.text("ab");
     t.box(-20, -20, -10, 700);
     t.box(nan, 0, 1, 1);

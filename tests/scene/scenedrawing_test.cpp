@@ -7,17 +7,16 @@
 #include "tests/testsupport.h"
 
 #include <algorithm>
-#include <array>
 #include <initializer_list>
-#include <limits>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace orv {
 namespace {
 
 using lines = std::vector<std::string>;
-using corner = std::array<float, 3>;
+using corner = std::tuple<float, float, float>;
 
 struct scenetest : sessiontest {
     scenetest() {
@@ -42,43 +41,29 @@ struct scenetest : sessiontest {
         int k = 0;
         for (const corner& p : corners) {
             ++k;
-            RoomModel.faceVertexX(n, k) = p[0];
-            RoomModel.faceVertexY(n, k) = p[1];
-            RoomModel.faceVertexZ(n, k) = p[2];
-            extendbox(p[0], p[1], p[2]);
+            std::tie(RoomModel.faceVertexX(n, k), RoomModel.faceVertexY(n, k), RoomModel.faceVertexZ(n, k)) =
+                p;
+            std::apply(extendbox, p);
         }
         RoomModel.faceVertexCount(n) = static_cast<std::int16_t>(k);
         RoomModel.faceMaterial(n) = material;
     }
-    static void source(float x, float y, float z) {
-        const std::int32_t n = ++RoomModel.sourceCount;
-        RoomModel.sourceX(n) = x;
-        RoomModel.sourceY(n) = y;
-        RoomModel.sourceZ(n) = z;
-    }
-    static void receiver(float x, float y, float z) {
-        const std::int32_t n = ++RoomModel.receiverCount;
-        RoomModel.receiverX(n) = x;
-        RoomModel.receiverY(n) = y;
-        RoomModel.receiverZ(n) = z;
-    }
-    static void rayline(float x, float y, float z, float dx, float dy, float dz) {
-        const std::int32_t n = ++RoomModel.rayLineCount;
-        RoomModel.rayLineX1(n) = x;
-        RoomModel.rayLineY1(n) = y;
-        RoomModel.rayLineZ1(n) = z;
-        RoomModel.rayLineX2(n) = dx;
-        RoomModel.rayLineY2(n) = dy;
-        RoomModel.rayLineZ2(n) = dz;
+
+    // A source, a receiver and a ray line from `ray` in the direction `d`.
+    static void points(const corner& source, const corner& receiver, const corner& ray, const corner& d) {
+        roommodel& r = RoomModel;
+        r.sourceCount = r.receiverCount = r.rayLineCount = 1;
+        std::tie(r.sourceX(1), r.sourceY(1), r.sourceZ(1)) = source;
+        std::tie(r.receiverX(1), r.receiverY(1), r.receiverZ(1)) = receiver;
+        std::tie(r.rayLineX1(1), r.rayLineY1(1), r.rayLineZ1(1)) = ray;
+        std::tie(r.rayLineX2(1), r.rayLineY2(1), r.rayLineZ2(1)) = d;
     }
 
     // A floor of 10 x 5 m with its box 4 m high; on 800 x 500 pixels the XY window is -1..11, -1.25..6.25.
     static void floorroom() {
         face({{0, 0, 0}, {10, 0, 0}, {10, 5, 0}, {0, 5, 0}});
         extendbox(10, 5, 4);
-        source(2, 1, 1);
-        receiver(8, 4, 1);
-        rayline(4, 2, 1, 0.1F, 0.02F, 0.04F);
+        points({2, 1, 1}, {8, 4, 1}, {4, 2, 1}, {0.1F, 0.02F, 0.04F});
     }
 
     // A wall of 4 x 2 m at y = 0, before the camera; the box reaches to y = 10.
@@ -86,15 +71,8 @@ struct scenetest : sessiontest {
         picture.surface.resize(750, 500, 1);
         face({{-2, 0, -1}, {2, 0, -1}, {2, 0, 1}, {-2, 0, 1}}, 7);
         extendbox(2, 10, 1);
-        source(-2, 0, 0);
-        receiver(2, 10, 0);
-        rayline(0, 0, 0, 0, 0, 0.02F);
+        points({-2, 0, 0}, {2, 10, 0}, {0, 0, 0}, {0, 0, 0.02F});
         picture.lines.clear();
-    }
-
-    static void shownothing() {
-        for (const char* layer : {"Vroom", "Vsource", "CamVrec", "Vbln", "Vaxes", "Post", "Vrays", "BLNview"})
-            checkcommand(layer, false);
     }
 
     // The recorded items that begin with a word.
@@ -137,38 +115,36 @@ TEST_F(scenetest, view2d) {
     for (const char* shown : {"Picture1", "SSFrame1", "Frame2DView"})
         EXPECT_TRUE(platform::isvisible(shown)) << shown;
     for (const char* hidden : {"Frame1", "Frame2"}) EXPECT_FALSE(platform::isvisible(hidden)) << hidden;
-    EXPECT_TRUE(scripted::called("enabled Redisplay 1"));
 }
 
-TEST_F(scenetest, otherplanesof2d) {
-    floorroom();
-    shownothing();
-    for (const char* layer : {"Vroom", "Vsource", "Vaxes"}) checkcommand(layer, true);
-    SessionState.viewPlane = planechoice::YZ;
-    draw2dview(picture.surface, true);
-    EXPECT_EQ(items("line 0 0 5 0"), lines{"line 0 0 5 0 000003"});
-    EXPECT_EQ(items("circle 1 1").size(), 1U);
-    // Across runs y and upwards z, but the axes are the box's x and y; the window ends at 6.34 and 4.4.
-    EXPECT_EQ(items("line 0 0 6.").size(), 1U);
-    EXPECT_EQ(items("line 0 0 0 4.").size(), 1U);
-    picture.lines.clear();
-    SessionState.viewPlane = planechoice::XZ;
-    draw2dview(picture.surface, true);
-    EXPECT_EQ(items("circle 2 1").size(), 1U);
-    EXPECT_EQ(items("line 0 0 10 0"), lines{"line 0 0 10 0 000003"});
-}
-
-TEST_F(scenetest, postedvalueswithhiddenreceivers) {
+TEST_F(scenetest, layersof2d) {
     floorroom();
     checkcommand("CamVrec", false);
     draw2dview(picture.surface, true);
     EXPECT_TRUE(items("circle 8 4").empty()); // no parameters yet: neither values nor circles
-    EXPECT_EQ(items("text").back(), "text 3.14 6.25 000000 Orvanta View v. 3.10 - hall.ray");
     SessionState.parameterSource = -1;
     picture.lines.clear();
     draw2dview(picture.surface, true);
     EXPECT_EQ(items("circle 8 4"), lines{"circle 8 4 .04 800080 fill 000004"});
     EXPECT_EQ(items("text").size(), 3U); // the source, the value and the title
+
+    SessionState.viewPlane = planechoice::YZ;
+    picture.lines.clear();
+    draw2dview(picture.surface, true);
+    // Across runs y and upwards z, but the axes are the box's x and y; the window ends at 6.34 and 4.4.
+    EXPECT_EQ(items("line 0 0 5 0"), lines{"line 0 0 5 0 000003"});
+    EXPECT_EQ(items("line 0 0 6.").size(), 1U);
+    EXPECT_EQ(items("line 0 0 0 4.").size(), 1U);
+    for (const char* layer : {"Vroom", "Vsource", "Vaxes", "Post"}) checkcommand(layer, false);
+    SessionState.viewPlane = planechoice::XZ;
+    picture.lines.clear();
+    draw2dview(picture.surface, false); // without clearing
+    EXPECT_EQ(picture.lines.size(), 3U) << "window, title, keep";
+    picture.lines.clear();
+    checkcommand("Vsource", true);
+    RoomModel.sourceZ(1) = 3;
+    draw2dview(picture.surface, true);
+    EXPECT_EQ(items("circle 2 3").size(), 1U);
 }
 
 TEST_F(scenetest, view3d) {
@@ -180,9 +156,8 @@ TEST_F(scenetest, view3d) {
     const corner corners[] = {{-1, 0, -1}, {1, 0, -1}, {1, 0, 0}, {-1, 0, 0}};
     for (int k = 1; k <= 4; ++k) {
         const corner& p = corners[k - 1];
-        RoomModel.doorVertexX(1, k) = RoomModel.holeVertexX(1, k) = p[0];
-        RoomModel.doorVertexY(1, k) = RoomModel.holeVertexY(1, k) = p[1];
-        RoomModel.doorVertexZ(1, k) = RoomModel.holeVertexZ(1, k) = p[2];
+        std::tie(RoomModel.doorVertexX(1, k), RoomModel.doorVertexY(1, k), RoomModel.doorVertexZ(1, k)) = p;
+        std::tie(RoomModel.holeVertexX(1, k), RoomModel.holeVertexY(1, k), RoomModel.holeVertexZ(1, k)) = p;
     }
     checkcommand("Vrays", true);
     SessionState.parameterSource = 1;
@@ -239,34 +214,19 @@ TEST_F(scenetest, shrunkfaces) {
     EXPECT_EQ(items("line").size(), 3U);
 }
 
-TEST_F(scenetest, behindthecamera) {
+TEST_F(scenetest, layersof3d) {
     wallroom();
-    shownothing();
-    checkcommand("Vroom", true);
-    RoomModel.faceVertexY(1, 1) = -11;
+    for (const char* layer : {"Vsource", "CamVrec", "Vaxes", "Vrays"}) checkcommand(layer, false);
+    RoomModel.faceVertexY(1, 1) = -11; // behind the camera
     draw3dview(picture.surface, true);
     // A stray line to (-12345, 0), cut at the edge three pixels beside the picture.
     EXPECT_EQ(items("line")[0].substr(0, 14), "line -1.8144 -");
     EXPECT_EQ(items("line").size(), 4U);
-}
-
-TEST_F(scenetest, hiddenlayersandemptyrooms) {
-    wallroom();
-    shownothing();
-    draw2dview(picture.surface, false); // without clearing
-    EXPECT_EQ(picture.lines.size(), 3U) << "window, title, keep";
-    picture.lines.clear();
-    draw3dview(picture.surface, false);
-    EXPECT_EQ(picture.lines.size(), 3U);
-
-    resetcommands();
     RoomModel.faceCount = 0;
     RoomModel.doorCount = 1; // belongs to the room, and there is none
     picture.lines.clear();
-    draw3dview(picture.surface, true);
-    EXPECT_EQ(items("box").size(), 1U);
-    EXPECT_EQ(items("circle").size(), 1U);
-    EXPECT_EQ(items("line").size(), 3U) << "axes alone";
+    draw3dview(picture.surface, false);
+    EXPECT_EQ(picture.lines.size(), 3U) << "window, title, keep";
 }
 
 TEST_F(scenetest, sourcelabels) {
@@ -276,40 +236,34 @@ TEST_F(scenetest, sourcelabels) {
     EXPECT_EQ(sourcelabel(27), "AA");
     EXPECT_EQ(sourcelabel(52), "AZ");
     EXPECT_EQ(sourcelabel(702), "ZZ");
-    for (const std::int32_t source : {703, 5000, 20000}) {
-        const std::string label = sourcelabel(source);
-        EXPECT_EQ(label.size(), 2U) << source;
-        EXPECT_GE(static_cast<unsigned char>(label[0]), 32) << source;
-    }
+    for (const std::int32_t source : {703, 20000}) EXPECT_EQ(sourcelabel(source).size(), 2U) << source;
 }
 
 TEST_F(scenetest, titles) {
-    const std::string plain = "Orvanta View v. 3.10 - hall.ray";
     sessionstate& s = SessionState;
-    EXPECT_EQ(scenetitle(), plain);
+    EXPECT_EQ(scenetitle(), "Orvanta View v. 3.10 - hall.ray");
     s.parameterSource = 1;
     checkcommand("Post", false);
-    EXPECT_EQ(scenetitle(), plain);
-    s.mapInProgress = true;
-    s.parameterName = "T30";
-    s.bandIndex = 6;
-    EXPECT_EQ(scenetitle(), plain + " Freq.=1000 - T30");
-    s.mapInProgress = false;
-    checkcommand("Post", true);
-    s.backgroundNoiseFlag = s.equalizeSpectrumFlag = s.forceVoiceSplFlag = -1;
-    s.bandIndex = 11;
-    EXPECT_EQ(scenetitle(), plain + " Freq.=A - T30");
-    s.parameterName = "STI";
-    EXPECT_EQ(scenetitle(), plain + " - STI-Male (Equalized) (Lw corrected)");
-    s.equalizeSpectrumFlag = 0;
-    s.bandIndex = 12;
-    EXPECT_EQ(scenetitle(), plain + " - STI-Female (Lw corrected)");
-    s.backgroundNoiseFlag = 0;
-    EXPECT_EQ(scenetitle(), plain + " - STI-Female");
-    s.bandIndex = 5;
-    EXPECT_EQ(scenetitle(), plain + " Freq.=500 - STI");
-    s.bandIndex = 13;
-    EXPECT_EQ(scenetitle(), plain);
+    EXPECT_EQ(scenetitle(), "Orvanta View v. 3.10 - hall.ray");
+    s.mapInProgress = true; // a map has the values in its title too
+    const struct {
+        const char* parameter;
+        int band, corrected, equalized;
+        const char* text;
+    } cases[] = {{"T30", 6, 0, 0, " Freq.=1000 - T30"},
+                 {"T30", 11, -1, -1, " Freq.=A - T30"},
+                 {"STI", 11, -1, -1, " - STI-Male (Equalized) (Lw corrected)"},
+                 {"STI", 12, -1, 0, " - STI-Female (Lw corrected)"},
+                 {"STI", 12, 0, 0, " - STI-Female"},
+                 {"STI", 5, 0, 0, " Freq.=500 - STI"},
+                 {"STI", 13, 0, 0, ""}};
+    for (const auto& one : cases) {
+        s.parameterName = one.parameter;
+        s.bandIndex = one.band;
+        s.backgroundNoiseFlag = s.forceVoiceSplFlag = one.corrected;
+        s.equalizeSpectrumFlag = one.equalized;
+        EXPECT_EQ(scenetitle(), std::string("Orvanta View v. 3.10 - hall.ray") + one.text);
+    }
     s.resultFileName = "some/place/hall._01";
     EXPECT_EQ(scenetitle(), "Orvanta View v. 3.10 - some/place/hall._01");
 }
@@ -330,29 +284,9 @@ TEST_F(scenetest, impossibleviewskeepthepicture) {
 
     picture.lines.clear();
     RoomModel.roomMaxY = RoomModel.roomMinY = 0;
-    RoomModel.roomMaxZ = RoomModel.roomMinZ = 0;
     chooseplane(planechoice::YZ);
     EXPECT_EQ(picture.lines, (lines{"clear FFFFFF", "restore"}));
     EXPECT_EQ(SessionState.mapKind, "Dither");
-    SessionState.viewPlane = planechoice::XZ;
-    cameraentered("FocLenght", "0");
-    EXPECT_EQ(picture.lines.back(), "restore");
-}
-
-TEST_F(scenetest, numbersoutofmeasuresaynothing) {
-    wallroom();
-    RoomModel.faceVertexX(1, 1) = 3E38F;
-    RoomModel.receiverX(1) = std::numeric_limits<float>::infinity();
-    RoomModel.sourceX(1) = std::numeric_limits<float>::quiet_NaN();
-    RoomModel.rayLineX2(1) = 3E38F;
-    checkcommand("Vrays", true);
-    for (const planechoice plane : {planechoice::XY, planechoice::XZ}) {
-        SessionState.viewPlane = plane;
-        EXPECT_NO_THROW(draw2dview(picture.surface, true));
-    }
-    EXPECT_NO_THROW(draw3dview(picture.surface, true));
-    EXPECT_EQ(items("keep").size(), 3U);
-    EXPECT_TRUE(items("circle").empty() || items("circle").back() == "circle 0 0 .0045 FF0000");
 }
 
 // --- Yields ---
@@ -404,57 +338,31 @@ TEST_F(manyfaces, drawingaskedforatayieldcomesafterwards) {
 
 // --- Commands ---
 
-TEST_F(scenetest, drawcommandsandthepan) {
+TEST_F(scenetest, drawcommandsandprinting) {
     floorroom();
     SessionState.panX = 0.5F;
-    SessionState.panY = 0.25F;
-    Redraw();
-    EXPECT_EQ(SessionState.panX, 0.5F);
-    EXPECT_NEAR(picture.surface.windowLeft(), 0, 1E-6);
-    EXPECT_TRUE(platform::isvisible("Frame1"));
-    CamRedr2D();
-    EXPECT_EQ(SessionState.panX, 0);
-    EXPECT_EQ(SessionState.panY, 0);
-    EXPECT_NEAR(picture.surface.windowLeft(), -1, 1E-6);
-    EXPECT_EQ(items("clear").size(), 2U);
-}
-
-TEST_F(scenetest, printing) {
-    floorroom();
-    draw2dview(picture.surface, true);
-    SessionState.mapKind = "Contour";
     recordsurface page(1000, 700);
-    const auto printed = [&](std::string_view word) {
-        return std::ranges::count_if(page.lines,
-                                     [&](const std::string& line) { return line.starts_with(word); });
-    };
-    picture.lines.clear();
-    scripted::expectprint(&page.surface);
-    Cprint();
-    EXPECT_TRUE(picture.lines.empty());
-    EXPECT_EQ(printed("plot"), 1); // which only the 2D views have
-    EXPECT_EQ(SessionState.mapKind, "Contour");
-
-    draw3dview(picture.surface, true);
-    SessionState.mapKind = "Contour";
-    page.lines.clear();
-    scripted::expectprint(&page.surface);
-    Cprint();
-    EXPECT_EQ(printed("plot"), 0);
-    EXPECT_EQ(printed("box"), 1);
-
-    page.lines.clear();
+    for (const bool solid : {true, false}) {
+        solid ? Redraw() : CamRedr2D();
+        EXPECT_EQ(SessionState.panX, solid ? 0.5F : 0);
+        SessionState.mapKind = "Contour";
+        picture.lines.clear();
+        page.lines.clear();
+        scripted::expectprint(&page.surface);
+        Cprint();
+        EXPECT_TRUE(picture.lines.empty());
+        const auto plots = std::ranges::count_if(
+            page.lines, [](const std::string& line) { return line.starts_with("plot"); });
+        EXPECT_EQ(plots, solid ? 0 : 1); // which only the 2D views have
+        EXPECT_EQ(SessionState.mapKind, "Contour");
+    }
     scripted::clearcalls();
     scripted::expectprint(nullptr);
     Cprint();
     scripted::expectprintersetup(false);
     printsetup();
-    EXPECT_EQ(scripted::calls(), (lines{"print", "printersetup"}));
-    EXPECT_EQ(SessionState.mapKind, "Contour");
-
-    scripted::clearcalls();
     Copy();
-    EXPECT_EQ(scripted::calls(), (lines{"clippicture", "beep"}));
+    EXPECT_EQ(scripted::calls(), (lines{"print", "printersetup", "clippicture", "beep"}));
 }
 
 } // namespace
