@@ -84,23 +84,32 @@ void checkvertices(const loading& load, int count, int highest, const std::strin
 // Three times `count` coordinates, x y z by x y z.
 using coordinates = std::array<float, 3 * facevertices>;
 
-void readface(loading& load) {
-    listreader& fields = load.fields;
-    const std::int32_t face = nextslot(load, load.faces, highestface, "faces");
-    RoomModel.faceLayerFlag(face) = readwhole16(fields);
-    RoomModel.faceMaterial(face) = readwhole16(fields);
-    const int vertices = RoomModel.faceVertexCount(face) = readwhole16(fields);
-    checkvertices(load, vertices, facevertices, "a face");
+// What a face, a hole and a door have in common: flag, material, n, then n corners. `corner(number, x, y, z)`
+// takes each of them.
+template <class flags, class materials, class counts, class step>
+void readpolygon(loading& load, std::int32_t slot, int highest, const std::string& what, flags& flag,
+                 materials& material, counts& count, step corner) {
+    flag(slot) = readwhole16(load.fields);
+    material(slot) = readwhole16(load.fields);
+    const int vertices = count(slot) = readwhole16(load.fields);
+    checkvertices(load, vertices, highest, what);
     coordinates point;
-    readsingles(fields, point.data(), 3 * vertices);
+    readsingles(load.fields, point.data(), 3 * vertices);
     const float* at = point.data();
-    for (int v = 1; v <= vertices; ++v, at += 3) {
-        RoomModel.faceVertexX(face, v) = at[0];
-        RoomModel.faceVertexY(face, v) = at[1];
-        RoomModel.faceVertexZ(face, v) = at[2];
-        extendbox(at[0], at[1], at[2]);
-    }
-    RoomModel.faceInWall(face) = load.inwall;
+    for (int v = 1; v <= vertices; ++v, at += 3) corner(v, at[0], at[1], at[2]);
+}
+
+void readface(loading& load) {
+    roommodel& R = RoomModel;
+    const std::int32_t face = nextslot(load, load.faces, highestface, "faces");
+    readpolygon(load, face, facevertices, "a face", R.faceLayerFlag, R.faceMaterial, R.faceVertexCount,
+                [&R, face](int v, float x, float y, float z) {
+                    R.faceVertexX(face, v) = x;
+                    R.faceVertexY(face, v) = y;
+                    R.faceVertexZ(face, v) = z;
+                    extendbox(x, y, z);
+                });
+    R.faceInWall(face) = load.inwall;
 }
 
 // The face that an opening belongs to, 0 before the first one.
@@ -113,43 +122,31 @@ std::int16_t owningface(const loading& load) {
 }
 
 void readhole(loading& load) {
-    listreader& fields = load.fields;
-    const std::int16_t face = owningface(load);
+    roommodel& R = RoomModel;
     const std::int32_t hole = nextslot(load, load.holes, highesthole, "holes");
-    RoomModel.holeLayerFlag(hole) = readwhole16(fields);
-    RoomModel.holeMaterial(hole) = readwhole16(fields);
-    const int vertices = RoomModel.holeVertexCount(hole) = readwhole16(fields);
-    checkvertices(load, vertices, holevertices, "a hole");
-    coordinates point;
-    readsingles(fields, point.data(), 3 * vertices);
-    const float* at = point.data();
-    for (int v = 1; v <= vertices; ++v, at += 3) {
-        RoomModel.holeVertexX(hole, v) = at[0];
-        RoomModel.holeVertexY(hole, v) = at[1];
-        RoomModel.holeVertexZ(hole, v) = at[2];
-    }
-    RoomModel.holeFace(hole) = face;
-    RoomModel.faceHasOpening(face) = -1;
+    const std::int16_t face = owningface(load);
+    readpolygon(load, hole, holevertices, "a hole", R.holeLayerFlag, R.holeMaterial, R.holeVertexCount,
+                [&R, hole](int v, float x, float y, float z) {
+                    R.holeVertexX(hole, v) = x;
+                    R.holeVertexY(hole, v) = y;
+                    R.holeVertexZ(hole, v) = z;
+                });
+    R.holeFace(hole) = face;
+    R.faceHasOpening(face) = -1;
 }
 
 void readdoor(loading& load) {
-    listreader& fields = load.fields;
-    const std::int16_t face = owningface(load);
+    roommodel& R = RoomModel;
     const std::int32_t door = nextslot(load, load.doors, highestdoor, "doors");
-    RoomModel.doorLayerFlag(door) = readwhole16(fields);
-    RoomModel.doorMaterial(door) = readwhole16(fields);
-    const int vertices = RoomModel.doorVertexCount(door) = readwhole16(fields);
-    checkvertices(load, vertices, doorvertices, "a door");
-    coordinates point;
-    readsingles(fields, point.data(), 3 * vertices);
-    const float* at = point.data();
-    for (int v = 1; v <= vertices; ++v, at += 3) {
-        RoomModel.doorVertexX(door, v) = at[0];
-        RoomModel.doorVertexY(door, v) = at[1];
-        RoomModel.doorVertexZ(door, v) = at[2];
-    }
-    RoomModel.doorFace(door) = face;
-    RoomModel.faceHasOpening(face) = -1;
+    const std::int16_t face = owningface(load);
+    readpolygon(load, door, doorvertices, "a door", R.doorLayerFlag, R.doorMaterial, R.doorVertexCount,
+                [&R, door](int v, float x, float y, float z) {
+                    R.doorVertexX(door, v) = x;
+                    R.doorVertexY(door, v) = y;
+                    R.doorVertexZ(door, v) = z;
+                });
+    R.doorFace(door) = face;
+    R.faceHasOpening(face) = -1;
 }
 
 void readsource(loading& load) {
