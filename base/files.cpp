@@ -241,6 +241,18 @@ std::string filenameof(const std::string& path) {
     return fs::path(path).filename().string();
 }
 
+std::string withoutlast(const std::string& name, int count) {
+    std::size_t size = name.size();
+    for (; count > 0 && size > 0; --count) {
+        --size;
+        while (size > 0 && (static_cast<unsigned char>(name[size]) & 0xC0U) == 0x80) --size;
+    }
+    if (count > 0)
+        throw runtimeerror{errorkind::domain,
+                           pagetext(name) + ": the name is too short for the files beside it."};
+    return name.substr(0, size);
+}
+
 std::string pagetext(std::string_view utf8) {
     std::string page;
     for (std::size_t at = 0; at < utf8.size();) {

@@ -66,6 +66,10 @@ std::string joinpath(const std::string& directory, const std::string& name);
 std::string directoryof(const std::string& path);
 std::string filenameof(const std::string& path);
 
+// The name without its last `count` characters, as names beside each other are made; a character may be
+// several bytes. Raises domain for a shorter name.
+std::string withoutlast(const std::string& name, int count);
+
 // Code page 1252 and UTF-8, the file system's encoding. A character that the page has no letter for, and a
 // byte that is no UTF-8, becomes "?".
 std::string pagetext(std::string_view utf8);

@@ -287,12 +287,24 @@ void readoptions(listreader& file) {
     readsingles(file, SessionState.voiceCorrection.data(), modulationbands);
 }
 
+// A file name, which may hold double quotes itself: all up to the last one of its line.
+std::string_view readname(listreader& file) {
+    const std::string_view line = trimboth(readline(file));
+    const std::size_t last = line.rfind('"');
+    return line.starts_with('"') && last > 0 ? line.substr(1, last - 1) : line;
+}
+
+// Whether nothing but separators, or an old end-of-text byte, is left.
+bool nothingleft(const listreader& file) {
+    return file.buffer.find_first_not_of(" ,\t\r\n\x1A", file.position) == std::string_view::npos;
+}
+
 void readcurrent(loading& load) {
     readline(load.file);
     readtext(load.file);
-    SessionState.geometryFileName = utf8text(readtext(load.file));
+    SessionState.geometryFileName = utf8text(readname(load.file));
     readtext(load.file);
-    RoomModel.receiverCount = readwhole32(load.file);
+    RoomModel.receiverCount = readreceiver(load.file); // N, the last of them
     for (const filetable& table : maintables) readtable(load, table, allbands);
     readtable(load, speechtable, speechbands);
     readmodulation(load);
@@ -316,7 +328,7 @@ void readolder(loading& load, std::string_view first) {
     const std::string_view name = first.substr(oldnamestart);
     SessionState.geometryFileName = utf8text(name.substr(0, name.size() - oldnametail)) + ".RAY";
     skiplines(load.file, 2);
-    while (!atend(load.file)) {
+    while (!nothingleft(load.file)) {
         for (const filetable& table : maintables) {
             if (!inolderfile(table)) continue;
             const std::int32_t receiver = readreceiver(load.file);
@@ -345,19 +357,17 @@ void convertolder(const std::string& name) {
             platform::buttons::okcancel, platform::icon::exclamation,
             platform::answer::ok) != platform::answer::ok)
         return;
-    replacefile(name + ".old", readfile(name));
+    std::string kept = name + ".old";
+    for (int i = 1; canopen(kept); ++i)
+        kept = name + ".old" + std::to_string(i); // that of an earlier time stays
+    replacefile(kept, readfile(name));
     saveparameters(name);
 }
 
 } // namespace
 
 std::string parameternameof(const std::string& name) {
-    if (name.size() < 3)
-        throw runtimeerror{errorkind::domain, "The name \"" + pagetext(name) +
-                                                  "\" is too short for a parameter file beside it."};
-    std::string parameters = name;
-    parameters[name.size() - 3] = '-';
-    return parameters;
+    return withoutlast(name, 3) + "-" + name.substr(withoutlast(name, 2).size());
 }
 
 void saveparameters(const std::string& name) {

@@ -71,13 +71,6 @@ struct loading {
     decaycurve decay;
 };
 
-std::string cutname(const std::string& name, std::size_t count) {
-    if (name.size() < count)
-        throw runtimeerror{errorkind::domain,
-                           pagetext(name) + ": the name is too short for the files beside it."};
-    return name.substr(0, name.size() - count);
-}
-
 void nextline(loading& load) {
     attempt([&] { load.line = readline(load.file); });
 }
@@ -501,15 +494,15 @@ void loadresult(const std::string& name) {
 }
 
 std::string geometrynameof(const std::string& result) {
-    return cutname(result, 4) + ".RAY";
+    return withoutlast(result, 4) + ".RAY";
 }
 
 std::string listingnameof(const std::string& result) {
-    return cutname(result, 3) + "OUT";
+    return withoutlast(result, 3) + "OUT";
 }
 
 std::string raypathnameof(const std::string& result) {
-    return cutname(result, 3) + "@" + result.substr(result.size() - 2);
+    return withoutlast(result, 3) + "@" + result.substr(withoutlast(result, 2).size());
 }
 
 std::string inp10char(listreader& file) {

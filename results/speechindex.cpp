@@ -3,6 +3,7 @@
 
 #include "base/arithmetic.h"
 #include "base/numbertext.h"
+#include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "results/parameterfile.h"
 #include "results/parameterset.h"
@@ -75,6 +76,11 @@ ratiosums sumratios(std::int32_t receiver, int band) {
         sums.male += apparentratio(m);
         // Without noise the female modulation is that of the last evaluation, and without the spectrum the
         // female sum is empty, which makes an index of exactly 0.5; both meant.
+        if (spectrum && s.femaleModulation == 0)
+            throw runtimeerror{
+                errorkind::domain,
+                "The female speech index cannot be computed: the voice spectrum is on, background "
+                "noise is off, and no computation with noise has been made."};
         if (spectrum) sums.female += apparentratio(s.femaleModulation);
     }
     return sums;
@@ -128,6 +134,10 @@ void computeall() {
 }
 
 } // namespace
+
+bool speechindexruns() {
+    return running;
+}
 
 void computesti() {
     if (running) return platform::beep();

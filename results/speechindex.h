@@ -15,6 +15,9 @@ namespace orv {
 // noise): row 0 is zero then.
 void computesti();
 
+// Whether computesti runs now; what it works on must not change under it.
+bool speechindexruns();
+
 // The menu command "STI Options...": computesti, then the question whether to update the parameter file.
 void STIopt();
 

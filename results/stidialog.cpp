@@ -12,6 +12,7 @@
 #include "ui_stidialog.h"
 
 #include <QDialog>
+#include <QGuiApplication>
 #include <QMainWindow>
 #include <QScreen>
 
@@ -141,6 +142,8 @@ void sizegrid(QTableWidget& grid) {
 }
 
 void pressgridkey(stidialog& open, int key) {
+    if (QGuiApplication::keyboardModifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
+        return;
     const int column = open.form.NoiseGrid->currentColumn();
     if (key == Qt::Key_Escape) return noiseenter(open.levels); // nothing is stored
     for (const auto& move : movekeys)
@@ -170,6 +173,7 @@ void connectgrid(stidialog& open) {
     });
     windowhook calls;
     calls.key = [&open](int key) { pressgridkey(open, key); };
+    calls.repeatedkeys = true;
     calls.focus = [&grid, &done](Qt::FocusReason) {
         light(grid, true);
         takeenter(done, false);

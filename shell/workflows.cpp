@@ -89,13 +89,19 @@ void openroom() {
     }
 }
 
+// A result whose name is that of its own parameter file has none beside it.
+bool isparameterfile(const std::string& result) {
+    return parameternameof(result) == result;
+}
+
 // The result with its responses, the speech index computed and the parameters kept if the user wants it.
 void loadresponses(const std::string& name) {
     loadresult(name);
     enableall(responsecommands);
     computesti();
+    if (isparameterfile(name)) return; // it would be replaced
     if (platform::messagebox("WARNING!", "Do You want to save the computed parameters ?",
-                             platform::buttons::yesno, platform::icon::exclamation,
+                             platform::buttons::yesno, platform::icon::none,
                              platform::answer::yes) == platform::answer::yes)
         saveparameters(name);
 }
@@ -104,11 +110,11 @@ void loadresponses(const std::string& name) {
 // parameters alone.
 void openresult(const std::string& name) {
     SessionState.resultFileName = name;
-    if (!parameterfileusable(name) ||
+    if (!parameterfileusable(name) || isparameterfile(name) ||
         platform::messagebox("Attention!",
                              "Do You want to load directly only the acoustical parameters without impulse "
                              "response data?",
-                             platform::buttons::yesno, platform::icon::question,
+                             platform::buttons::yesno, platform::icon::none,
                              platform::answer::no) != platform::answer::yes) {
         loadresponses(name);
         return;
@@ -124,6 +130,7 @@ void forgetmaps() {
 } // namespace
 
 void FLoad() {
+    if (speechindexruns()) return platform::beep(); // its receivers must stay
     openroom();
 }
 
@@ -140,6 +147,7 @@ void Fsave() {
 }
 
 void OpenRes() {
+    if (speechindexruns()) return platform::beep(); // its receivers must stay
     const auto chosen = chosenfile(platform::askopenfile, "Load an Impulse Response File and its Geometry",
                                    resultfilter, resultpattern);
     if (!chosen) return;
@@ -160,6 +168,7 @@ void OpenRes() {
 }
 
 void MapLoad() {
+    if (speechindexruns()) return platform::beep(); // its receivers must stay
     const auto chosen =
         chosenfile(platform::askopenfile, "Load an Impulse Response File", resultfilter, resultpattern);
     if (!chosen) return;

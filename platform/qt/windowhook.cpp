@@ -61,7 +61,8 @@ struct filter : QObject {
             if (calls.pointer) callpointer(calls, *event);
             return false;
         case QEvent::KeyPress:
-            if (const auto& press = static_cast<const QKeyEvent&>(*event); calls.key && !press.isAutoRepeat())
+            if (const auto& press = static_cast<const QKeyEvent&>(*event);
+                calls.key && (calls.repeatedkeys || !press.isAutoRepeat()))
                 enter([&] { calls.key(press.key()); });
             return false;
         case QEvent::Resize:
