@@ -43,16 +43,6 @@ struct cameratest : sessiontest {
     }
 };
 
-TEST_F(cameratest, beepsbesidethecamera) {
-    place(0, 0, 0, 10, 0, 0);
-    setupcamera();
-    double u = 1, v = 1;
-    projectpoint(0, 7, 2, u, v);
-    EXPECT_EQ(u, 0);
-    EXPECT_EQ(v, 0);
-    EXPECT_EQ(scripted::countcalls("beep"), 1U);
-}
-
 // By similar triangles, in a frame of view made without a picture plane.
 TEST_F(cameratest, projectsaspinhole) {
     std::mt19937 random(11);
@@ -93,6 +83,14 @@ TEST_F(cameratest, projectsaspinhole) {
 TEST_F(cameratest, divisionbyzerokeepsthederivedfields) {
     place(0, 0, 0, 10, 0, 0);
     setupcamera();
+    EXPECT_EQ(platform::gettext("FocLenght"), "50");
+    EXPECT_EQ(platform::gettext("TargetX"), "10.0");
+    double u = 1, v = 1;
+    projectpoint(0, 7, 2, u, v); // beside the camera
+    EXPECT_EQ(u, 0);
+    EXPECT_EQ(v, 0);
+    EXPECT_TRUE(scripted::called("beep"));
+    // upright, on the target, and with the target in the picture plane
     const float cases[][6] = {{3, 4, 9, 3, 4, 1}, {1, 2, 3, 1, 2, 3}, {0, 0, 0, 5, 0, 0}};
     for (const auto& c : cases) {
         place(c[0], c[1], c[2], c[3], c[4], c[5]);
@@ -101,16 +99,6 @@ TEST_F(cameratest, divisionbyzerokeepsthederivedfields) {
         EXPECT_EQ(ViewCamera.axisVZ, 1);
         EXPECT_EQ(lenientnumber(platform::gettext("TargetX")), static_cast<double>(c[3])); // texts come first
     }
-}
-
-TEST_F(cameratest, writesthetexts) {
-    place(-10, -15.26F, 0, 0.04F, 1234.5F, -0.04F);
-    SessionState.focalLength = 0.0355F;
-    setupcamera();
-    const std::pair<const char*, const char*> texts[] = {
-        {"FocLenght", "35.5"}, {"CamX", "-10.0"},     {"CamY", "-15.3"},  {"CamZ", "0.0"},
-        {"TargetX", "0.0"},    {"TargetY", "1234.5"}, {"TargetZ", "-0.0"}};
-    for (const auto& [control, text] : texts) EXPECT_EQ(platform::gettext(control), text) << control;
 }
 
 TEST_F(cameratest, windowsofbothviews) {
@@ -129,45 +117,34 @@ TEST_F(cameratest, windowsofbothviews) {
     scale2dview(s);
     expectwindow(-1, 2.5 + 1.875 - 3.75, 5, 2.5 - 1.875 - 3.75);
 
-    s.resize(1500, 500, 1);
-    state.panX = state.panY = 0;
-    scale3dview(s);
-    expectwindow(-3.6, 1.2, 3.6, -1.2);
-    s.resize(500, 1000, 1);
     state.panX = 0.5F;
     state.panY = -0.25F;
+    s.resize(500, 1000, 1);
     scale3dview(s);
     expectwindow(0, 3.6 + 1.8, 3.6, -3.6 + 1.8);
 }
 
 TEST_F(cameratest, windowofflatrooms) {
-    DrawSurface& s = picture.surface;
     SessionState.viewPlane = planechoice::XZ;
     room(10, 5, 0);
-    scale2dview(s); // half as wide as the surface asks, so the width doubles too
+    scale2dview(picture.surface); // half as wide as the surface asks, so the width doubles too
     expectwindow(5 - 12, 7.5, 5 + 12, -7.5);
-
-    s.setWindow(0, 1, 1, 0);
-    const auto view = [&] { scale2dview(s); };
+    const auto view = [&] { scale2dview(picture.surface); };
     room(0, 5, 4);
     EXPECT_EQ(kindof(view), errorkind::divisionbyzero);
     room(10, 5, 4);
     SessionState.focalLength = 0;
     EXPECT_EQ(kindof(view), errorkind::divisionbyzero);
-    SessionState.focalLength = 0.05F;
-    s.resize(800, 10, 1); // not laid out yet
-    scale2dview(s);
-    expectwindow(0, 1, 1, 0);
+    expectwindow(5 - 12, 7.5, 5 + 12, -7.5);
 }
 
 // --- Editing ---
 
 TEST_F(cameratest, enterandlostfocus) {
-    const std::pair<const char*, float sessionstate::*> edits[] = {
-        {"CamX", &sessionstate::cameraX},         {"CamY", &sessionstate::cameraY},
-        {"CamZ", &sessionstate::cameraZ},         {"TargetX", &sessionstate::targetX},
-        {"TargetY", &sessionstate::targetY},      {"TargetZ", &sessionstate::targetZ},
-        {"FocLenght", &sessionstate::focalLength}};
+    const std::pair<const char*, float sessionstate::*> edits[] = {{"CamX", &sessionstate::cameraX},
+                                                                   {"CamZ", &sessionstate::cameraZ},
+                                                                   {"TargetY", &sessionstate::targetY},
+                                                                   {"FocLenght", &sessionstate::focalLength}};
     room(10, 5, 4);
     for (const auto& [control, field] : edits) {
         SCOPED_TRACE(control);
@@ -183,14 +160,11 @@ TEST_F(cameratest, enterandlostfocus) {
         };
         SessionState.autoRedraw = on;
         EXPECT_EQ(edited(cameraentered, " 24m", true), focal ? 0.024F : 24);
-        for (const char* nothing : {"0", "wide"}) {
-            EXPECT_EQ(edited(cameraentered, nothing, true), zeroentered ? 0 : 0.5F) << nothing;
-            EXPECT_EQ(edited(cameraleft, nothing, !focal), 0.5F) << nothing;
-        }
+        EXPECT_EQ(edited(cameraentered, "0", true), zeroentered ? 0 : 0.5F);
+        EXPECT_EQ(edited(cameraleft, "wide", !focal), 0.5F);
         EXPECT_EQ(edited(cameraleft, "-3", !focal), focal ? 0.5F : -3);
         SessionState.autoRedraw = off;
         EXPECT_EQ(edited(cameraentered, "9", false), focal ? 0.009F : 0.5F);
-        EXPECT_EQ(edited(cameraleft, "9", false), focal ? 0.5F : 9);
     }
 }
 
@@ -202,21 +176,13 @@ TEST_F(cameratest, spins) {
         const char* after;
     } presses[] = {
         {"Spin2", "CamX", "99996.25", true, "100001.3"},
-        {"Spin2", "CamX", "-10", false, "-15"},
-        {"Spin3", "CamY", "1.25", true, "6.3"},
-        {"Spin4", "CamZ", "8", false, "3"},
-        {"Spin5", "TargetX", "words", true, "5"},
         {"Spin6", "TargetY", "0.5", false, "-4.5"},
         {"Spin7", "TargetZ", "-5", true, ""},
         {"SpinFocal", "FocLenght", "400", true, "400"},
-        {"SpinFocal", "FocLenght", "400", false, "300"},
-        {"SpinFocal", "FocLenght", "50", true, "80"},
         {"SpinFocal", "FocLenght", "50", false, "35"},
         {"SpinFocal", "FocLenght", "16", true, "35"},
         {"SpinFocal", "FocLenght", "16", false, "16"},
-        {"SpinFocal", "FocLenght", "24", false, "16"},
         {"SpinFocal", "FocLenght", "60", true, "84"},
-        {"SpinFocal", "FocLenght", "60", false, "42"},
     };
     SessionState.autoRedraw = off; // so that nothing writes the texts but the spin
     for (const auto& p : presses) {
@@ -224,15 +190,6 @@ TEST_F(cameratest, spins) {
         cameraspin(p.spin, p.up);
         EXPECT_EQ(platform::gettext(p.control), p.after) << p.spin << " at " << p.before;
     }
-    // As if Enter had been pressed.
-    room(10, 5, 4);
-    SessionState.autoRedraw = on;
-    SessionState.cameraX = SessionState.cameraZ = 5;
-    setupcamera();
-    cameraspin("Spin2", false); // writes an empty text, and a 0 is not taken
-    EXPECT_EQ(SessionState.cameraX, 5);
-    cameraspin("Spin4", false); // but here it is
-    EXPECT_EQ(SessionState.cameraZ, 0);
 }
 
 } // namespace

@@ -89,7 +89,6 @@ TEST_F(scenetest, view2d) {
     checkcommand("Vrays", true);
     SessionState.parameterSource = 1;
     ParameterSet.Leq(1, 12) = 71.254F;
-    SessionState.drawAbort = on;
     SessionState.mapKind = "Dither";
     draw2dview(picture.surface, true);
     const lines expected = {"window -1 6.25 11 -1.25", "clear FFFFFF",
@@ -107,57 +106,38 @@ TEST_F(scenetest, view2d) {
                             "text 2.18 6.25 000000 Orvanta View v. 3.10 - hall.ray Freq.=Lin - Leq", "keep"};
     EXPECT_EQ(picture.lines, expected);
     EXPECT_EQ(SessionState.mapKind, "Normal");
-    EXPECT_EQ(SessionState.drawAbort, off);
-    EXPECT_EQ(scripted::statustext(1), "Left Click and drag for panning the image...");
     EXPECT_EQ(scripted::pointershape(), platform::shape::normal);
-    EXPECT_TRUE(scripted::called("pointer wait"));
     EXPECT_TRUE(isenabled("Cprint"));
-    for (const char* shown : {"Picture1", "SSFrame1", "Frame2DView"})
-        EXPECT_TRUE(platform::isvisible(shown)) << shown;
-    for (const char* hidden : {"Frame1", "Frame2"}) EXPECT_FALSE(platform::isvisible(hidden)) << hidden;
+    EXPECT_TRUE(platform::isvisible("Frame2DView"));
 }
 
 TEST_F(scenetest, layersof2d) {
     floorroom();
+    SessionState.viewPlane = planechoice::YZ;
+    SessionState.parameterSource = -1;
     checkcommand("CamVrec", false);
     draw2dview(picture.surface, true);
-    EXPECT_TRUE(items("circle 8 4").empty()); // no parameters yet: neither values nor circles
-    SessionState.parameterSource = -1;
-    picture.lines.clear();
-    draw2dview(picture.surface, true);
-    EXPECT_EQ(items("circle 8 4"), lines{"circle 8 4 .04 800080 fill 000004"});
-    EXPECT_EQ(items("text").size(), 3U); // the source, the value and the title
-
-    SessionState.viewPlane = planechoice::YZ;
-    picture.lines.clear();
-    draw2dview(picture.surface, true);
+    EXPECT_EQ(items("circle 4 1").size(), 1U); // beside its value, without the layer of receivers
     // Across runs y and upwards z, but the axes are the box's x and y; the window ends at 6.34 and 4.4.
     EXPECT_EQ(items("line 0 0 5 0"), lines{"line 0 0 5 0 000003"});
     EXPECT_EQ(items("line 0 0 6.").size(), 1U);
     EXPECT_EQ(items("line 0 0 0 4.").size(), 1U);
     for (const char* layer : {"Vroom", "Vsource", "Vaxes", "Post"}) checkcommand(layer, false);
-    SessionState.viewPlane = planechoice::XZ;
     picture.lines.clear();
     draw2dview(picture.surface, false); // without clearing
     EXPECT_EQ(picture.lines.size(), 3U) << "window, title, keep";
-    picture.lines.clear();
-    checkcommand("Vsource", true);
-    RoomModel.sourceZ(1) = 3;
-    draw2dview(picture.surface, true);
-    EXPECT_EQ(items("circle 2 3").size(), 1U);
 }
 
 TEST_F(scenetest, view3d) {
     wallroom();
-    RoomModel.doorCount = 1;
+    RoomModel.doorCount = RoomModel.holeCount = 1;
     RoomModel.doorVertexCount(1) = 2; // four edges all the same
-    RoomModel.holeCount = 1;
     RoomModel.holeVertexCount(1) = 3;
     const corner corners[] = {{-1, 0, -1}, {1, 0, -1}, {1, 0, 0}, {-1, 0, 0}};
     for (int k = 1; k <= 4; ++k) {
-        const corner& p = corners[k - 1];
-        std::tie(RoomModel.doorVertexX(1, k), RoomModel.doorVertexY(1, k), RoomModel.doorVertexZ(1, k)) = p;
-        std::tie(RoomModel.holeVertexX(1, k), RoomModel.holeVertexY(1, k), RoomModel.holeVertexZ(1, k)) = p;
+        roommodel& r = RoomModel;
+        std::tie(r.doorVertexX(1, k), r.doorVertexY(1, k), r.doorVertexZ(1, k)) = corners[k - 1];
+        std::tie(r.holeVertexX(1, k), r.holeVertexY(1, k), r.holeVertexZ(1, k)) = corners[k - 1];
     }
     checkcommand("Vrays", true);
     SessionState.parameterSource = 1;
@@ -181,12 +161,7 @@ TEST_F(scenetest, view3d) {
                             "text -.9024 1.2 000000 Orvanta View v. 3.10 - hall.ray Freq.=Lin - Leq", "keep"};
     EXPECT_EQ(picture.lines, expected);
     EXPECT_EQ(SessionState.mapKind, "Normal");
-    EXPECT_EQ(SessionState.autoRedraw, on);
-    EXPECT_EQ(scripted::statustext(1),
-              "Left Click and drag for panning the image, Right Click and drag for rotation...");
-    for (const char* shown : {"Picture1", "SSFrame1", "Frame1", "Frame2"})
-        EXPECT_TRUE(platform::isvisible(shown)) << shown;
-    EXPECT_FALSE(platform::isvisible("Frame2DView"));
+    EXPECT_TRUE(platform::isvisible("Frame1"));
 }
 
 TEST_F(scenetest, shrunkfaces) {
@@ -196,56 +171,37 @@ TEST_F(scenetest, shrunkfaces) {
     SessionState.shrinkFaces = true;
     SessionState.materialColour(7) = rgb(0x12, 0x34, 0x56);
     SessionState.materialColour(3) = rgb(0, 0x77, 0);
-    recordsurface page(750, 500);
-    draw3dview(picture.surface, true); // gives the main picture its window
-    picture.lines.clear();
-    draw3dview(page.surface, true);
+    checkcommand("Vaxes", false);
+    draw3dview(picture.surface, true);
     const lines wall = {"line -.7 -.35 .7 -.35 123456", "line .7 -.35 .7 .35 123456",
                         "line .7 .35 -.7 .35 123456", "line -.7 .35 -.7 -.35 123456"};
-    const lines onpicture = items("line");
-    ASSERT_EQ(onpicture.size(), 8U); // on the main picture, and the failing third face is no failure
-    EXPECT_EQ(lines(onpicture.begin(), onpicture.begin() + 4), wall);
-    EXPECT_TRUE(std::ranges::all_of(onpicture.begin() + 4, onpicture.end(),
-                                    [](const std::string& line) { return line.ends_with("007700"); }));
-    EXPECT_EQ(std::ranges::count(page.lines, "text -1.0192 .0384 FF0000 A"), 1);
-
-    picture.lines.clear();
-    drawshrinkface(3, 0);
-    EXPECT_EQ(items("line").size(), 3U);
+    const lines drawn = items("line");
+    ASSERT_EQ(drawn.size(), 8U); // the failing third face is no failure
+    EXPECT_EQ(lines(drawn.begin(), drawn.begin() + 4), wall);
+    EXPECT_TRUE(drawn.back().ends_with("007700"));
 }
 
 TEST_F(scenetest, layersof3d) {
     wallroom();
     for (const char* layer : {"Vsource", "CamVrec", "Vaxes", "Vrays"}) checkcommand(layer, false);
     RoomModel.faceVertexY(1, 1) = -11; // behind the camera
-    draw3dview(picture.surface, true);
+    draw3dview(picture.surface, false);
     // A stray line to (-12345, 0), cut at the edge three pixels beside the picture.
     EXPECT_EQ(items("line")[0].substr(0, 14), "line -1.8144 -");
-    EXPECT_EQ(items("line").size(), 4U);
-    RoomModel.faceCount = 0;
-    RoomModel.doorCount = 1; // belongs to the room, and there is none
-    picture.lines.clear();
-    draw3dview(picture.surface, false);
-    EXPECT_EQ(picture.lines.size(), 3U) << "window, title, keep";
+    EXPECT_EQ(picture.lines.size(), 7U) << "window, four edges, title, keep";
 }
 
 TEST_F(scenetest, sourcelabels) {
-    EXPECT_EQ(sourcelabel(1), "A");
-    EXPECT_EQ(sourcelabel(25), "Y");
-    EXPECT_EQ(sourcelabel(26), "@Z"); // the fault is meant
-    EXPECT_EQ(sourcelabel(27), "AA");
-    EXPECT_EQ(sourcelabel(52), "AZ");
-    EXPECT_EQ(sourcelabel(702), "ZZ");
-    for (const std::int32_t source : {703, 20000}) EXPECT_EQ(sourcelabel(source).size(), 2U) << source;
+    const std::pair<int, const char*> labels[] = {{1, "A"},   {25, "Y"},  {26, "@Z"}, // the fault is meant
+                                                  {27, "AA"}, {52, "AZ"}, {702, "ZZ"}};
+    for (const auto& [source, label] : labels) EXPECT_EQ(sourcelabel(source), label);
+    EXPECT_EQ(sourcelabel(20000).size(), 2U);
 }
 
 TEST_F(scenetest, titles) {
     sessionstate& s = SessionState;
     EXPECT_EQ(scenetitle(), "Orvanta View v. 3.10 - hall.ray");
     s.parameterSource = 1;
-    checkcommand("Post", false);
-    EXPECT_EQ(scenetitle(), "Orvanta View v. 3.10 - hall.ray");
-    s.mapInProgress = true; // a map has the values in its title too
     const struct {
         const char* parameter;
         int band, corrected, equalized;
@@ -253,7 +209,6 @@ TEST_F(scenetest, titles) {
     } cases[] = {{"T30", 6, 0, 0, " Freq.=1000 - T30"},
                  {"T30", 11, -1, -1, " Freq.=A - T30"},
                  {"STI", 11, -1, -1, " - STI-Male (Equalized) (Lw corrected)"},
-                 {"STI", 12, -1, 0, " - STI-Female (Lw corrected)"},
                  {"STI", 12, 0, 0, " - STI-Female"},
                  {"STI", 5, 0, 0, " Freq.=500 - STI"},
                  {"STI", 13, 0, 0, ""}};
@@ -264,8 +219,6 @@ TEST_F(scenetest, titles) {
         s.equalizeSpectrumFlag = one.equalized;
         EXPECT_EQ(scenetitle(), std::string("Orvanta View v. 3.10 - hall.ray") + one.text);
     }
-    s.resultFileName = "some/place/hall._01";
-    EXPECT_EQ(scenetitle(), "Orvanta View v. 3.10 - some/place/hall._01");
 }
 
 TEST_F(scenetest, impossibleviewskeepthepicture) {
@@ -273,13 +226,10 @@ TEST_F(scenetest, impossibleviewskeepthepicture) {
     SessionState.mapKind = "Dither";
     SessionState.cameraY = SessionState.targetY = 3; // on the target
     SessionState.cameraX = SessionState.targetX = 1.5F;
-    scripted::clearcalls();
     Redraw();
     EXPECT_EQ(picture.lines, lines{"restore"});
-    EXPECT_EQ(platform::gettext("CamX"), "1.5"); // the texts are written
     EXPECT_TRUE(platform::isvisible("Frame1")) << "the way out";
     EXPECT_EQ(SessionState.autoRedraw, on);
-    EXPECT_EQ(scripted::pointershape(), platform::shape::normal);
     Cprint(); // would print an empty page: no dialog comes
 
     picture.lines.clear();
@@ -308,8 +258,6 @@ TEST_F(manyfaces, escapeleavesthefaces) {
         EXPECT_EQ(scripted::yieldcount() - before, 2);
         EXPECT_EQ(items("line").size(), 2U * 256U * 4U);
         EXPECT_EQ(items("circle").size(), solid ? 1U : 2U); // the drawing goes on with what follows
-        EXPECT_EQ(items("text").back().ends_with("hall.ray"), true);
-        EXPECT_NE(SessionState.drawAbort, off);
 
         picture.lines.clear();
         solid ? draw3dview(picture.surface, true) : draw2dview(picture.surface, true);
@@ -318,7 +266,6 @@ TEST_F(manyfaces, escapeleavesthefaces) {
 }
 
 TEST_F(manyfaces, drawingaskedforatayieldcomesafterwards) {
-    SessionState.mapKind = "Dither";
     platform::setvisible("Frame1", true);
     scripted::atyield(1, [&] {
         EXPECT_EQ(SessionState.autoRedraw, off); // a field that loses the focus now asks for nothing
@@ -327,24 +274,19 @@ TEST_F(manyfaces, drawingaskedforatayieldcomesafterwards) {
     });
     redrawview(picture.surface);
     const auto last = std::ranges::find(picture.lines.rbegin(), picture.lines.rend(), "clear FFFFFF");
-    const auto after = static_cast<std::size_t>(last - picture.lines.rbegin());
-    EXPECT_GT(after, 5000U); // the whole 2D view, from a cleared surface
-    EXPECT_LT(picture.lines.size() - after, 1100U);
-    EXPECT_EQ(items("keep").size(), 1U); // the half picture was none to keep
-    EXPECT_EQ(SessionState.mapKind, "Dither");
+    EXPECT_GT(last - picture.lines.rbegin(), 5000); // the whole 2D view, from a cleared surface
+    EXPECT_EQ(items("keep").size(), 1U);            // the half picture was none to keep
     EXPECT_EQ(SessionState.autoRedraw, on);
     EXPECT_TRUE(platform::isvisible("Frame2DView"));
 }
 
 // --- Commands ---
 
-TEST_F(scenetest, drawcommandsandprinting) {
+TEST_F(scenetest, printingdrawsthelastviewonthepage) {
     floorroom();
-    SessionState.panX = 0.5F;
     recordsurface page(1000, 700);
     for (const bool solid : {true, false}) {
         solid ? Redraw() : CamRedr2D();
-        EXPECT_EQ(SessionState.panX, solid ? 0.5F : 0);
         SessionState.mapKind = "Contour";
         picture.lines.clear();
         page.lines.clear();
@@ -356,13 +298,6 @@ TEST_F(scenetest, drawcommandsandprinting) {
         EXPECT_EQ(plots, solid ? 0 : 1); // which only the 2D views have
         EXPECT_EQ(SessionState.mapKind, "Contour");
     }
-    scripted::clearcalls();
-    scripted::expectprint(nullptr);
-    Cprint();
-    scripted::expectprintersetup(false);
-    printsetup();
-    Copy();
-    EXPECT_EQ(scripted::calls(), (lines{"print", "printersetup", "clippicture", "beep"}));
 }
 
 } // namespace
