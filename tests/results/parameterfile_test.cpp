@@ -291,7 +291,8 @@ TEST_F(parameterfiles, BadFieldsNameTheirLine) {
         int line;
     } cases[] = {{"receivers =", ",1", ",many", errorkind::typemismatch, 4},
                  {"receivers =", ",1", ",99999999999", errorkind::overflow, 4},
-                 {"receivers =", ",1", ",2000000000", errorkind::typemismatch, 10}, // more than there are
+                 {"receivers =", ",1", ",-1", errorkind::subscript, 4},
+                 {"receivers =", ",1", ",5", errorkind::typemismatch, 10}, // more than there are
                  {"\"Leq\"", " 10.125", "\"10\"", errorkind::typemismatch, 8},
                  {"\"Leq\"", "\r\n 1 ", "\r\n 100001 ", errorkind::subscript, 9},
                  {"\"Leq\"", "\r\n 1 ", "\r\n-1 ", errorkind::subscript, 9},

@@ -279,8 +279,7 @@ TEST_F(workflows, AResultReadWholeOffersToSaveItsParameters) {
     load(MapLoad, "hall._01", platform::answer::no);
     EXPECT_FALSE(canopen(inside("hall.-01")));
     EXPECT_TRUE(
-        scripted::called("box|WARNING!|Do You want to save the computed parameters ?|yesno|exclamation|"
-                         "yes"));
+        scripted::called("box|WARNING!|Do You want to save the computed parameters ?|yesno|none|yes"));
     load(OpenRes, "hall._01", platform::answer::yes);
     EXPECT_GT(ParameterSet.STI(1, 11), 0.0F); // computed before it was saved
     EXPECT_NE(readtext(inside("hall.-01")).find(numbertext(static_cast<double>(ParameterSet.STI(1, 11)))),
@@ -302,7 +301,7 @@ TEST_F(workflows, AGoodParameterFileMayBeLoadedAlone) {
         expectidle();
     }
     EXPECT_TRUE(scripted::called("box|Attention!|Do You want to load directly only the acoustical parameters "
-                                 "without impulse response data?|yesno|question|no"));
+                                 "without impulse response data?|yesno|none|no"));
     // On No, as if there were none.
     loadbeside(OpenRes, "hall._01", platform::answer::no);
     EXPECT_EQ(SessionState.parameterSource, 1.0F);
