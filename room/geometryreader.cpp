@@ -100,16 +100,15 @@ void readpolygon(loading& load, std::int32_t slot, int highest, const std::strin
 }
 
 void readface(loading& load) {
-    roommodel& R = RoomModel;
     const std::int32_t face = nextslot(load, load.faces, highestface, "faces");
-    readpolygon(load, face, facevertices, "a face", R.faceLayerFlag, R.faceMaterial, R.faceVertexCount,
-                [&R, face](int v, float x, float y, float z) {
-                    R.faceVertexX(face, v) = x;
-                    R.faceVertexY(face, v) = y;
-                    R.faceVertexZ(face, v) = z;
+    readpolygon(load, face, facevertices, "a face", RoomModel.faceLayerFlag, RoomModel.faceMaterial,
+                RoomModel.faceVertexCount, [face](int v, float x, float y, float z) {
+                    RoomModel.faceVertexX(face, v) = x;
+                    RoomModel.faceVertexY(face, v) = y;
+                    RoomModel.faceVertexZ(face, v) = z;
                     extendbox(x, y, z);
                 });
-    R.faceInWall(face) = load.inwall;
+    RoomModel.faceInWall(face) = load.inwall;
 }
 
 // The face that an opening belongs to, 0 before the first one.
@@ -122,31 +121,29 @@ std::int16_t owningface(const loading& load) {
 }
 
 void readhole(loading& load) {
-    roommodel& R = RoomModel;
     const std::int32_t hole = nextslot(load, load.holes, highesthole, "holes");
     const std::int16_t face = owningface(load);
-    readpolygon(load, hole, holevertices, "a hole", R.holeLayerFlag, R.holeMaterial, R.holeVertexCount,
-                [&R, hole](int v, float x, float y, float z) {
-                    R.holeVertexX(hole, v) = x;
-                    R.holeVertexY(hole, v) = y;
-                    R.holeVertexZ(hole, v) = z;
+    readpolygon(load, hole, holevertices, "a hole", RoomModel.holeLayerFlag, RoomModel.holeMaterial,
+                RoomModel.holeVertexCount, [hole](int v, float x, float y, float z) {
+                    RoomModel.holeVertexX(hole, v) = x;
+                    RoomModel.holeVertexY(hole, v) = y;
+                    RoomModel.holeVertexZ(hole, v) = z;
                 });
-    R.holeFace(hole) = face;
-    R.faceHasOpening(face) = -1;
+    RoomModel.holeFace(hole) = face;
+    RoomModel.faceHasOpening(face) = -1;
 }
 
 void readdoor(loading& load) {
-    roommodel& R = RoomModel;
     const std::int32_t door = nextslot(load, load.doors, highestdoor, "doors");
     const std::int16_t face = owningface(load);
-    readpolygon(load, door, doorvertices, "a door", R.doorLayerFlag, R.doorMaterial, R.doorVertexCount,
-                [&R, door](int v, float x, float y, float z) {
-                    R.doorVertexX(door, v) = x;
-                    R.doorVertexY(door, v) = y;
-                    R.doorVertexZ(door, v) = z;
+    readpolygon(load, door, doorvertices, "a door", RoomModel.doorLayerFlag, RoomModel.doorMaterial,
+                RoomModel.doorVertexCount, [door](int v, float x, float y, float z) {
+                    RoomModel.doorVertexX(door, v) = x;
+                    RoomModel.doorVertexY(door, v) = y;
+                    RoomModel.doorVertexZ(door, v) = z;
                 });
-    R.doorFace(door) = face;
-    R.faceHasOpening(face) = -1;
+    RoomModel.doorFace(door) = face;
+    RoomModel.faceHasOpening(face) = -1;
 }
 
 void readsource(loading& load) {
