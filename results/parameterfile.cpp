@@ -370,6 +370,10 @@ std::string parameternameof(const std::string& name) {
     return withoutlast(name, 3) + "-" + name.substr(withoutlast(name, 2).size());
 }
 
+bool isparameterfile(const std::string& name) {
+    return parameternameof(name) == name;
+}
+
 void saveparameters(const std::string& name) {
     platform::beep();
     platform::pointer(platform::shape::wait);

@@ -10,6 +10,10 @@ namespace orv {
 // file is itself. Raises domain for a name that is too short.
 std::string parameternameof(const std::string& name);
 
+// Whether a name is that of its own parameter file: a result of such a name has none beside it, and saving
+// its parameters would replace it. Raises domain for a name that is too short.
+bool isparameterfile(const std::string& name);
+
 // Writes ParameterSet, the options of the speech index and the names into the parameter file of `name`, which
 // is replaced when all is written. Raises fileaccess; the old file stays then.
 void saveparameters(const std::string& name);

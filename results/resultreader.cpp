@@ -245,7 +245,7 @@ std::int32_t readenergies(loading& load, float* row, std::int32_t slots, working
         double values[octavebands];
         if (atend(load.file)) { // every further read fails
             std::fill(std::begin(values), std::end(values), load.value);
-            if (t % keptcorrections == 0) platform::yield();
+            if (t > 0 && t % keptcorrections == 0) platform::yield();
         } else {
             for (double& value : values) {
                 nextvalue(load);

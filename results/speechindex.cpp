@@ -160,6 +160,7 @@ void computesti() {
 void STIopt() {
     if (running) return platform::beep();
     computesti();
+    if (SessionState.parameterSource > 0 && isparameterfile(SessionState.resultFileName)) return;
     if (platform::messagebox("Warning",
                              "STI values could have been changed - Do You want to update the compressed "
                              "parameter file?",

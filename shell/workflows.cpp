@@ -89,11 +89,6 @@ void openroom() {
     }
 }
 
-// A result whose name is that of its own parameter file has none beside it.
-bool isparameterfile(const std::string& result) {
-    return parameternameof(result) == result;
-}
-
 // The result with its responses, the speech index computed and the parameters kept if the user wants it.
 void loadresponses(const std::string& name) {
     loadresult(name);

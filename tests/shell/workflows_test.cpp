@@ -3,6 +3,7 @@
 #include "tests/results/resulttext.h"
 #include "tests/testsupport.h"
 
+#include "results/speechindex.h"
 #include "shell/startup.h"
 #include "shell/workflows.h"
 
@@ -284,6 +285,18 @@ TEST_F(workflows, AResultReadWholeOffersToSaveItsParameters) {
     EXPECT_GT(ParameterSet.STI(1, 11), 0.0F); // computed before it was saved
     EXPECT_NE(readtext(inside("hall.-01")).find(numbertext(static_cast<double>(ParameterSet.STI(1, 11)))),
               std::string::npos);
+}
+
+// Its name is that of its own parameter file: saving the parameters would replace the responses.
+TEST_F(workflows, AResultNamedAsItsParameterFileIsKept) {
+    const std::string name = inside("hall._a-01"), text = resultfile("1.2");
+    writetext(name, text);
+    scripted::expectopen(name);
+    scripted::expectwindow("STI Options");
+    MapLoad(); // asks nothing more
+    scripted::expectwindow("STI Options");
+    STIopt();
+    EXPECT_EQ(readtext(name), text);
 }
 
 TEST_F(workflows, AGoodParameterFileMayBeLoadedAlone) {
