@@ -17,11 +17,8 @@
 #include <QGuiApplication>
 #include <QString>
 
-#include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <filesystem>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -110,9 +107,7 @@ void drawscene(benchmark::State& state) {
     QImage image(width, height, QImage::Format_RGB32);
     QPainter painter(&image);
     painter.setFont(picture.font);
-    double bestfloor = std::numeric_limits<double>::max(), bestdraw = bestfloor;
-    for (auto _ : state) {
-        auto start = std::chrono::steady_clock::now();
+    const auto handover = [&] {
         image.fill(Qt::white);
         painter.setPen(Qt::black);
         painter.drawLines(ready.lines.data(), static_cast<int>(ready.lines.size()));
@@ -120,18 +115,14 @@ void drawscene(benchmark::State& state) {
         for (const QRect& circle : ready.circles) painter.drawEllipse(circle);
         painter.setPen(Qt::black);
         for (const handedover::word& word : ready.words) painter.drawText(word.at, word.text);
-        bestfloor = std::min(bestfloor, orv::secondssince(start));
-
-        start = std::chrono::steady_clock::now();
+    };
+    const orv::besttimes best = orv::timeinturn(state, handover, [&] {
         orv::draw3dview(picture.surface, true);
         benchmark::DoNotOptimize(orv::picturecontents(picture).constBits());
-        const double seconds = orv::secondssince(start);
-        bestdraw = std::min(bestdraw, seconds);
-        state.SetIterationTime(seconds);
-    }
-    state.counters["handed_ms"] = bestfloor * 1000;
-    state.counters["draw3dview_ms"] = bestdraw * 1000;
-    state.counters["ratio"] = bestdraw / bestfloor;
+    });
+    state.counters["handed_ms"] = best.floor * 1000;
+    state.counters["draw3dview_ms"] = best.routine * 1000;
+    state.counters["ratio"] = best.routine / best.floor;
     state.counters["lines"] = static_cast<double>(ready.lines.size());
     state.counters["circles"] = static_cast<double>(ready.circles.size());
     state.counters["texts"] = static_cast<double>(ready.words.size());

@@ -1,14 +1,40 @@
 // The floor that readers are measured against: a bare std::from_chars loop over the same bytes in memory.
 #pragma once
 
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <limits>
 #include <string_view>
 
 namespace orv {
 
 inline double secondssince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Best seconds of a floor and of a routine, which run in turn, so that whatever slows the machine slows both.
+struct besttimes {
+    double floor = std::numeric_limits<double>::max();
+    double routine = std::numeric_limits<double>::max();
+};
+template <class first, class second>
+besttimes timeinturn(benchmark::State& state, first floor, second routine) {
+    besttimes best;
+    for (auto _ : state) {
+        auto start = std::chrono::steady_clock::now();
+        floor();
+        best.floor = std::min(best.floor, secondssince(start));
+
+        start = std::chrono::steady_clock::now();
+        routine();
+        const double seconds = secondssince(start);
+        best.routine = std::min(best.routine, seconds);
+        state.SetIterationTime(seconds);
+    }
+    return best;
 }
 
 // All numbers of a text, added up so that none can be left out.

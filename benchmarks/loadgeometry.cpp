@@ -10,10 +10,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <limits>
 
 namespace {
 
@@ -23,31 +21,21 @@ void loadgeometry(benchmark::State& state) {
     const orv::filebytes bytes = orv::readfile(path);
     orv::scripted::record(false);
 
-    auto start = std::chrono::steady_clock::now();
+    const auto start = std::chrono::steady_clock::now();
     orv::loadgeometry(path);
     const double firstload = orv::secondssince(start);
-    double bestfloor = std::numeric_limits<double>::max(), bestload = bestfloor;
-    for (auto _ : state) {
-        start = std::chrono::steady_clock::now();
-        benchmark::DoNotOptimize(orv::parseall(bytes));
-        bestfloor = std::min(bestfloor, orv::secondssince(start));
-
-        start = std::chrono::steady_clock::now();
-        orv::loadgeometry(path);
-        const double seconds = orv::secondssince(start);
-        bestload = std::min(bestload, seconds);
-        state.SetIterationTime(seconds);
-    }
+    const orv::besttimes best = orv::timeinturn(
+        state, [&] { benchmark::DoNotOptimize(orv::parseall(bytes)); }, [&] { orv::loadgeometry(path); });
     std::filesystem::remove(path);
     if (orv::RoomModel.faceCount != orv::highestface || orv::RoomModel.receiverCount != orv::highestreceiver)
         state.SkipWithError("the room was not read whole");
 
     const double megabytes = static_cast<double>(bytes.size) / 1e6;
     state.counters["MB"] = megabytes;
-    state.counters["load_MBps"] = megabytes / bestload;
-    state.counters["floor_MBps"] = megabytes / bestfloor;
+    state.counters["load_MBps"] = megabytes / best.routine;
+    state.counters["floor_MBps"] = megabytes / best.floor;
     state.counters["first_MBps"] = megabytes / firstload;
-    state.counters["ratio"] = bestfloor / bestload;
+    state.counters["ratio"] = best.floor / best.routine;
 }
 BENCHMARK(loadgeometry)->UseManualTime()->Unit(benchmark::kMillisecond)->MinTime(2);
 

@@ -16,11 +16,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <limits>
 #include <string>
 
 namespace {
@@ -64,18 +61,8 @@ void loadresult(benchmark::State& state) {
     }();
 
     const orv::filebytes bytes = orv::readfile(path);
-    double bestfloor = std::numeric_limits<double>::max(), bestload = bestfloor;
-    for (auto _ : state) {
-        auto start = std::chrono::steady_clock::now();
-        benchmark::DoNotOptimize(orv::parseall(bytes));
-        bestfloor = std::min(bestfloor, orv::secondssince(start));
-
-        start = std::chrono::steady_clock::now();
-        orv::loadresult(path);
-        const double seconds = orv::secondssince(start);
-        bestload = std::min(bestload, seconds);
-        state.SetIterationTime(seconds);
-    }
+    const orv::besttimes best = orv::timeinturn(
+        state, [&] { benchmark::DoNotOptimize(orv::parseall(bytes)); }, [&] { orv::loadresult(path); });
     std::filesystem::remove(path);
     if (orv::ImpulseResponse.taken != receivers + 1 || !(orv::ParameterSet.T30(receivers, 6) > 0))
         state.SkipWithError("the result was not read whole");
@@ -83,9 +70,9 @@ void loadresult(benchmark::State& state) {
     const double megabytes = static_cast<double>(bytes.size) / 1e6;
     const double table = 4.0 * orv::bandcount * (slots + 1) * (receivers + 1) / 1e6;
     state.counters["MB"] = megabytes;
-    state.counters["load_MBps"] = megabytes / bestload;
-    state.counters["floor_MBps"] = megabytes / bestfloor;
-    state.counters["ratio"] = bestfloor / bestload;
+    state.counters["load_MBps"] = megabytes / best.routine;
+    state.counters["floor_MBps"] = megabytes / best.floor;
+    state.counters["ratio"] = best.floor / best.routine;
     state.counters["peak_MB"] = peak / 1e6;
     state.counters["allowed_MB"] = megabytes + 1.1 * table;
 }

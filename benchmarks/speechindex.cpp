@@ -12,10 +12,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -61,22 +58,13 @@ void speechindex(benchmark::State& state) {
     session.noiseLevel.fill(45);
     orv::RoomModel.receiverCount = highestreceiver;
 
-    double bestfloor = std::numeric_limits<double>::max(), best = bestfloor;
-    for (auto _ : state) {
-        auto start = std::chrono::steady_clock::now();
-        benchmark::DoNotOptimize(takelogarithms(spectrum ? 2 : 1));
-        bestfloor = std::min(bestfloor, orv::secondssince(start));
-
-        start = std::chrono::steady_clock::now();
-        orv::computesti();
-        const double seconds = orv::secondssince(start);
-        best = std::min(best, seconds);
-        state.SetIterationTime(seconds);
-    }
+    const orv::besttimes best = orv::timeinturn(
+        state, [spectrum] { benchmark::DoNotOptimize(takelogarithms(spectrum ? 2 : 1)); },
+        [] { orv::computesti(); });
     if (!(orv::ParameterSet.STI(highestreceiver, 11) > 0)) state.SkipWithError("nothing was computed");
-    state.counters["floor_ms"] = bestfloor * 1000;
-    state.counters["computesti_ms"] = best * 1000;
-    state.counters["ratio"] = best / bestfloor;
+    state.counters["floor_ms"] = best.floor * 1000;
+    state.counters["computesti_ms"] = best.routine * 1000;
+    state.counters["ratio"] = best.routine / best.floor;
 }
 BENCHMARK(speechindex)
     ->ArgNames({"noise", "spectrum"})
