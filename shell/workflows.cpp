@@ -15,8 +15,6 @@
 #include "shell/sessionstate.h"
 #include "shell/settings.h"
 
-#include <optional>
-#include <utility>
 
 namespace orv {
 
@@ -34,39 +32,6 @@ constexpr std::string_view mapcommands[] = {"MapDoDither2D", "MapDoDither3D", "M
 constexpr std::string_view contourcommands[] = {"MapDoContour2D", "MapDoContour3D"};
 constexpr std::string_view responsecommands[] = {"ExportWAV", "ViewImpulse"};
 
-// From the dialog to the end of the command. A workflow that runs inside another leaves the pointer and the
-// commands to the outer one.
-struct job {
-    bool outermost = !commandssuspended();
-
-    job() {
-        platform::pointer(platform::shape::wait);
-        if (!outermost) return;
-        suspendcommands(true);
-        platform::setenabled("Redisplay", false);
-    }
-    ~job() {
-        if (!outermost) return;
-        platform::pointer(platform::shape::normal);
-        platform::setenabled("Redisplay", true);
-        suspendcommands(false);
-    }
-    job(const job&) = delete;
-    job& operator=(const job&) = delete;
-};
-
-// What a file dialog gave; nothing when it was cancelled.
-using filedialog = std::string (*)(const platform::filerequest&);
-std::optional<std::string> chosenfile(filedialog ask, const char* title, const char* filter,
-                                      const std::string& proposal) {
-    try {
-        return ask({title, filter, proposal, SessionState.dataDirectory});
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-        return std::nullopt;
-    }
-}
-
 template <class names>
 void enableall(const names& commands) {
     for (const std::string_view name : commands) enablecommand(name, true);
@@ -77,16 +42,11 @@ void openroom() {
     const auto chosen = chosenfile(platform::askopenfile, "Load a Orvanta CAD File", roomfilter,
                                    present.empty() ? roompattern : present);
     if (!chosen) return;
-    const job running;
+    const runningcommand running;
     SessionState.geometryFileName = *chosen;
     showtitle(*chosen);
     loadgeometry(*chosen);
-    enableroomcommands();
-    showscene();
-    if (SessionState.parameterSource != 0) {
-        enablemapcommands();
-        enablecommand("ExportWAV", true);
-    }
+    showroom();
 }
 
 // The result with its responses, the speech index computed and the parameters kept if the user wants it.
@@ -133,10 +93,8 @@ void Fsave() {
     const auto chosen =
         chosenfile(platform::asksavefile, "Save a Orvanta CAD File", roomfilter, savedroomproposal());
     if (!chosen) return;
-    const job running;
-    SessionState.geometryFileName = *chosen;
-    // A point as the first character makes no extension.
-    if (filenameof(*chosen).find('.', 1) == std::string::npos) SessionState.geometryFileName += ".ray";
+    const runningcommand running;
+    SessionState.geometryFileName = withdefaultextension(*chosen, "ray");
     showtitle(SessionState.geometryFileName);
     savegeometry(SessionState.geometryFileName);
 }
@@ -146,7 +104,7 @@ void OpenRes() {
     const auto chosen = chosenfile(platform::askopenfile, "Load an Impulse Response File and its Geometry",
                                    resultfilter, resultpattern);
     if (!chosen) return;
-    const job running;
+    const runningcommand running;
     openresult(*chosen);
     enableroomcommands();
     enablemapcommands();
@@ -167,7 +125,7 @@ void MapLoad() {
     const auto chosen =
         chosenfile(platform::askopenfile, "Load an Impulse Response File", resultfilter, resultpattern);
     if (!chosen) return;
-    const job running;
+    const runningcommand running;
     openresult(*chosen);
     enablemapcommands();
     forgetmaps();
@@ -191,6 +149,50 @@ std::string savedroomproposal() {
     if (room.size() >= extension && uppercase(room.substr(room.size() - extension)) == "RAY") return room;
     const std::string& dxf = SessionState.dxfFileName;
     return dxf.size() < extension ? roompattern : withoutextension(dxf) + "RAY";
+}
+
+runningcommand::runningcommand() : outermost(!commandssuspended()) {
+    platform::pointer(platform::shape::wait);
+    if (!outermost) return;
+    suspendcommands(true);
+    platform::setenabled("Redisplay", false);
+}
+
+runningcommand::~runningcommand() {
+    if (!outermost) return;
+    platform::pointer(platform::shape::normal);
+    platform::setenabled("Redisplay", true);
+    suspendcommands(false);
+}
+
+std::optional<std::string> chosenfile(filedialog ask, const char* title, const char* filter,
+                                      const std::string& proposal) {
+    try {
+        return ask({title, filter, proposal, SessionState.dataDirectory});
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::cancelled) throw;
+        return std::nullopt;
+    }
+}
+
+std::string withextension(const std::string& name, const std::string& extension) {
+    const std::size_t proper = name.size() - filenameof(name).size();
+    const std::size_t point = name.rfind('.');
+    const bool extended = point != std::string::npos && point > proper;
+    return name.substr(0, extended ? point : name.size()) + "." + extension;
+}
+
+std::string withdefaultextension(const std::string& name, const std::string& extension) {
+    // A point as the first character makes no extension.
+    return filenameof(name).find('.', 1) == std::string::npos ? name + "." + extension : name;
+}
+
+void showroom() {
+    enableroomcommands();
+    showscene();
+    if (SessionState.parameterSource == 0) return;
+    enablemapcommands();
+    enablecommand("ExportWAV", true);
 }
 
 void showtitle(const std::string& filename) {
