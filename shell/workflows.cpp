@@ -15,7 +15,6 @@
 #include "shell/sessionstate.h"
 #include "shell/settings.h"
 
-
 namespace orv {
 
 namespace {
