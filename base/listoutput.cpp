@@ -3,6 +3,9 @@
 
 #include "base/numbertext.h"
 
+#include <array>
+#include <charconv>
+
 namespace orv {
 
 namespace {
@@ -29,11 +32,16 @@ void listwhole(std::string& line, std::int64_t value) {
 }
 
 void printnumber(std::string& line, double value) {
-    line.append(numbertext(value)).append(1, ' ');
+    appendnumber(line, value);
+    line += ' ';
 }
 
 void printwhole(std::string& line, std::int64_t value) {
-    line.append(wholetext(value)).append(1, ' ');
+    std::array<char, 24> form{' '}; // of which the digits may take twenty
+    char* const begin = form.data() + (value < 0 ? 0 : 1);
+    char* const end = std::to_chars(begin, form.data() + form.size() - 1, value).ptr;
+    *end = ' ';
+    line.append(form.data(), end + 1);
 }
 
 void printzone(std::string& line) {

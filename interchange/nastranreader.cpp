@@ -80,12 +80,26 @@ std::string_view nextfield(importing& load) {
     return {front, static_cast<std::size_t>(back - front)};
 }
 
-// The number of the next field by `convert`, which may find it too large.
+// The number of the next field, which is plain and ends with its digits more often than not.
+numberprefix takenumber(importing& load, std::string_view& field) {
+    const std::string_view rest = load.file.buffer.substr(load.file.position);
+    const numberprefix number = readprefix(rest);
+    if (number.length == 0 || number.length >= rest.size() || rest[number.length] != ',') {
+        field = nextfield(load);
+        return readprefix(field);
+    }
+    field = rest.substr(0, number.length);
+    load.fieldbegin = load.file.position;
+    load.file.position += number.length + 1;
+    return number;
+}
+
+// The same by `convert`, which may find it too large.
 template <class converter>
 auto nextnumber(importing& load, converter convert) {
-    const std::string_view field = nextfield(load);
-    const numberprefix number = readprefix(field);
-    const auto quoted = [field] { return "\"" + std::string(field.substr(0, 40)) + "\""; };
+    std::string_view field;
+    const numberprefix number = takenumber(load, field);
+    const auto quoted = [&field] { return "\"" + std::string(field.substr(0, 40)) + "\""; };
     if (number.length == 0 && !field.empty())
         fieldfailure(load, errorkind::typemismatch, "expected a number, found " + quoted());
     try {
