@@ -257,7 +257,8 @@ void loadgeometry(const std::string& name) {
     const filebytes bytes = readfile(existingpath(name));
     const std::string shown = pagetext(name);
 
-    const std::int32_t formerbackground = beginroomload("Loading " + shown + " ...");
+    const std::int32_t formerbackground = startroomload("Loading " + shown + " ...");
+
     loading load;
     load.lines = openlist(bytes, shown);
     load.fields = load.lines;
@@ -278,7 +279,7 @@ void loadgeometry(const std::string& name) {
     RoomModel.sourceCount = load.sources;
     RoomModel.receiverCount = load.receivers;
     RoomModel.rayLineCount = load.raylines;
-    endroomload(formerbackground);
+    finishroomload(formerbackground);
 }
 
 } // namespace orv

@@ -1,4 +1,4 @@
-// What the readers of geometry share around their files.
+// The main window while a room is loaded.
 #include "room/roomload.h"
 
 #include "base/numbertext.h"
@@ -7,8 +7,6 @@
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
-#include <array>
-
 namespace orv {
 
 namespace {
@@ -16,24 +14,23 @@ namespace {
 constexpr std::int32_t loadinggrey = rgb(192, 192, 192);
 constexpr double fulllog = 0.85; // share of the window's height
 
-// The views and control frames that are hidden while a file is loaded; the next drawing shows them again.
-constexpr std::array viewcontrols = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
+// The views and control frames that are hidden meanwhile; the next drawing shows them again.
+constexpr const char* viewcontrols[] = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
 
-constexpr std::array<std::string_view, 5> roomcommands = {"Redraw", "CamRedr2D", "render", "BLNadd",
-                                                          "MapLoad"};
+constexpr std::string_view roomcommands[] = {"Redraw", "CamRedr2D", "render", "BLNadd", "MapLoad"};
 
 } // namespace
 
-std::int32_t beginroomload(const std::string& action) {
+std::int32_t startroomload(const std::string& status) {
     for (const char* control : viewcontrols) platform::setvisible(control, false);
     const std::int32_t formerbackground = platform::background(loadinggrey);
     platform::pointer(platform::shape::wait);
-    platform::statustext(1, action);
+    platform::statustext(1, status);
     resetroom();
     return formerbackground;
 }
 
-void endroomload(std::int32_t formerbackground) {
+void finishroomload(std::int32_t formerbackground) {
     platform::pointer(platform::shape::normal);
     computecentre();
     SessionState.targetX = RoomModel.roomCentreX;
@@ -47,19 +44,19 @@ void endroomload(std::int32_t formerbackground) {
     platform::yield();
 }
 
-void logimport(const std::string& text) {
-    if (platform::logfill() > fulllog) platform::clearlog();
-    platform::logline(text);
+void showprogress(loadprogress& progress, std::size_t position) {
+    const int percent = progress.size == 0 ? 100 : static_cast<int>(100 * position / progress.size);
+    if (percent != progress.percent) {
+        progress.percent = percent;
+        progress.text = wholetext(percent) + "%";
+    }
+    platform::statustext(2, progress.text);
+    platform::yield();
 }
 
-void showprogress(importprogress& progress, std::size_t position) {
-    if (position >= progress.shown) {
-        const std::size_t percent = position * 100 / progress.size;
-        progress.percent = wholetext(static_cast<std::int64_t>(percent)) + "%";
-        progress.shown = (progress.size * (percent + 1) + 99) / 100;
-    }
-    platform::statustext(2, progress.percent);
-    platform::yield();
+void logload(const std::string& line) {
+    if (platform::logfill() > fulllog) platform::clearlog();
+    platform::logline(line);
 }
 
 } // namespace orv

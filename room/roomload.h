@@ -1,31 +1,32 @@
-// What the readers of geometry share around their files: the main window while a room is read, the progress,
-// and the session's state once it is there.
+// What every reader of a room does with the main window, at its begin and its end.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace orv {
 
-// Hides the views behind a grey ground, shows the wait pointer and the action in the first status panel, and
-// empties the room. Returns the former ground for endroomload.
-std::int32_t beginroomload(const std::string& action);
+// Hides the views and their controls, turns the window grey, shows the wait pointer and the status text, and
+// empties the room. Returns the window's former background.
+std::int32_t startroomload(const std::string& status);
 
-// The room has been read: centre, target of the camera, the commands that need a room, no map any more, the
-// window as it was before.
-void endroomload(std::int32_t formerbackground);
+// For a room whose counts and box are set: computes its centre, which becomes the target, enables the
+// commands that look at a room, forgets maps of the former one, and puts pointer, status and background back.
+void finishroomload(std::int32_t formerbackground);
 
-// A line of an import's log, which begins again at the top when the window is full.
-void logimport(const std::string& text);
-
-// The place of an import in its file as a percentage in the second status panel; lets the event loop run.
-struct importprogress {
-    std::size_t size = 0;  // bytes
-    std::size_t shown = 1; // the next position that changes the percentage
-    std::string percent;   // as shown
+// How much of a file has been read, in the second status panel as whole percent of its bytes; a text is made
+// only when it changes.
+struct loadprogress {
+    std::size_t size = 0; // bytes
+    int percent = -1;     // shown last
+    std::string text;
 };
-void showprogress(importprogress& progress, std::size_t position);
+
+// Shows that the position has been reached and lets events in.
+void showprogress(loadprogress& progress, std::size_t position);
+
+// A line of the log that a load shows on the window; a full window is cleared first.
+void logload(const std::string& line);
 
 } // namespace orv

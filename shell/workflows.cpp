@@ -11,6 +11,7 @@
 #include "room/geometryreader.h"
 #include "room/geometrywriter.h"
 #include "scene/scenedrawing.h"
+#include "shell/filejob.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 #include "shell/settings.h"
@@ -41,11 +42,11 @@ void openroom() {
     const auto chosen = chosenfile(platform::askopenfile, "Load a Orvanta CAD File", roomfilter,
                                    present.empty() ? roompattern : present);
     if (!chosen) return;
-    const runningcommand running;
+    const filejob running;
     SessionState.geometryFileName = *chosen;
     showtitle(*chosen);
     loadgeometry(*chosen);
-    showroom();
+    showloadedroom();
 }
 
 // The result with its responses, the speech index computed and the parameters kept if the user wants it.
@@ -92,8 +93,10 @@ void Fsave() {
     const auto chosen =
         chosenfile(platform::asksavefile, "Save a Orvanta CAD File", roomfilter, savedroomproposal());
     if (!chosen) return;
-    const runningcommand running;
-    SessionState.geometryFileName = withdefaultextension(*chosen, "ray");
+    const filejob running;
+    SessionState.geometryFileName = *chosen;
+    // A point as the first character makes no extension.
+    if (filenameof(*chosen).find('.', 1) == std::string::npos) SessionState.geometryFileName += ".ray";
     showtitle(SessionState.geometryFileName);
     savegeometry(SessionState.geometryFileName);
 }
@@ -103,7 +106,7 @@ void OpenRes() {
     const auto chosen = chosenfile(platform::askopenfile, "Load an Impulse Response File and its Geometry",
                                    resultfilter, resultpattern);
     if (!chosen) return;
-    const runningcommand running;
+    const filejob running;
     openresult(*chosen);
     enableroomcommands();
     enablemapcommands();
@@ -124,7 +127,7 @@ void MapLoad() {
     const auto chosen =
         chosenfile(platform::askopenfile, "Load an Impulse Response File", resultfilter, resultpattern);
     if (!chosen) return;
-    const runningcommand running;
+    const filejob running;
     openresult(*chosen);
     enablemapcommands();
     forgetmaps();
@@ -206,6 +209,14 @@ void showscene() {
         draw3dview(picture, true);
     else
         draw2dview(picture, true);
+}
+
+void showloadedroom() {
+    enableroomcommands();
+    showscene();
+    if (SessionState.parameterSource == 0) return;
+    enablemapcommands();
+    enablecommand("ExportWAV", true);
 }
 
 void enableroomcommands() {

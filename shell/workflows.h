@@ -35,33 +35,9 @@ void showtitle(const std::string& filename);
 // Draws the scene afresh on the main picture, in 3D when the camera group is shown.
 void showscene();
 
-// What the workflows of other folders share with these.
-
-// A command from its dialog to its end: wait pointer, and the other commands suspended. One that runs inside
-// another leaves both to the outer one.
-struct runningcommand {
-    const bool outermost;
-
-    runningcommand();
-    ~runningcommand();
-    runningcommand(const runningcommand&) = delete;
-    runningcommand& operator=(const runningcommand&) = delete;
-};
-
-// What a file dialog gave; nothing when it was cancelled.
-using filedialog = std::string (*)(const platform::filerequest&);
-std::optional<std::string> chosenfile(filedialog ask, const char* title, const char* filter,
-                                      const std::string& proposal);
-
-// The name with its extension, from the last point of the file name proper that is not its first character,
-// replaced or added; "hall.ray" for hall.dxf and "ray".
-std::string withextension(const std::string& name, const std::string& extension);
-
-// The name with an extension added when it has none.
-std::string withdefaultextension(const std::string& name, const std::string& extension);
-
-// Brings commands and picture in line with a room that has come in.
-void showroom();
+// What follows a room read from any file: the commands that write it, the scene, and with a result in memory
+// the commands that need both.
+void showloadedroom();
 
 // Enables the commands that need a room in memory, and those that need parameters (contour maps only with a
 // contour step).
