@@ -5,6 +5,7 @@
 #include "interchange/nastranreader.h"
 #include "platform/platform.h"
 #include "results/speechindex.h"
+#include "shell/filejob.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 #include "shell/workflows.h"
@@ -34,11 +35,11 @@ void importroom(const char* title, const char* filter, const char* proposal,
     if (speechindexruns()) return platform::beep(); // its receivers must stay
     const auto chosen = chosenfile(platform::askopenfile, title, filter, proposal);
     if (!chosen) return;
-    const runningcommand running;
+    const filejob running;
     load(*chosen);
     SessionState.geometryFileName = withextension(*chosen, "ray");
     showtitle(SessionState.geometryFileName);
-    showroom();
+    showloadedroom();
 }
 
 } // namespace

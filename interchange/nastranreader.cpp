@@ -42,13 +42,14 @@ namespace {
 
 constexpr std::string_view marker = "$ Grid data section";
 constexpr int highestnode = 100000;
-constexpr int corners = 3; // of a triangle
+constexpr int corners = 3;             // of a triangle
+constexpr std::size_t exactdigits = 9; // of which 32 bits hold every number
 
 // What an import keeps between its cards.
 struct importing {
     listreader file;
     std::size_t fieldbegin = 0; // of the field taken last
-    importprogress progress;
+    loadprogress progress;
     std::vector<std::array<double, 3>> nodes; // x, y, z by number
     std::int32_t nodecount = 0, faces = 0;
     std::string log; // the line that is being made
@@ -80,17 +81,25 @@ std::string_view nextfield(importing& load) {
     return {front, static_cast<std::size_t>(back - front)};
 }
 
-// The number of the next field, which is plain and ends with its digits more often than not.
+// Length of the comma or line end at `at`; 0 when neither stands there.
+std::size_t closerat(std::string_view text, std::size_t at) {
+    if (at >= text.size()) return 0;
+    if (text[at] == ',' || text[at] == '\n') return 1;
+    return text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n' ? 2 : 0;
+}
+
+// The number of the next field, which more often than not is plain and ends with its digits.
 numberprefix takenumber(importing& load, std::string_view& field) {
     const std::string_view rest = load.file.buffer.substr(load.file.position);
     const numberprefix number = readprefix(rest);
-    if (number.length == 0 || number.length >= rest.size() || rest[number.length] != ',') {
+    const std::size_t closer = number.length == 0 ? 0 : closerat(rest, number.length);
+    if (closer == 0) {
         field = nextfield(load);
         return readprefix(field);
     }
     field = rest.substr(0, number.length);
     load.fieldbegin = load.file.position;
-    load.file.position += number.length + 1;
+    load.file.position += number.length + closer;
     return number;
 }
 
@@ -110,8 +119,23 @@ auto nextnumber(importing& load, converter convert) {
     fieldfailure(load, errorkind::overflow, "the number " + quoted() + " is too large");
 }
 
+// A whole number. Nearly all are a few digits alone in their field, which are taken at once.
+std::int32_t nextwhole(importing& load) {
+    const std::string_view rest = load.file.buffer.substr(load.file.position);
+    std::int32_t number = 0;
+    std::size_t digits = 0;
+    for (; digits < rest.size() && digits < exactdigits && rest[digits] >= '0' && rest[digits] <= '9';
+         ++digits)
+        number = number * 10 + (rest[digits] - '0');
+    const std::size_t closer = digits == 0 ? 0 : closerat(rest, digits);
+    if (closer == 0) return nextnumber(load, whole32);
+    load.fieldbegin = load.file.position;
+    load.file.position += digits + closer;
+    return number;
+}
+
 std::size_t nextnodenumber(importing& load) {
-    const std::int32_t number = nextnumber(load, whole32);
+    const std::int32_t number = nextwhole(load);
     if (number < 0 || number > highestnode)
         fieldfailure(load, errorkind::subscript,
                      "subscript out of range, node numbers are 0 to " + std::to_string(highestnode) +
@@ -120,7 +144,7 @@ std::size_t nextnodenumber(importing& load) {
 }
 
 void logcard(importing& load) {
-    logimport(load.log);
+    logload(load.log);
     showprogress(load.progress, load.file.position);
 }
 
@@ -159,7 +183,7 @@ void readtriangle(importing& load) {
                      "subscript out of range, a room holds at most " + std::to_string(highestface) +
                          " faces");
     const std::int32_t face = ++load.faces;
-    ResultSet.lastSlot = nextnumber(load, whole32); // this variable on purpose, though it is a result's
+    ResultSet.lastSlot = nextwhole(load); // this variable on purpose, though it is a result's
     RoomModel.faceMaterial(face) = nextnumber(load, whole16);
     RoomModel.faceVertexCount(face) = corners;
     RoomModel.faceLayerFlag(face) = RoomModel.faceInWall(face) = RoomModel.faceHasOpening(face) = 0;
@@ -208,9 +232,9 @@ void readcards(importing& load) {
 void loadnastran(const std::string& name) {
     const filebytes bytes = readfile(existingpath(name));
     const std::string shown = pagetext(name);
-    const std::int32_t formerbackground = beginroomload("Importing geometry from " + shown + " ...");
+    const std::int32_t formerbackground = startroomload("Importing geometry from " + shown + " ...");
     platform::clearlog();
-    logimport("searching for Nodes...");
+    logload("searching for Nodes...");
 
     importing load;
     load.file = openlist(bytes, shown);
@@ -218,10 +242,10 @@ void loadnastran(const std::string& name) {
     load.nodes.resize(highestnode + 1);
     findmarker(load);
     readcards(load);
-    logimport(wholetext(load.nodecount) + " nodes and" + wholetext(load.faces) + " faces imported");
+    logload(wholetext(load.nodecount) + " nodes and" + wholetext(load.faces) + " faces imported");
 
     RoomModel.faceCount = load.faces;
-    endroomload(formerbackground);
+    finishroomload(formerbackground);
 }
 
 } // namespace orv

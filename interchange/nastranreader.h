@@ -7,8 +7,8 @@ namespace orv {
 
 // Replaces the room by the triangles of a Nastran file: faces with three vertices and the card's material,
 // all their flags 0; no sources, receivers, openings or ray lines. A node that no card defines lies at 0, 0,
-// 0. Sets what endroomload of room/roomload.h sets. Nodes and faces are logged, and as the last line how many
-// of them came in. Until the end all counts are 0, and they stay 0 when the import fails.
+// 0. Sets what finishroomload of room/roomload.h sets. Nodes and faces are logged, and as the last line how
+// many of them came in. Until the end all counts are 0, and they stay 0 when the import fails.
 //
 // The number of each element goes through ResultSet.lastSlot, so that a loaded result is of no use behind an
 // import, finished or not.

@@ -16,6 +16,9 @@
 #include "shell/sessionstate.h"
 #include "shell/settings.h"
 
+#include <optional>
+#include <utility>
+
 namespace orv {
 
 namespace {
@@ -151,50 +154,6 @@ std::string savedroomproposal() {
     if (room.size() >= extension && uppercase(room.substr(room.size() - extension)) == "RAY") return room;
     const std::string& dxf = SessionState.dxfFileName;
     return dxf.size() < extension ? roompattern : withoutextension(dxf) + "RAY";
-}
-
-runningcommand::runningcommand() : outermost(!commandssuspended()) {
-    platform::pointer(platform::shape::wait);
-    if (!outermost) return;
-    suspendcommands(true);
-    platform::setenabled("Redisplay", false);
-}
-
-runningcommand::~runningcommand() {
-    if (!outermost) return;
-    platform::pointer(platform::shape::normal);
-    platform::setenabled("Redisplay", true);
-    suspendcommands(false);
-}
-
-std::optional<std::string> chosenfile(filedialog ask, const char* title, const char* filter,
-                                      const std::string& proposal) {
-    try {
-        return ask({title, filter, proposal, SessionState.dataDirectory});
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-        return std::nullopt;
-    }
-}
-
-std::string withextension(const std::string& name, const std::string& extension) {
-    const std::size_t proper = name.size() - filenameof(name).size();
-    const std::size_t point = name.rfind('.');
-    const bool extended = point != std::string::npos && point > proper;
-    return name.substr(0, extended ? point : name.size()) + "." + extension;
-}
-
-std::string withdefaultextension(const std::string& name, const std::string& extension) {
-    // A point as the first character makes no extension.
-    return filenameof(name).find('.', 1) == std::string::npos ? name + "." + extension : name;
-}
-
-void showroom() {
-    enableroomcommands();
-    showscene();
-    if (SessionState.parameterSource == 0) return;
-    enablemapcommands();
-    enablecommand("ExportWAV", true);
 }
 
 void showtitle(const std::string& filename) {

@@ -6,9 +6,6 @@
 // the command.
 #pragma once
 
-#include "platform/platform.h"
-
-#include <optional>
 #include <string>
 
 namespace orv {
