@@ -2,7 +2,10 @@
 #include "interchange/importcommands.h"
 
 #include "base/files.h"
+#include "interchange/cattreader.h"
+#include "interchange/cattwriter.h"
 #include "interchange/nastranreader.h"
+#include "interchange/rayons.h"
 #include "platform/platform.h"
 #include "results/speechindex.h"
 #include "shell/filejob.h"
@@ -42,6 +45,24 @@ void importroom(const char* title, const char* filter, const char* proposal,
     showloadedroom();
 }
 
+// The frame of every export. Its dialog, then `save` with the chosen name, which gets the extension when it
+// has none.
+void exportroom(const char* title, const char* filter, const std::string& proposal, const char* extension,
+                void (*save)(const std::string& name)) {
+    const auto chosen = chosenfile(platform::asksavefile, title, filter, proposal);
+    if (!chosen) return;
+    const filejob running;
+    // A point as the first character makes no extension.
+    const bool extended = filenameof(*chosen).find('.', 1) != std::string::npos;
+    save(extended ? *chosen : *chosen + "." + extension);
+}
+
+// The room's name with another extension, or a pattern for a room without a name.
+std::string proposedname(const char* extension) {
+    const std::string& room = SessionState.geometryFileName;
+    return room.empty() ? std::string("*.") + extension : withextension(room, extension);
+}
+
 } // namespace
 
 void ImportNastran() {
@@ -50,6 +71,23 @@ void ImportNastran() {
                    if (canopen(existingpath(name))) forgetresult(); // a missing file changes nothing
                    loadnastran(name);
                });
+}
+
+void ImportCatt() {
+    importroom("Load a Catt Acoustics .GEO File", "Geometry Files (*.GEO)|*.GEO", "*.geo", loadcatt);
+}
+
+void ExportCatt() {
+    exportroom("Save a .GEO File for Catt Acoustics", "Catt Acoustics Data Files (*.GEO)|*.GEO",
+               proposedname("geo"), "geo", savecatt);
+}
+
+void ImporRayonGeo() {
+    importroom("Load a Rayons GEO File", "Rayons Geo Files (*.geo)|*.geo", "*.GEO", loadrayons);
+}
+
+void FileExport() {
+    exportroom("Save a .GEO Rayons File", "Data Files (*.DAT)|*.DAT", proposedname("dat"), "dat", saverayons);
 }
 
 } // namespace orv

@@ -7,5 +7,11 @@
 namespace orv {
 
 void ImportNastran(); // "Import Nastran file": a loaded result counts as gone behind it
+void ImportCatt();    // "Import from Catt Acoustics"
+void ExportCatt();    // "Export to Catt Acoustics"
+
+// Not shown in the menu.
+void ImporRayonGeo(); // "Import from Rayons..."
+void FileExport();    // "Export to Rayons..."
 
 } // namespace orv

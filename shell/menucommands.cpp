@@ -3,6 +3,7 @@
 
 #include "base/runtimeerror.h"
 #include "base/table.h"
+#include "interchange/importcommands.h"
 #include "platform/platform.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
@@ -64,11 +65,11 @@ constexpr menucommand startrows[] = {
     row("File", "Fsave", "&Save Geometry File...", Fsave, disabled),
     row("File", "DXFIN", "&DXF In...", nullptr),
     row("File", "DXFOUT", "DXF &Out...", nullptr, disabled),
-    row("File", "ImportNastran", "Import &Nastran file", nullptr),
-    row("File", "ImporRayonGeo", "&Import from Rayons...", nullptr, hidden),
-    row("File", "FileExport", "&Export to Rayons...", nullptr, hidden | disabled),
-    row("File", "ImportCatt", "Import from &Catt Acoustics", nullptr),
-    row("File", "ExportCatt", "Export to Catt Acoustics", nullptr, disabled),
+    row("File", "ImportNastran", "Import &Nastran file", ImportNastran),
+    row("File", "ImporRayonGeo", "&Import from Rayons...", ImporRayonGeo, hidden),
+    row("File", "FileExport", "&Export to Rayons...", FileExport, hidden | disabled),
+    row("File", "ImportCatt", "Import from &Catt Acoustics", ImportCatt),
+    row("File", "ExportCatt", "Export to Catt Acoustics", ExportCatt, disabled),
     separator("File"),
     row("File", "OpenRes", "Open &Imp.Resp.+Geometry files...", OpenRes),
     row("File", "MapLoad", "Open &Imp.Resp. file only...", MapLoad, disabled),
