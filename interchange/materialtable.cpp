@@ -107,7 +107,7 @@ int readlines(int highestrow, taker take) {
         try {
             take(readline(lines), row);
         } catch (const runtimeerror& error) {
-            inputfailure(here, error.kind, error.text);
+            inputfailure(here, error);
         }
     }
     return row;

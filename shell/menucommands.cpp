@@ -3,7 +3,7 @@
 
 #include "base/runtimeerror.h"
 #include "base/table.h"
-#include "interchange/importcommands.h"
+#include "interchange/interchangecommands.h"
 #include "platform/platform.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
@@ -63,8 +63,8 @@ constexpr menutitle titles[] = {
 constexpr menucommand startrows[] = {
     row("File", "FLoad", "&Open Geometry File...", FLoad),
     row("File", "Fsave", "&Save Geometry File...", Fsave, disabled),
-    row("File", "DXFIN", "&DXF In...", nullptr),
-    row("File", "DXFOUT", "DXF &Out...", nullptr, disabled),
+    row("File", "DXFIN", "&DXF In...", DXFIN),
+    row("File", "DXFOUT", "DXF &Out...", DXFOUT, disabled),
     row("File", "ImportNastran", "Import &Nastran file", ImportNastran),
     row("File", "ImporRayonGeo", "&Import from Rayons...", ImporRayonGeo, hidden),
     row("File", "FileExport", "&Export to Rayons...", FileExport, hidden | disabled),

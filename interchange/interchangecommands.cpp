@@ -1,9 +1,11 @@
-// The commands that exchange rooms by Nastran, Catt and Rayons files.
-#include "interchange/importcommands.h"
+// The commands that exchange rooms with other programs.
+#include "interchange/interchangecommands.h"
 
 #include "base/files.h"
 #include "interchange/cattreader.h"
 #include "interchange/cattwriter.h"
+#include "interchange/dxfreader.h"
+#include "interchange/dxfwriter.h"
 #include "interchange/nastranreader.h"
 #include "interchange/rayons.h"
 #include "platform/platform.h"
@@ -64,6 +66,31 @@ std::string proposedname(const char* extension) {
 }
 
 } // namespace
+
+void DXFIN() {
+    if (speechindexruns()) return platform::beep(); // its receivers must stay
+    const auto chosen = chosenfile(platform::askopenfile, "Load an AutoCAD (TM) DXF File",
+                                   "Drawing Exch.Files (*.DXF)|*.DXF", "*.DXF");
+    if (!chosen) return;
+    const filejob running;
+    SessionState.geometryFileName = SessionState.dxfFileName = *chosen;
+    showtitle(*chosen);
+    loaddxf(*chosen);
+    showloadedroom();
+}
+
+void DXFOUT() {
+    const std::string& room = SessionState.geometryFileName;
+    const auto chosen =
+        chosenfile(platform::asksavefile, "Save a .DXF AutoCAD File", "Drawing Exch.Files (*.dxf)|*.dxf",
+                   room.empty() ? "*.dxf" : withextension(room, "dxf"));
+    if (!chosen) return;
+    const filejob running;
+    SessionState.dxfFileName = *chosen;
+    // A point as the first character makes no extension.
+    if (filenameof(*chosen).find('.', 1) == std::string::npos) SessionState.dxfFileName += ".DXF";
+    savedxf(SessionState.dxfFileName);
+}
 
 void ImportNastran() {
     importroom("Load a Nastran NAS File", "Drawing Exch.Files (*.NAS)|*.NAS", "*.nas",
