@@ -143,7 +143,7 @@ std::string_view takeupto(const importing& load, std::string_view& text, char ma
 std::string_view takebetween(std::string_view& text, char open, char close) {
     const std::size_t begin = text.find(open);
     if (begin == std::string_view::npos) return {};
-    const std::size_t end = text.find(close, begin);
+    const std::size_t end = text.find(close, begin + 1);
     if (end == std::string_view::npos) return {};
     const std::string_view inner = text.substr(begin + 1, end - begin - 1);
     text.remove_prefix(end + 1);
