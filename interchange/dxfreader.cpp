@@ -80,60 +80,72 @@ struct loading {
     std::size_t pair = 0; // where it begins
     int code = 0;
     std::string_view text;
-    double x = 0, y = 0, z = 0, angle = 0;
+    double x = 0, y = 0, z = 0, angle = 0, scratch = 0;
 };
 
 // --- Pairs ---
 
-// The next number, or 0 at the end of the file.
-double nextnumber(loading& load) {
-    const listreader here = load.file;
+// The next number into a place, which keeps its value at the end of the file.
+void takenumber(loading& load, double& place) {
+    const std::size_t begin = load.file.position;
     const numberfield field = tryreadnumber(load.file);
-    if (field.outcome == fieldoutcome::read) return field.value;
-    if (field.outcome == fieldoutcome::pastend) {
+    if (field.outcome == fieldoutcome::read) {
+        place = field.value;
+    } else if (field.outcome == fieldoutcome::pastend) {
         load.ended = true;
-        return 0;
+    } else {
+        load.file.position = begin;
+        readnumber(load.file); // raises
     }
-    load.file = here;
-    return readnumber(load.file); // which raises
 }
 
 int nextcode(loading& load) {
-    return whole16(nextnumber(load));
+    double code = 0;
+    takenumber(load, code);
+    return whole16(code);
 }
 
-std::string_view nextline(loading& load) {
-    load.ended = load.ended || atend(load.file);
-    return load.ended ? std::string_view() : readline(load.file);
+void taketext(loading& load) {
+    load.ended = atend(load.file);
+    if (!load.ended) load.text = readline(load.file);
+}
+
+void skipvalue(loading& load) {
+    load.ended = atend(load.file);
+    if (!load.ended) readline(load.file);
 }
 
 void readxy(loading& load, int code) {
-    load.x = nextnumber(load);
+    takenumber(load, load.x);
     const int behind = nextcode(load);
     if (load.ended) return;
     if (behind == code + 10)
-        load.y = nextnumber(load);
+        takenumber(load, load.y);
     else // its value is then read as the next code
         logload("Invalid Y coord code " + wholetext(behind));
 }
 
+// The value of a pair into the place that its code has.
+void readvalue(loading& load) {
+    const int code = load.code;
+    if (code < 10)
+        taketext(load);
+    else if (code < 20)
+        readxy(load, code);
+    else if (code >= 30 && code < 50)
+        takenumber(load, load.z);
+    else if (code >= 50 && code < 60)
+        takenumber(load, load.angle);
+    else if (code >= 60 && code < 80)
+        takenumber(load, load.scratch);
+    else
+        skipvalue(load);
+}
+
 void readgroup(loading& load) {
     load.pair = load.file.position;
-    const int code = load.code = nextcode(load);
-    if (load.ended) {
-    } else if (code < 10) {
-        load.text = nextline(load);
-    } else if (code < 20) {
-        readxy(load, code);
-    } else if (code >= 30 && code < 50) {
-        load.z = nextnumber(load);
-    } else if (code >= 50 && code < 60) {
-        load.angle = nextnumber(load);
-    } else if (code >= 60 && code < 80) {
-        nextnumber(load);
-    } else {
-        nextline(load);
-    }
+    load.code = nextcode(load);
+    if (!load.ended) readvalue(load);
     if (load.ended) load.code = 0;
 }
 
