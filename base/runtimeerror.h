@@ -41,7 +41,8 @@ bool attempt(step&& run) {
     }
 }
 
-// Runs a command with a dialog, whose cancel is the end of the command. Returns whether it went to its own end.
+// Runs a command with a dialog, whose cancel is the end of the command. Returns whether it went to its own
+// end.
 template <class step>
 bool untilcancelled(step&& run) {
     try {

@@ -16,8 +16,8 @@ namespace {
 // of which the drawing looks at the first.
 constexpr struct {
     std::string_view box, command;
-} twins[] = {{"Check2", "Vroom"},   {"Check3", "Vsource"}, {"Check4", "CamVrec"}, {"Check5", "BLNview"},
-             {"Check5", "Vbln"},    {"Check6", "Vaxes"},   {"Check7", "Post"},    {"Check9", "Vrays"}};
+} twins[] = {{"Check2", "Vroom"}, {"Check3", "Vsource"}, {"Check4", "CamVrec"}, {"Check5", "BLNview"},
+             {"Check5", "Vbln"},  {"Check6", "Vaxes"},   {"Check7", "Post"},    {"Check9", "Vrays"}};
 
 constexpr struct {
     std::string_view control;
