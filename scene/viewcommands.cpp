@@ -3,6 +3,7 @@
 
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
+#include "maps/redrawview.h"
 #include "scene/scenedrawing.h"
 #include "shell/sessionstate.h"
 

@@ -8,6 +8,7 @@
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
+#include "maps/redrawview.h"
 #include "scene/scenedrawing.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
