@@ -216,15 +216,51 @@ void longview() {
     clickanddraw("XZ");
 }
 
-// The value, its band and its colour have no window yet in which to choose them.
+// --- Dialogs of the maps and the scene ---
+
+void clickin(const QWidget& dialog, const char* name) {
+    QTest::mouseClick(dialog.findChild<QWidget*>(name), Qt::LeftButton, {}, QPoint(8, 8));
+}
+
+// The posted value and its band; Surfer's warning and the controls it brings, then without it again.
+void mappingoptions() {
+    answers::expectwindow("MappingOptions", [](QWidget& dialog) {
+        dialog.findChild<QComboBox*>("Parameter")->setCurrentText("C80");
+        dialog.findChild<QComboBox*>("ActFreq")->setCurrentText("1000");
+        picture("mapping-options");
+        clickin(dialog, "Surfer");
+        picture("mapping-options-surfer");
+        clickin(dialog, "Surfer");
+        clickin(dialog, "Command1");
+    });
+    answers::expectbox("SURFER must be installed", platform::answer::ok,
+                       [](QWidget&) { picture("surfer-warning"); });
+    choose("MapOptions");
+    check(SessionState.parameterName == "C80" && SessionState.bandIndex == band1k, "it is not C80 at 1 kHz");
+}
+
+void viewoptions() {
+    answers::expectwindow("ViewOptions", [](QWidget& dialog) {
+        clickin(dialog, "Picture7");
+        picture("view-options");
+        clickin(dialog, "Command1");
+    });
+    answers::expectcolour(rgb(0, 0, 0));
+    choose("ViewOpt");
+    check(SessionState.colourPosted == rgb(0, 0, 0), "the posted values are not black");
+}
+
+void rgbsettings() {
+    answers::expectwindow("RGBSettings", [](QWidget& dialog) {
+        picture("rgb-settings");
+        clickin(dialog, "Command1");
+    });
+    choose("RGBOpt");
+    check(filesize(datafile("RGB.BIN")) == 68, "RGB.BIN was not written whole");
+}
+
 void posted() {
-    click("XY");
-    SessionState.parameterName = "C80";
-    SessionState.bandIndex = band1k;
-    SessionState.colourPosted = rgb(0, 0, 0);
-    const std::size_t before = picturesum();
-    choose("CamRedr2D");
-    checkredrawn(before);
+    clickanddraw("XY");
 }
 
 void zoom() {
@@ -339,6 +375,9 @@ constexpr step steps[] = {
     {"The parameters alone", parametersalone, ""},
     {"View YZ", sideview, "2d-yz"},
     {"View XZ", longview, "2d-xz"},
+    {"Mapping options", mappingoptions, ""},
+    {"View options", viewoptions, ""},
+    {"RGB settings", rgbsettings, ""},
     {"Posted values: C80 at 1 kHz", posted, "2d-posted"},
     {"Zoom by focal length", zoom, "2d-zoom"},
     {"Draw 3D", spatial, "3d"},
