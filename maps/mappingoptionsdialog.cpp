@@ -160,7 +160,7 @@ void showmappingoptions(bool) {
     open.form.setupUi(&open.dialog);
     keepplaces(open.form);
     connectlists(open);
-    enter([&] { showall(open); });
+    showall(open);
     connectfields(open);
     connectboxes(open);
     connectbuttons(open);
