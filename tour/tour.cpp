@@ -269,7 +269,9 @@ void posted() {
 void drawmosaic(const char* command, const char* scheme, const char* plane) {
     answers::expectwindow("MappingOptions", [=](QWidget& dialog) {
         dialog.findChild<QComboBox*>("Colsch")->setCurrentText(scheme);
-        dialog.findChild<QLineEdit*>("Zvalue")->setText(plane);
+        auto* const third = dialog.findChild<QLineEdit*>("Zvalue");
+        third->selectAll();
+        QTest::keyClicks(third, plane);
         auto* const autorange = dialog.findChild<QCheckBox*>("ARcheck");
         if (!autorange->isChecked()) clickin(dialog, "ARcheck");
         clickin(dialog, "Command1");
