@@ -61,7 +61,7 @@ constexpr double raylength = 50;                      // of a ray line, in its d
 constexpr double flatness = 0.01;                     // m
 constexpr float boxmargin = 0.001F;                   // m
 constexpr float unsetbox = 100000;                    // m, where a face's box starts from
-constexpr std::string_view facepattern = "  ####0.0#";
+const numberpattern facepattern("  ####0.0#");
 
 struct point {
     float x = 0, y = 0, z = 0;
@@ -74,6 +74,8 @@ struct loading {
     bool checkplanes = false;
     std::unordered_map<std::string, std::int16_t> materials; // row by name in upper case
     std::int32_t faces = 0, holes = 0, doors = 0, sources = 0, receivers = 0, raylines = 0;
+
+    std::string line; // of the log, being made
 
     // The pair read last, and what earlier ones left.
     bool ended = false;   // nothing is left; then the code is 0
@@ -102,7 +104,8 @@ void takenumber(loading& load, double& place) {
 int nextcode(loading& load) {
     double code = 0;
     takenumber(load, code);
-    return whole16(code);
+    const int whole = std::fabs(code) < 1000 ? static_cast<int>(code) : 0;
+    return whole == code ? whole : whole16(code);
 }
 
 void taketext(loading& load) {
@@ -464,8 +467,9 @@ planarity planarityof(const point (&corner)[corners]) {
     return distance > flatness ? planarity::split : planarity::plane;
 }
 
-void logface(std::int32_t face) {
-    std::string line = "FACE n." + wholetext(face);
+void logface(loading& load, std::int32_t face) {
+    std::string& line = load.line;
+    line.assign("FACE n.").append(wholetext(face));
     for (int v = 1; v <= RoomModel.faceVertexCount(face); ++v)
         for (const float value :
              {RoomModel.faceVertexX(face, v), RoomModel.faceVertexY(face, v), RoomModel.faceVertexZ(face, v)})
@@ -481,7 +485,7 @@ void splitface(loading& load, const point (&corner)[corners]) {
     setvertex(face, 1, corner[0]);
     setvertex(face, 2, corner[2]);
     setvertex(face, 3, corner[3]);
-    logface(face);
+    logface(load, face);
 }
 
 void readface(loading& load) {
@@ -508,7 +512,7 @@ void readface(loading& load) {
         return;
     }
     if (shape == planarity::split) r.faceVertexCount(face) = 3;
-    logface(face);
+    logface(load, face);
     if (shape == planarity::split) splitface(load, corner);
 }
 
