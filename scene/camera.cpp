@@ -5,9 +5,10 @@
 #include "base/formatpattern.h"
 #include "base/numbertext.h"
 #include "base/runtimeerror.h"
+#include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
-#include "scene/scenedrawing.h"
+#include "scene/drawingturn.h"
 
 #include <array>
 #include <cmath>
@@ -166,6 +167,28 @@ viewcamera derivedcamera() {
     return c;
 }
 
+picturepoint inplane(const modelpoint& point) {
+    switch (SessionState.viewPlane) {
+    case planechoice::YZ:
+        return {point.y, point.z};
+    case planechoice::XZ:
+        return {point.x, point.z};
+    default:
+        return {point.x, point.y};
+    }
+}
+
+modelpoint fromplane(const picturepoint& point, double third) {
+    switch (SessionState.viewPlane) {
+    case planechoice::YZ:
+        return {third, point.x, point.y};
+    case planechoice::XZ:
+        return {point.x, third, point.y};
+    default:
+        return {point.x, point.y, third};
+    }
+}
+
 void planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3, double& a, double& b,
                      double& c, double& d) {
     const double px = p3.x - p1.x, py = p3.y - p1.y, pz = p3.z - p1.z;
@@ -260,8 +283,13 @@ void cameraspin(std::string_view spin, bool up) {
     }
 }
 
-void chooseplane(planechoice plane) {
+void setplane(planechoice plane) {
+    if (SessionState.viewPlane != plane) SessionState.gridReady = SessionState.contourReady = 0;
     SessionState.viewPlane = plane;
+}
+
+void chooseplane(planechoice plane) {
+    setplane(plane);
     redrawpicture();
 }
 

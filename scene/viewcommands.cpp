@@ -2,25 +2,12 @@
 #include "scene/viewcommands.h"
 
 #include "base/runtimeerror.h"
+#include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "scene/scenedrawing.h"
 #include "shell/sessionstate.h"
 
 namespace orv {
-
-namespace {
-
-// Runs a command with a dialog, whose cancel is the end of the command.
-template <class step>
-void untilcancelled(step&& run) {
-    try {
-        run();
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-    }
-}
-
-} // namespace
 
 void Redraw() {
     draw3dview(platform::picture(), true);
