@@ -3,9 +3,6 @@
 
 #include "base/numbertext.h"
 
-#include <array>
-#include <charconv>
-
 namespace orv {
 
 namespace {
@@ -37,11 +34,8 @@ void printnumber(std::string& line, double value) {
 }
 
 void printwhole(std::string& line, std::int64_t value) {
-    std::array<char, 24> form{' '}; // of which the digits may take twenty
-    char* const begin = form.data() + (value < 0 ? 0 : 1);
-    char* const end = std::to_chars(begin, form.data() + form.size() - 1, value).ptr;
-    *end = ' ';
-    line.append(form.data(), end + 1);
+    appendwhole(line, value);
+    line += ' ';
 }
 
 void printzone(std::string& line) {

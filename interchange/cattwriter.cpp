@@ -42,12 +42,17 @@ void addline(std::string& text, std::string_view line) {
     text.append(line).append(lineend);
 }
 
-void addpadded(std::string& text, float value, std::string_view pattern) {
+template <class patterns>
+void addfield(std::string& text, float value, const patterns& pattern, std::size_t width) {
     const std::size_t begin = text.size();
     appendformatted(text, value, pattern);
     const std::size_t length = text.size() - begin;
-    if (length < pattern.size()) text.insert(begin, pattern.size() - length, ' ');
-    if (length > pattern.size()) text.erase(begin, length - pattern.size());
+    if (length < width) text.insert(begin, width - length, ' ');
+    if (length > width) text.erase(begin, length - width);
+}
+
+void addpadded(std::string& text, float value, std::string_view pattern) {
+    addfield(text, value, pattern, pattern.size());
 }
 
 // --- Header ---
@@ -243,10 +248,12 @@ cornerlist listcorners() {
 }
 
 void addcorners(std::string& text, const cornerlist& list) {
+    const numberpattern pattern(cornerpattern);
     std::int32_t number = 0;
     for (const corner& at : list.corners) {
-        text += wholetext(++number);
-        for (const float coordinate : at) addpadded(text.append(1, ' '), coordinate, cornerpattern);
+        appendwhole(text, ++number);
+        for (const float coordinate : at)
+            addfield(text.append(1, ' '), coordinate, pattern, cornerpattern.size());
         text += lineend;
     }
 }
@@ -268,14 +275,19 @@ std::string lowercase(std::string_view name) {
     return lowered;
 }
 
-void addplanes(std::string& text, const cornerlist& list) {
+void addplanes(std::string& text, const cornerlist& list, const std::vector<std::int16_t>& materials) {
+    std::vector<std::string> lowered(highestmaterial + 1);
+    for (const std::int16_t row : materials)
+        lowered[static_cast<std::size_t>(row)] = lowercase(MaterialTable.materialName(row));
     std::size_t vertex = 0;
     for (std::int32_t face = 1; face <= RoomModel.faceCount; ++face) {
-        const std::string& material = MaterialTable.materialName(RoomModel.faceMaterial(face));
-        text.append(1, '[').append(std::to_string(face)).append(1, ' ').append(lowercase(material));
-        text += " / ";
-        for (int v = 1; v <= RoomModel.faceVertexCount(face); ++v) text += wholetext(list.numbers[vertex++]);
-        text.append(" / ").append(material).append(" ]").append(lineend);
+        const std::int16_t row = RoomModel.faceMaterial(face);
+        const std::size_t begin = text.size();
+        appendwhole(text, face);
+        text[begin] = '['; // in the place of the number's blank
+        text.append(1, ' ').append(lowered[static_cast<std::size_t>(row)]).append(" / ");
+        for (int v = 1; v <= RoomModel.faceVertexCount(face); ++v) appendwhole(text, list.numbers[vertex++]);
+        text.append(" / ").append(MaterialTable.materialName(row)).append(" ]").append(lineend);
     }
 }
 
@@ -311,7 +323,7 @@ void savecatt(const std::string& name) {
     addline(text, "");
     showaction("Writing list of planes... ");
     addline(text, "PLANES");
-    addplanes(text, corners);
+    addplanes(text, corners, materials);
     replacefile(name, text);
     platform::pointer(platform::shape::normal);
     showaction("Succesfully saved the .GEO file named " + shown);
