@@ -34,6 +34,8 @@ struct mapmark {
 // What a map is drawn from, taken once so that a user at a yield does not change it.
 struct mosaic {
     maprectangle area;
+    planechoice plane;
+    double third; // the plane's place, m
     int columns, rows;
     bool gridded;
     mapreceivers receivers; // empty where gridded
@@ -42,7 +44,8 @@ struct mosaic {
 mosaic startmosaic() {
     enablecommand("Cprint", true);
     sessionstate& s = SessionState;
-    mosaic map{mapextent(), s.Nx, s.Ny, s.useSurfer, {}};
+    mosaic map{mapextent(), s.viewPlane, static_cast<double>(s.mapThirdCoordinate), s.Nx, s.Ny,
+               s.useSurfer, {}};
     if (map.gridded) {
         const maprectangle& a = map.area;
         if (s.gridReady == 0) surfergrid(a.lo1, a.hi1, a.lo2, a.hi2);
@@ -104,8 +107,8 @@ void eachcell(const mosaic& map, step&& paint) {
     }
 }
 
-picturepoint projected(double p, double q) {
-    const modelpoint point = fromplane({p, q}, static_cast<double>(SessionState.mapThirdCoordinate));
+picturepoint projected(const mosaic& map, double p, double q) {
+    const modelpoint point = fromplane({p, q}, map.third, map.plane);
     picturepoint out;
     projectpoint(point.x, point.y, point.z, out.x, out.y);
     return out;
@@ -129,7 +132,8 @@ bool drawdither2d(DrawSurface& surface) {
         surface.box(cell.a, cell.b, cell.a + width, cell.b + height, colour);
     });
     surface.setFillStyle(fillstyle::transparent);
-    return drawscene2d(surface, false);
+    // The scene of another plane, chosen meanwhile, does not lie on this map.
+    return drawscene2d(surface, SessionState.viewPlane != map.plane);
 }
 
 bool drawdither3d(DrawSurface& surface, bool clearfirst) {
@@ -144,10 +148,10 @@ bool drawdither3d(DrawSurface& surface, bool clearfirst) {
     eachcell(map, [&](const mapcell& cell) {
         const double middle = (cell.b + cell.b + height) / 2;
         // The thickness follows the perspective of this very place.
-        const picturepoint low = projected(cell.a, cell.b);
-        const picturepoint high = projected(cell.a, cell.b + stripoverlap * height);
+        const picturepoint low = projected(map, cell.a, cell.b);
+        const picturepoint high = projected(map, cell.a, cell.b + stripoverlap * height);
         surface.setDrawWidth(-surface.toPixelsY(std::hypot(high.x - low.x, high.y - low.y)));
-        const picturepoint from = projected(cell.a, middle), to = projected(cell.a + width, middle);
+        const picturepoint from = projected(map, cell.a, middle), to = projected(map, cell.a + width, middle);
         surface.line(from.x, from.y, to.x, to.y, cellcolour(cell.value));
     });
     surface.setDrawWidth(1);
