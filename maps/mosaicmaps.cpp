@@ -1,7 +1,7 @@
 // The two mosaic maps: a common head, the walk over the cells by columns, and how a cell is painted in each.
 #include "maps/mosaicmaps.h"
 
-#include "base/arithmetic.h"
+#include "base/numbertext.h"
 #include "base/runtimeerror.h"
 #include "maps/colourschemes.h"
 #include "maps/mapfield.h"
@@ -15,6 +15,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace orv {
@@ -26,9 +27,13 @@ constexpr double stripoverlap = 1.5; // a strip is as much thicker than its cell
 // The middle grey of "White-Black" does not appear in a mosaic.
 constexpr double greyabove = 126, greybelow = 128, greyinstead = 126;
 
+// A page can be printed while the map on the screen is drawn.
 struct mapmark {
-    mapmark() { SessionState.mapInProgress = true; }
-    ~mapmark() { SessionState.mapInProgress = false; }
+    const bool within = std::exchange(SessionState.mapInProgress, true);
+    ~mapmark() {
+        SessionState.mapInProgress = within;
+        platform::statustext(2, "");
+    }
 };
 
 // What a map is drawn from, taken once so that a user at a yield does not change it.
@@ -102,6 +107,7 @@ void eachcell(const mosaic& map, step&& paint) {
             }
             paint(mapcell{a, b[row], value[row]});
         }
+        platform::statustext(2, numbertext(std::trunc(100.0 * (i + 1) / map.columns)) + "%");
         platform::yield();
         if (SessionState.drawAbort != off) break;
     }

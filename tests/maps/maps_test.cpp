@@ -181,6 +181,8 @@ TEST_F(maptest, mosaic2dCellByCell) {
     EXPECT_FALSE(SessionState.mapInProgress);
     EXPECT_EQ(scripted::countcalls("yield"), 6U);
     EXPECT_TRUE(scripted::called("status 1|Dithering..."));
+    EXPECT_TRUE(scripted::called("status 2| 33%"));
+    EXPECT_EQ(scripted::statustext(2), "");
 }
 
 TEST_F(maptest, theMiddleGreyIsLeftOut) {
