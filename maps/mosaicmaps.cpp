@@ -65,11 +65,9 @@ void showstart() {
     platform::statustext(1, "Dithering...");
 }
 
-// Raises divisionbyzero for levels between which there is nothing.
 void chooselevels(const mosaic& map) {
     if (!map.gridded && SessionState.autorange) autorangelevels(map.receivers);
-    if (SessionState.minLevel == SessionState.maxLevel)
-        throw runtimeerror{errorkind::divisionbyzero, "The lowest and the highest level are the same."};
+    levelindex(0); // raises for levels between which there is nothing
 }
 
 std::int32_t cellcolour(double value) {

@@ -280,7 +280,7 @@ TEST_F(maptest, cancelAndImpossibleMaps) {
     checkcommand("Post", true);
     SessionState.parameterName = "STI";
     SessionState.bandIndex = 2;
-    refused("STI band");
+    refused("STI has no value below 125 Hz");
     RoomModel.receiverCount = 0;
     SessionState.autorange = true;
     refused("no receivers");
