@@ -208,7 +208,7 @@ TEST_F(maptest, strips3d) {
     SessionState.Ny = 2;
     RoomModel.roomMaxX = 9;
     platform::setvisible("Frame1", true);
-    picture.surface.resize(750, 500, 1); // 2.4 m high
+    picture.surface.resize(750, 500, 1);                                    // 2.4 m high
     scripted::atyield(1, [] { SessionState.viewPlane = planechoice::XY; }); // too late for this map
     ASSERT_TRUE(drawdither3d(picture.surface, true));
     SessionState.viewPlane = planechoice::XZ;
