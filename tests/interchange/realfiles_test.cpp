@@ -59,13 +59,8 @@ std::vector<variant> variantsof(const std::string& text) {
     std::mt19937 random(1);
     for (std::size_t i = 0; i < damages; ++i) {
         std::string damaged = text;
-        for (std::size_t k = 0; k <= i && !damaged.empty(); ++k) {
-            const std::size_t at = random() % damaged.size();
-            if (k % 2 == 0)
-                damaged[at] = static_cast<char>(random());
-            else
-                damaged.erase(at, random() % 40);
-        }
+        for (std::size_t k = 0; k <= i && !damaged.empty(); ++k)
+            damaged.replace(random() % damaged.size(), random() % 40, k % 2, static_cast<char>(random()));
         variants.push_back({"damaged " + std::to_string(i), damaged});
     }
     variants.push_back({"rubbish", ""});
