@@ -435,6 +435,53 @@ void drawingin3d() {
     checkredrawn(before);
 }
 
+void checkroom(int faces, int roomsources, int roomreceivers, const char* name) {
+    check(RoomModel.faceCount == faces && RoomModel.sourceCount == roomsources &&
+              RoomModel.receiverCount == roomreceivers,
+          "the room was not read whole");
+    checktitle(datafile(name));
+}
+
+void importcatt() {
+    answers::expectfile("Load a Catt Acoustics .GEO File", datafile("lecture.geo"));
+    choose("ImportCatt");
+    checkroom(12, 1, 16, "lecture.ray");
+    replacefile(sessionfile("catt.txt"), MainWindow->logtext);
+}
+
+// Both the file for the other program and the one that this program keeps give the same room.
+void exportcatt() {
+    const std::vector<double> room = savedroom();
+    const std::string exported = sessionfile("lecture.geo"), saved = sessionfile("lecture.ray");
+    answers::expectfile("Save a .GEO File for Catt Acoustics", exported);
+    choose("ExportCatt");
+    resetroom();
+    answers::expectfile("Load a Catt Acoustics .GEO File", exported);
+    choose("ImportCatt");
+    check(savedroom() == room, "the exported room is not the one that was shown");
+    answers::expectfile("Save a Orvanta CAD File", saved);
+    choose("Fsave");
+    resetroom();
+    answers::expectfile("Load a Orvanta CAD File", saved);
+    choose("FLoad");
+    check(savedroom() == room, "the saved room is not the one that was imported");
+}
+
+void importnastran() {
+    answers::expectfile("Load a Nastran NAS File", datafile("rotunda.nas"));
+    choose("ImportNastran");
+    checkroom(432, 0, 0, "rotunda.ray");
+    replacefile(sessionfile("nastran.txt"), MainWindow->logtext);
+    check(!isenabled("MapOptions"), "a result is still in memory");
+}
+
+// Its entry is not shown.
+void importrayons() {
+    answers::expectfile("Load a Rayons GEO File", datafile("booth.geo"));
+    runcommand("ImporRayonGeo");
+    checkroom(7, 1, 2, "booth.ray");
+}
+
 void leave() {
     choose("FQuit");
     check(!MainWindow->form->isVisible(), "the window is still there");
@@ -475,6 +522,10 @@ constexpr step steps[] = {
     {"Import a drawing", importdrawing, "2d-dxf"},
     {"Export it and read it back", exportdrawing, ""},
     {"The drawing in 3D", drawingin3d, "3d-dxf"},
+    {"Import a Catt room", importcatt, "catt"},
+    {"Export it and save it", exportcatt, ""},
+    {"Import a Nastran mesh", importnastran, "nastran"},
+    {"Import a Rayons set", importrayons, "rayons"},
     {"Exit", leave, ""},
 };
 
