@@ -66,8 +66,8 @@ struct weightedsums {
     std::array<double, blocksize> weight{}, value{};
 };
 
-// Sums for the cells (c1, c2[0..7]). The cells run side by side, so that each one's sums have the order of the
-// receivers.
+// Sums for the cells (c1, c2[0..7]). The cells run side by side, so that each one's sums have the order of
+// the receivers.
 ORV_WIDELOOPS
 void addreceivers(weightedsums& sums, const double* first, const double* second, const double* value,
                   std::size_t count, double c1, const double* c2) {
@@ -99,7 +99,11 @@ void addreceivers(weightedsums& sums, const double* first, const double* second,
 maprectangle mapextent() {
     mapbox box = roombox();
     if (SessionState.useBlanking) taketolines(box);
-    return {box.lo1, box.hi1, box.lo2, box.hi2, quotient(box.hi1 - box.lo1, SessionState.Nx),
+    return {box.lo1,
+            box.hi1,
+            box.lo2,
+            box.hi2,
+            quotient(box.hi1 - box.lo1, SessionState.Nx),
             quotient(box.hi2 - box.lo2, SessionState.Ny)};
 }
 
@@ -127,7 +131,8 @@ double fieldvalue(const mapreceivers& receivers, double c1, double c2) {
     return value;
 }
 
-void fieldcolumn(const mapreceivers& receivers, double c1, std::span<const double> c2, std::span<double> values) {
+void fieldcolumn(const mapreceivers& receivers, double c1, std::span<const double> c2,
+                 std::span<double> values) {
     for (std::size_t begin = 0; begin < c2.size(); begin += blocksize) {
         // A last block that is not full repeats its last cell.
         std::array<double, blocksize> at{};

@@ -1,5 +1,5 @@
-// MapGrid: the field of a map as gridded values, where a gridding engine has computed it. Lives as long as the
-// process; surfergrid fills it, and gridReady says whether it fits the settings.
+// MapGrid: the field of a map as gridded values, where a gridding engine has computed it. Lives as long as
+// the process; surfergrid fills it, and gridReady says whether it fits the settings.
 #pragma once
 
 #include "base/table.h"

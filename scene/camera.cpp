@@ -5,9 +5,9 @@
 #include "base/formatpattern.h"
 #include "base/numbertext.h"
 #include "base/runtimeerror.h"
+#include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
-#include "maps/redrawview.h"
 #include "scene/drawingturn.h"
 
 #include <array>

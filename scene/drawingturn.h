@@ -11,9 +11,9 @@ namespace orv {
 // anything that can be drawn.
 using drawing = bool (*)(DrawSurface& surface, bool clearfirst);
 
-// Draws, with the wait pointer's end and the picture kept for later; a drawing that turns out to be impossible
-// gives the surface its last finished picture back. While another drawing has the surface, this one waits and
-// the call returns at once. What the drawing raises passes on.
+// Draws, with the wait pointer's end and the picture kept for later; a drawing that turns out to be
+// impossible gives the surface its last finished picture back. While another drawing has the surface, this
+// one waits and the call returns at once. What the drawing raises passes on.
 void taketurn(DrawSurface& surface, bool clearfirst, drawing wanted);
 
 // Whether a drawing runs now.

@@ -8,10 +8,10 @@
 
 namespace orv {
 
-// Draw the whole scene, in their turn (scene/drawingturn.h); with `clearfirst` the surface is made white first.
-// Show the wait pointer meanwhile, the view's groups of controls and its hint in the status bar, and leave
-// mapKind "Normal". The loop over the faces ends early when drawAbort is set, which is 0 at the start of every
-// drawing.
+// Draw the whole scene, in their turn (scene/drawingturn.h); with `clearfirst` the surface is made white
+// first. Show the wait pointer meanwhile, the view's groups of controls and its hint in the status bar, and
+// leave mapKind "Normal". The loop over the faces ends early when drawAbort is set, which is 0 at the start
+// of every drawing.
 //
 // Where the window or the camera cannot be computed (a division by zero) nothing is drawn, and the surface
 // gets its last finished picture back; the view's controls are shown all the same, which are the way out.

@@ -2,8 +2,8 @@
 #include "scene/viewcommands.h"
 
 #include "base/runtimeerror.h"
-#include "platform/platform.h"
 #include "maps/redrawview.h"
+#include "platform/platform.h"
 #include "scene/scenedrawing.h"
 #include "shell/sessionstate.h"
 
