@@ -24,10 +24,6 @@ constexpr double raylength = 50;   // of a ray line, in its direction triples
 constexpr double shrinkfactor = 0.7;
 constexpr double axes2d = 1.2, axes3d = 1.3; // length of the axes to the room's maxima
 
-constexpr std::string_view hint2d = "Left Click and drag for panning the image...";
-constexpr std::string_view hint3d =
-    "Left Click and drag for panning the image, Right Click and drag for rotation...";
-
 double wide(float value) {
     return static_cast<double>(value);
 }
@@ -309,7 +305,7 @@ bool drawscene2d(DrawSurface& surface, bool clearfirst) {
     drawaxes2d(surface);
     attempt([&] { drawposted(surface); }); // a parameter need not have a value in every band
     drawtitle(surface);
-    finish(hint2d);
+    finish(panhint2d);
     return true;
 }
 
@@ -331,7 +327,7 @@ bool drawscene3d(DrawSurface& surface, bool clearfirst) {
     attempt([&] { drawreceivers3d(surface); });
     attempt([&] { drawraylines3d(surface); });
     drawtitle(surface);
-    finish(hint3d);
+    finish(panhint3d);
     return true;
 }
 
