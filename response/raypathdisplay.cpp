@@ -8,6 +8,7 @@
 #include "room/roommodel.h"
 #include "scene/camera.h"
 #include "scene/drawingturn.h"
+#include "scene/modelpoints.h"
 #include "scene/pointer.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
@@ -25,19 +26,14 @@ double wide(float value) {
     return static_cast<double>(value);
 }
 
-modelpoint reflectionpoint(const raypath& path, std::int32_t point) {
-    const auto j = static_cast<std::size_t>(point);
-    return {wide(path.x[j]), wide(path.y[j]), wide(path.z[j])};
-}
-
 // The path's corners behind its source: reflections, then the receiver. A stated count below 0 has neither.
 template <class step>
 void eachcorner(const raypath& path, std::int32_t receiver, step&& visit) {
-    const roommodel& r = RoomModel;
-    for (std::int32_t j = 1; j <= path.pointCount; ++j)
-        visit(reflectionpoint(path, j), path.face[static_cast<std::size_t>(j)]);
-    if (path.pointCount >= 0)
-        visit({wide(r.receiverX(receiver)), wide(r.receiverY(receiver)), wide(r.receiverZ(receiver))}, 0);
+    for (std::int32_t point = 1; point <= path.pointCount; ++point) {
+        const auto j = static_cast<std::size_t>(point);
+        visit(modelpointof(path.x[j], path.y[j], path.z[j]), path.face[j]);
+    }
+    if (path.pointCount >= 0) visit(receiverpoint(receiver), 0);
 }
 
 bool isdrawable(const raypath& path) {
@@ -49,31 +45,12 @@ bool isdrawable(const raypath& path) {
     return true;
 }
 
-struct picturepoint {
-    double x, y;
-};
-
-picturepoint projected(const modelpoint& p) {
-    picturepoint out;
-    projectpoint(p.x, p.y, p.z, out.x, out.y);
-    return out;
-}
-
-picturepoint inplane(const modelpoint& p) {
-    return {SessionState.viewPlane == planechoice::YZ ? p.y : p.x,
-            SessionState.viewPlane == planechoice::XY ? p.y : p.z};
-}
-
 void outlineface(DrawSurface& surface, std::int32_t face) {
-    const roommodel& r = RoomModel;
-    const int n = r.faceVertexCount(face);
-    const auto corner = [&](int k) {
-        return projected(
-            {wide(r.faceVertexX(face, k)), wide(r.faceVertexY(face, k)), wide(r.faceVertexZ(face, k))});
-    };
+    const int n = RoomModel.faceVertexCount(face);
     surface.setDrawWidth(facewidth);
     for (int k = 1; k <= n; ++k) {
-        const picturepoint p = corner(k), q = corner(k < n ? k + 1 : 1);
+        const picturepoint p = projected(facepoint(face, k)),
+                           q = projected(facepoint(face, k < n ? k + 1 : 1));
         surface.line(p.x, p.y, q.x, q.y, SessionState.colourRays);
     }
     surface.setDrawWidth(1);
@@ -126,13 +103,11 @@ void drawpath(DrawSurface& surface, std::int32_t path, std::int32_t receiver) {
     const raypath* const drawn = findpath(receiver, path);
     if (!drawn || !isdrawable(*drawn)) return;
     const bool solid = platform::isvisible("Frame1");
-    const roommodel& r = RoomModel;
     const auto place = [solid](const modelpoint& p) { return solid ? projected(p) : inplane(p); };
     surface.setDrawMode(drawmodeinversexor);
     surface.setDrawStyle(drawstyle::solid);
     surface.setForeColor(SessionState.colourRays);
-    picturepoint last = place(
-        {wide(r.sourceX(drawn->source)), wide(r.sourceY(drawn->source)), wide(r.sourceZ(drawn->source))});
+    picturepoint last = place(sourcepoint(drawn->source));
     surface.plot(last.x, last.y);
     eachcorner(*drawn, receiver, [&](const modelpoint& corner, std::int32_t face) {
         const picturepoint next = place(corner);

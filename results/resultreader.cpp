@@ -28,6 +28,7 @@
 #include "platform/platform.h"
 #include "response/raypathreader.h"
 #include "response/raypathset.h"
+#include "response/responseplot.h"
 #include "results/acousticparameters.h"
 #include "results/parameterset.h"
 #include "results/resultset.h"
@@ -448,12 +449,12 @@ void warnofreverberation() {
 void loadresult(const std::string& name) {
     loading load;
     std::int32_t former = 0;
+    forgetresponse(); // the window of the former one
     platform::statustext(1, "Loading data from " + pagetext(name) + " ...");
     attempt([&] { SessionState.geometryFileName = geometrynameof(name); });
     ResultSet.soundSpeed = defaultspeed;
     for (const char* view : hiddenviews) platform::setvisible(view, false);
     former = platform::background(loggrey);
-    SessionState.selectedPath = SessionState.markedPath = 0;
     platform::clearlog();
     platform::logline("Loading " + pagetext(name) + " ....");
     platform::pointer(platform::shape::wait);

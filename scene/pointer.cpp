@@ -9,7 +9,7 @@
 #include "response/responseplot.h"
 #include "room/roommodel.h"
 #include "scene/camera.h"
-#include "scene/drawingturn.h"
+#include "scene/modelpoints.h"
 #include "scene/scenedrawing.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
@@ -50,12 +50,10 @@ void drawaxes(DrawSurface& surface) {
     } axes[] = {{{axislength * wide(r.roomMaxX), 0, 0}, QBColor(12)},
                 {{0, axislength * wide(r.roomMaxY), 0}, QBColor(10)},
                 {{0, 0, axislength * wide(r.roomMaxZ)}, QBColor(1)}};
-    double u0 = 0, v0 = 0;
-    projectpoint(0, 0, 0, u0, v0);
+    const picturepoint origin = projected({0, 0, 0});
     for (const auto& axis : axes) {
-        double u = 0, v = 0;
-        projectpoint(axis.end.x, axis.end.y, axis.end.z, u, v);
-        surface.line(u0, v0, u, v, axis.colour);
+        const picturepoint end = projected(axis.end);
+        surface.line(origin.x, origin.y, end.x, end.y, axis.colour);
     }
 }
 
@@ -168,16 +166,13 @@ void pictureescape() {
 }
 
 void setnearestrec(double x, double y) {
-    const roommodel& r = RoomModel;
     const bool solid = solidview();
-    const planechoice plane = SessionState.viewPlane;
     double best = farthest;
     std::int32_t nearest = 0;
-    for (std::int32_t i = 1; i <= r.receiverCount; ++i) {
-        const modelpoint p{wide(r.receiverX(i)), wide(r.receiverY(i)), wide(r.receiverZ(i))};
-        double a = plane == planechoice::YZ ? p.y : p.x, b = plane == planechoice::XY ? p.y : p.z;
-        if (solid) projectpoint(p.x, p.y, p.z, a, b);
-        const double distance = (a - x) * (a - x) + (b - y) * (b - y);
+    for (std::int32_t i = 1; i <= RoomModel.receiverCount; ++i) {
+        const modelpoint receiver = receiverpoint(i);
+        const picturepoint p = solid ? projected(receiver) : inplane(receiver);
+        const double distance = (p.x - x) * (p.x - x) + (p.y - y) * (p.y - y);
         if (distance < best) {
             best = distance;
             nearest = i;

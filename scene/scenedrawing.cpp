@@ -9,6 +9,7 @@
 #include "room/roommodel.h"
 #include "scene/camera.h"
 #include "scene/drawingturn.h"
+#include "scene/modelpoints.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
@@ -29,11 +30,6 @@ double wide(float value) {
     return static_cast<double>(value);
 }
 
-modelpoint facepoint(std::int32_t face, int vertex) {
-    const roommodel& r = RoomModel;
-    return {wide(r.faceVertexX(face, vertex)), wide(r.faceVertexY(face, vertex)),
-            wide(r.faceVertexZ(face, vertex))};
-}
 modelpoint holepoint(std::int32_t hole, int vertex) {
     const roommodel& r = RoomModel;
     return {wide(r.holeVertexX(hole, vertex)), wide(r.holeVertexY(hole, vertex)),
@@ -44,14 +40,6 @@ modelpoint doorpoint(std::int32_t door, int vertex) {
     return {wide(r.doorVertexX(door, vertex)), wide(r.doorVertexY(door, vertex)),
             wide(r.doorVertexZ(door, vertex))};
 }
-modelpoint sourcepoint(std::int32_t source) {
-    const roommodel& r = RoomModel;
-    return {wide(r.sourceX(source)), wide(r.sourceY(source)), wide(r.sourceZ(source))};
-}
-modelpoint receiverpoint(std::int32_t receiver) {
-    const roommodel& r = RoomModel;
-    return {wide(r.receiverX(receiver)), wide(r.receiverY(receiver)), wide(r.receiverZ(receiver))};
-}
 modelpoint raystart(std::int32_t ray) {
     const roommodel& r = RoomModel;
     return {wide(r.rayLineX1(ray)), wide(r.rayLineY1(ray)), wide(r.rayLineZ1(ray))};
@@ -61,12 +49,6 @@ modelpoint rayend(std::int32_t ray) {
     return {wide(r.rayLineX1(ray)) + raylength * wide(r.rayLineX2(ray)),
             wide(r.rayLineY1(ray)) + raylength * wide(r.rayLineY2(ray)),
             wide(r.rayLineZ1(ray)) + raylength * wide(r.rayLineZ2(ray))};
-}
-
-picturepoint projected(const modelpoint& p) {
-    picturepoint out;
-    projectpoint(p.x, p.y, p.z, out.x, out.y);
-    return out;
 }
 
 // Runs `drawface` for every face until the user stops it.

@@ -5,6 +5,9 @@
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "platform/qt/qttext.h"
+#include "response/raypathdisplay.h"
+#include "response/responseplot.h"
+#include "response/responsewindow.h"
 #include "results/stidialog.h"
 #include "results/tablewindow.h"
 #include "scene/paintersurface.h"
@@ -58,8 +61,10 @@ struct namedwindow {
     std::string_view name;
     void (*show)(bool modal);
 };
-constexpr namedwindow namedwindows[] = {
-    {"About", showabout}, {"STI Options", showstidialog}, {"Table", showtablewindow}};
+constexpr namedwindow namedwindows[] = {{"About", showabout},
+                                        {"STI Options", showstidialog},
+                                        {"Table", showtablewindow},
+                                        {responsewindowname, showresponsewindow}};
 
 constexpr struct {
     buttons choice;
@@ -314,6 +319,15 @@ void showwindow(const std::string& name, bool modal) {
     throw runtimeerror{errorkind::subscript, "No window is named \"" + name + "\"."};
 }
 
+// The response window is the only one that stays open beside the main one.
+void closewindow(const std::string& name) {
+    if (name == responsewindowname) closeresponsewindow();
+}
+
+void updatewindow(const std::string& name) {
+    if (name == responsewindowname) updateresponsewindow();
+}
+
 // --- The event loop ---
 
 void yield() {
@@ -339,8 +353,9 @@ void halt(int status) {
 void pointer(shape form) {
     showwait(form == shape::wait);
     if (form == shape::wait || !MainWindow) return;
+    // The sign of panning rests over the picture, and the arrow where receivers are picked.
     if (form == shape::normal)
-        MainWindow->picturewidget->unsetCursor();
+        MainWindow->picturewidget->setCursor(raypathsshown() ? Qt::ArrowCursor : Qt::SizeAllCursor);
     else
         MainWindow->picturewidget->setCursor(form == shape::placedpoint ? placedcursor()
                                                                         : QCursor(cursorof(form)));
