@@ -143,6 +143,10 @@ void closed() {
     shown->dialog->deleteLater();
 }
 
+bool isopen() {
+    return shown && shown->open;
+}
+
 // --- Building ---
 
 void connectlists() {
@@ -188,7 +192,15 @@ void connectwindow() {
     plot.pointer = pointplot;
     plot.resize = fitplot;
     hook(*form.Picture1, plot);
+    // Escape on the button too, which would close the window otherwise.
+    windowhook escape;
+    escape.key = [](int key) {
+        if (key == Qt::Key_Escape) keyplot(key);
+    };
+    escape.keytaken = [](int key) { return key == Qt::Key_Escape; };
+    hook(*form.schlabel, escape);
     hook(*shown->dialog, {.close = closed});
+    QObject::connect(shown->dialog, &QDialog::finished, [] { enter(closed); });
     QObject::connect(form.schlabel, &QPushButton::clicked, form.schlabel, [] {
         enter(toggleschroeder);
         showtexts(true);
@@ -218,7 +230,8 @@ void openplotnow() {
 } // namespace
 
 void showresponsewindow(bool modal) {
-    if (shown) return;
+    if (isopen()) return;
+    if (shown) delete shown->dialog; // a former one that waits for its end
     shown = std::make_unique<responsewindow>();
     QDialog& dialog = *shown->dialog;
     shown->form.setupUi(&dialog);
@@ -237,11 +250,11 @@ void showresponsewindow(bool modal) {
 }
 
 void closeresponsewindow() {
-    if (shown && shown->open) shown->dialog->close();
+    if (isopen()) shown->dialog->close();
 }
 
 void updateresponsewindow() {
-    if (!shown || !shown->open) return;
+    if (!isopen()) return;
     showchoices();
     showtexts(true);
 }
