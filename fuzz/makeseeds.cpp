@@ -89,6 +89,10 @@ int main(int count, char** arguments) {
         const std::string room = orv::samples::geometrytext();
         const orv::filebytes ini = orv::readfile(DATA_FILES "/orvanta.ini");
         const std::string settings{std::string_view(ini)};
+        const int first[] = {1};
+        const std::string paths = orv::samples::pathstext({.order = 1}, first);
+        std::string manypoints;
+        for (int i = 0; i < 11; ++i) manypoints += ",1,1,2,3";
         const seed seeds[] = {
             {"fuzzgeometry", "hall", firstlines(room, 60)},
             {"fuzzgeometry", "end", room.substr(room.rfind(" Source"))},
@@ -101,6 +105,9 @@ int main(int count, char** arguments) {
             {"fuzzresult", "new", shortresult(1.2)},
             {"fuzzresult", "old", shortresult(1.1)},
             {"fuzzresult", "barelinefeeds", withoutreturns(shortresult(1.2))},
+            {"fuzzraypaths", "hall", firstlines(paths, 20)},
+            {"fuzzraypaths", "barelinefeeds", withoutreturns(firstlines(paths, 3))},
+            {"fuzzraypaths", "overflow", "1,1,.02,1,1,1,1,1,1,1,1,1,1,11" + manypoints + "\r\n2 words"},
             {"fuzzparameters", "current", parameters},
             {"fuzzparameters", "notail", parameters.substr(0, parameters.find("\"Parameter =\",\"EDT\""))},
             {"fuzzparameters", "older", olderparametertext()},
