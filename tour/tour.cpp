@@ -17,9 +17,11 @@
 #include "shell/sessionstate.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QImage>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
 #include <QRadioButton>
@@ -265,6 +267,45 @@ void posted() {
     clickanddraw("XY");
 }
 
+// A map with the options given: the scheme, the lowest and highest level from the receivers' values.
+void drawmosaic(const char* command, const char* scheme, const char* plane) {
+    answers::expectwindow("MappingOptions", [=](QWidget& dialog) {
+        dialog.findChild<QComboBox*>("Colsch")->setCurrentText(scheme);
+        auto* const third = dialog.findChild<QLineEdit*>("Zvalue");
+        third->selectAll();
+        QTest::keyClicks(third, plane);
+        auto* const autorange = dialog.findChild<QCheckBox*>("ARcheck");
+        if (!autorange->isChecked()) clickin(dialog, "ARcheck");
+        clickin(dialog, "Command1");
+    });
+    const std::size_t before = picturesum();
+    choose(command);
+    checkredrawn(before);
+    check(SessionState.mapKind == "Dither" && SessionState.minLevel < SessionState.maxLevel,
+          "there is no map");
+}
+
+void mapinplan() {
+    drawmosaic("MapDoDither2D", "Iris", "1.2");
+}
+
+void mapinsection() {
+    clickanddraw("XZ");
+    drawmosaic("MapDoDither2D", "White-Black", "10");
+    picture("map-2d-section");
+    clickanddraw("XY");
+}
+
+void mapinspace() {
+    drawmosaic("MapDoDither3D", "Blue-Red", "1.2");
+}
+
+void mapinspacesection() {
+    SessionState.viewPlane = planechoice::YZ; // as View Options sets it, without a redraw
+    drawmosaic("MapDoDither3D", "Green-Red", "18");
+    SessionState.viewPlane = planechoice::XY;
+}
+
 void zoom() {
     typeanddraw("FocLenght", "150");
 }
@@ -478,11 +519,15 @@ constexpr step steps[] = {
     {"View options", viewoptions, ""},
     {"RGB settings", rgbsettings, ""},
     {"Posted values: C80 at 1 kHz", posted, "2d-posted"},
+    {"Map of C80 in plan", mapinplan, "map-2d"},
+    {"Map of C80 in section", mapinsection, ""},
     {"Zoom by focal length", zoom, "2d-zoom"},
     {"Draw 3D", spatial, "3d"},
     {"Focal length by its steps", focallength, "3d-wide"},
     {"Camera by its fields", cameratyped, "3d-camera"},
     {"Camera and target by their steps", cameraspun, "3d-steps"},
+    {"Map of C80 in 3D", mapinspace, "map-3d"},
+    {"Map of C80 across the hall", mapinspacesection, "map-3d-section"},
     {"Save the room and read it back", saveroom, ""},
     {"Copy the picture", copypicture, ""},
     {"Print the picture to a file", print, ""},
