@@ -8,7 +8,7 @@
 #include "response/responseplot.h"
 #include "results/resultset.h"
 #include "room/roommodel.h"
-#include "scene/recordsurface.h"
+#include "scene/drawsurface.h"
 #include "shell/menucommands.h"
 #include "tests/results/startvalues.h"
 
@@ -21,12 +21,28 @@ namespace {
 
 constexpr int receivers = 3, slots = 50;
 
+// A surface that draws nothing.
+orv::DrawSurface blanksurface() {
+    orv::DrawSurface surface;
+    surface.device.clear = [](void*, std::int32_t) {};
+    surface.device.line = [](void*, const orv::surfacepen&, double, double, double, double) {};
+    surface.device.plot = [](void*, const orv::surfacepen&, double, double) {};
+    surface.device.box = [](void*, const orv::surfacepen&, const std::int32_t*, double, double, double,
+                            double) {};
+    surface.device.filledbox = [](void*, const orv::surfacepen&, double, double, double, double) {};
+    surface.device.circle = [](void*, const orv::surfacepen&, const std::int32_t*, double, double, double) {};
+    surface.device.text = [](void*, const orv::surfacepen&, double, double, std::string_view) {};
+    surface.device.textwidth = [](void*, std::string_view) { return 8.0; };
+    surface.resize(400, 300, 1);
+    return surface;
+}
+
 void prepare() {
     orv::enterscratch();
     orv::setstartvalues();
     orv::resetcommands();
-    static orv::recordsurface picture(200, 100);
-    orv::scripted::setpicture(&picture.surface);
+    static orv::DrawSurface picture = blanksurface();
+    orv::scripted::setpicture(&picture);
     orv::ResultSet.timeStep = 0.01F;
     orv::ResultSet.lastSlot = slots - 1;
     orv::ResultSet.receiverDelay.assign(receivers + 1, 0);
@@ -41,11 +57,10 @@ void prepare() {
 
 // Every path in the plot and in both views of the scene.
 void showpaths() {
-    static orv::recordsurface plot(400, 300);
-    plot.lines.clear();
+    static orv::DrawSurface plot = blanksurface();
     orv::forgetresponse();
     orv::showwholeresponse();
-    orv::openplot(plot.surface);
+    orv::openplot(plot);
     for (const bool solid : {false, true}) {
         orv::platform::setvisible("Frame1", solid);
         for (int r = 1; r <= receivers; ++r) {

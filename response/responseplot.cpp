@@ -148,7 +148,9 @@ void showreadouts() {
 void measuredecay() {
     responseplot& p = ResponsePlot;
     const auto& curve = ResponseLevels.schroederLevel;
-    const auto levelof = [&curve](float time) { return wide(levelat(curve, slotat(wide(time)))); };
+    const auto levelof = [](float time) {
+        return wide(levelat(ResponseLevels.schroederLevel, slotat(wide(time))));
+    };
     const double upper = levelof(p.cursorStart), lower = levelof(p.cursorSecond),
                  first = wide(levelat(curve, 0));
     p.measuredDrop = static_cast<float>(upper - lower);
