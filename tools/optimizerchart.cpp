@@ -15,6 +15,8 @@ namespace {
 constexpr std::int32_t ground = rgb(255, 255, 255), ink = rgb(0, 0, 0), gridgrey = rgb(216, 216, 216);
 // Far apart in brightness too, for eyes and printers without colours.
 constexpr std::int32_t seriescolours[optimizerfiles] = {rgb(0, 0, 128), rgb(245, 150, 0)};
+// Lines to either side of the middle one; both series are seen where they coincide.
+constexpr int seriesspread[optimizerfiles] = {1, 0};
 constexpr double gap = 6;                           // pixels between texts and lines
 constexpr double sample = 28;                       // pixels of line in the legend
 constexpr double ticksize = 4;                      // pixels
@@ -81,17 +83,20 @@ void drawtimes(DrawSurface& surface, const plotarea& area) {
           area.bottom + ticksize + gap + line, title);
 }
 
+// Made of thin lines, since short pieces of a wide one leave gaps.
 void drawseries(DrawSurface& surface, const plotarea& area) {
     for (std::size_t f = 0; f < optimizerfiles; ++f) {
         const std::vector<float>& levels = Optimizer.chart.series[f];
         surface.setForeColor(seriescolours[f]);
-        for (std::size_t j = 0; j < levels.size(); ++j) {
-            const double x = area.x(static_cast<double>(j)), y = area.y(static_cast<double>(levels[j]));
-            if (j == 0)
-                surface.plot(x, y);
-            else
-                surface.lineTo(x, y);
-        }
+        for (int aside = -seriesspread[f]; aside <= seriesspread[f]; ++aside)
+            for (std::size_t j = 0; j < levels.size(); ++j) {
+                const double x = area.x(static_cast<double>(j));
+                const double y = area.y(static_cast<double>(levels[j])) + aside;
+                if (j == 0)
+                    surface.plot(x, y);
+                else
+                    surface.lineTo(x, y);
+            }
     }
 }
 
@@ -109,9 +114,10 @@ void drawlegend(DrawSurface& surface, const plotarea& area) {
         right -= surface.textWidth(text);
         write(surface, right, gap / 2, text);
         right -= gap + sample;
-        surface.setDrawWidth(2);
-        surface.line(right, gap / 2 + line / 2, right + sample, gap / 2 + line / 2, seriescolours[f]);
-        surface.setDrawWidth(1);
+        for (int aside = -seriesspread[f]; aside <= seriesspread[f]; ++aside) {
+            const double y = gap / 2 + line / 2 + aside;
+            surface.line(right, y, right + sample, y, seriescolours[f]);
+        }
         right -= 4 * gap;
     }
 }
