@@ -24,6 +24,7 @@ namespace orv {
 namespace {
 
 constexpr int listcolumns = 12, firstgain = 2;
+constexpr const char* widestgain = "31.5Hz";
 constexpr int namecharacters = 16;             // that the first column has room for
 constexpr int cellpadding = 8, rowpadding = 3; // pixels
 constexpr int progressevery = 50;              // ms
@@ -149,6 +150,8 @@ void buildgrid(const sumwindow& open) {
     open.form.GainLabels->setFixedWidth(grid.frameWidth() + grid.columnWidth(0) + grid.columnWidth(1));
     open.form.GainEnd->setFixedWidth(grid.frameWidth() +
                                      grid.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &grid));
+    const int gain = metrics.horizontalAdvance(widestgain) + 2 * cellpadding;
+    grid.setMinimumWidth(open.form.GainLabels->width() + octavebands * gain + open.form.GainEnd->width());
 }
 
 void connectsliders(sumwindow& open) {
