@@ -1,0 +1,45 @@
+// Fuzz target of the job file. Any input is a job or an error with file and line; a job that was written
+// comes back as it was.
+#include "base/files.h"
+#include "base/runtimeerror.h"
+#include "fuzz/fuzzscratch.h"
+#include "tools/jobfile.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr const char* name = "a.job";
+
+// Reads the job and writes it; the file's text.
+std::string readandwrite() {
+    orv::sumjob job = orv::readjob(name);
+    // A quote within a plain name would not come back.
+    for (orv::jobrow& row : job.files) std::erase(row.name, '"');
+    std::erase(job.directory, '"');
+    std::erase(job.output, '"');
+    orv::writejob(name, job);
+    const orv::filebytes bytes = orv::readfile(name);
+    return std::string(std::string_view(bytes));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const bool prepared = (orv::enterscratch(), true);
+    static_cast<void>(prepared);
+    orv::replacefile(name, {reinterpret_cast<const char*>(data), size});
+    std::string first;
+    try {
+        first = readandwrite();
+    } catch (const orv::runtimeerror& error) {
+        if (error.text.find(", line ") == std::string::npos) std::abort();
+        return 0;
+    }
+    if (readandwrite() != first) std::abort();
+    return 0;
+}
