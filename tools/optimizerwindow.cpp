@@ -20,6 +20,7 @@
 
 #include <array>
 #include <functional>
+#include <utility>
 
 namespace orv {
 
@@ -217,6 +218,7 @@ void showoptimizerwindow(bool) {
         open.form.setupUi(&open.dialog);
         open.dialog.setWindowFlag(Qt::WindowMaximizeButtonHint);
         open.form.Graph1->setAttribute(Qt::WA_OpaquePaintEvent);
+        open.form.GraphTitle->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         buildfiles(open);
         buildfields(open);
         connectfields(open);

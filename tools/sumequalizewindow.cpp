@@ -18,6 +18,7 @@
 
 #include <array>
 #include <functional>
+#include <utility>
 
 namespace orv {
 
@@ -76,8 +77,11 @@ void showlist(const sumwindow& open) {
         showrow(open, static_cast<std::size_t>(row));
     }
     if (open.list.row != norow) grid.selectRow(static_cast<int>(open.list.row));
-    open.form.PathName->setText(qttext(pagetext(open.list.job.directory)));
-    open.form.Outfile->setText(qttext(pagetext(open.list.job.output)));
+    for (const auto& [label, path] : {std::pair(open.form.PathName, open.list.job.directory),
+                                      std::pair(open.form.Outfile, open.list.job.output)}) {
+        label->setText(qttext(pagetext(path)));
+        label->setToolTip(label->text());
+    }
     showsliders(open);
 }
 
@@ -205,6 +209,8 @@ void showsumequalizewindow(bool) {
     sumwindow open;
     open.form.setupUi(&open.dialog);
     open.dialog.setWindowFlag(Qt::WindowMaximizeButtonHint);
+    for (QLabel* label : {open.form.PathName, open.form.Outfile}) // a long path must not widen the window
+        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     buildgrid(open);
     connectsliders(open);
     connectbuttons(open);
