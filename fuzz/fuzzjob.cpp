@@ -17,12 +17,7 @@ constexpr const char* name = "a.job";
 
 // Reads the job and writes it; the file's text.
 std::string readandwrite() {
-    orv::sumjob job = orv::readjob(name);
-    // A quote within a plain name would not come back.
-    for (orv::jobrow& row : job.files) std::erase(row.name, '"');
-    std::erase(job.directory, '"');
-    std::erase(job.output, '"');
-    orv::writejob(name, job);
+    orv::writejob(name, orv::readjob(name));
     const orv::filebytes bytes = orv::readfile(name);
     return std::string(std::string_view(bytes));
 }
@@ -37,7 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         first = readandwrite();
     } catch (const orv::runtimeerror& error) {
-        if (error.text.find(", line ") == std::string::npos) std::abort();
+        const bool quoted = error.kind == orv::errorkind::domain; // a quote within a plain name
+        if (!quoted && error.text.find(", line ") == std::string::npos) std::abort();
         return 0;
     }
     if (readandwrite() != first) std::abort();

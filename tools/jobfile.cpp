@@ -29,6 +29,14 @@ void skiprest(listreader& file) {
         ++file.position;
 }
 
+// A name as it is written. It stands in quotes, so that it cannot hold one.
+std::string writtenname(const std::string& name) {
+    if (name.find('"') != std::string::npos)
+        throw runtimeerror{errorkind::domain, "A job file cannot hold the name " + pagetext(name) +
+                                                  ", which has a quotation mark in it."};
+    return pagetext(name);
+}
+
 } // namespace
 
 void addjobfile(sumjob& job, const std::string& name) {
@@ -59,10 +67,10 @@ sumjob readjob(const std::string& path) {
 void writejob(const std::string& path, const sumjob& job) {
     std::string text;
     for (const std::string& name : {job.directory, job.output})
-        text.append(1, '"').append(pagetext(name)).append(1, '"').append(lineend);
+        text.append(1, '"').append(writtenname(name)).append(1, '"').append(lineend);
     for (const jobrow& row : job.files) {
         std::string line;
-        listtext(line, pagetext(row.name));
+        listtext(line, writtenname(row.name));
         for (const std::string& cell : row.cell) line.append(1, ',').append(cell);
         text.append(line).append(lineend);
     }

@@ -34,7 +34,7 @@ void addjobfile(sumjob& job, const std::string& name);
 // at a 200th file, with file and line.
 sumjob readjob(const std::string& path);
 
-// Writes a job file in place of the old one. Raises fileaccess.
+// Writes a job file in place of the old one. Raises fileaccess, and domain for a name with a quotation mark.
 void writejob(const std::string& path, const sumjob& job);
 
 } // namespace orv
