@@ -30,6 +30,11 @@ std::string firstlines(const std::string& text, int count) {
     return text.substr(0, end);
 }
 
+std::string textof(const char* path) {
+    const orv::filebytes bytes = orv::readfile(path);
+    return std::string(std::string_view(bytes));
+}
+
 std::string withoutreturns(std::string text) {
     std::erase(text, '\r');
     return text;
@@ -87,8 +92,10 @@ int main(int count, char** arguments) {
         const std::string target = std::filesystem::absolute(arguments[1]).string();
         const std::string parameters = parametertext(); // changes the directory
         const std::string room = orv::samples::geometrytext();
-        const orv::filebytes ini = orv::readfile(DATA_FILES "/orvanta.ini");
-        const std::string settings{std::string_view(ini)};
+        const std::string settings = textof(DATA_FILES "/orvanta.ini");
+        const std::string materials = textof(DATA_FILES "/Orvanta.mat");
+        const std::string colours = textof(DATA_FILES "/orvcolor.mat");
+        const std::string drawing = textof(SAMPLE_FILES "/studio.dxf");
         const seed seeds[] = {
             {"fuzzgeometry", "hall", firstlines(room, 60)},
             {"fuzzgeometry", "end", room.substr(room.rfind(" Source"))},
@@ -105,6 +112,13 @@ int main(int count, char** arguments) {
             {"fuzzjob", "plain", "d\ns.___\na b._01 ,0, 1 ,2,3,4,5,6,7,8,9,10\nb,0,0,0,0,0,0,0,0,0,0,0"},
             {"fuzzsum", "new", shortresult(1.2)},
             {"fuzzsum", "old", shortresult(1.1)},
+            {"fuzzdxf", "studio", drawing},
+            {"fuzzdxf", "barelinefeeds", withoutreturns(drawing)},
+            {"fuzzdxf", "entities",
+             "0\r\nSECTION\r\n2\r\nENTITIES\r\n" + drawing.substr(drawing.find("  0\r\nPOLYLINE"))},
+            {"fuzzmaterials", "shipped", firstlines(materials, 4) + '\0' + firstlines(colours, 4)},
+            {"fuzzmaterials", "barelinefeeds",
+             withoutreturns(firstlines(materials, 4)) + '\0' + withoutreturns(firstlines(colours, 4))},
             {"fuzzparameters", "current", parameters},
             {"fuzzparameters", "notail", parameters.substr(0, parameters.find("\"Parameter =\",\"EDT\""))},
             {"fuzzparameters", "older", olderparametertext()},
