@@ -17,6 +17,8 @@
 #include "shell/sessionstate.h"
 #include "shell/startup.h"
 #include "shell/workflows.h"
+#include "tools/optimizer.h"
+#include "tools/sumlist.h"
 
 #include <algorithm>
 #include <array>
@@ -82,8 +84,8 @@ constexpr menucommand startrows[] = {
     row("File", "importrayonresp", "Import &Rayons Response...", nullptr, hidden | disabled),
     row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", nullptr, disabled),
     separator("File"),
-    row("File", "SumEq", "Sum && Equalize", nullptr),
-    row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", nullptr),
+    row("File", "SumEq", "Sum && Equalize", SumEq),
+    row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", AlfaBetaOpt),
     separator("File"),
     row("File", "Fprint", "&Auto Print Screen (Gray)...", nullptr, hidden),
     row("File", "Cprint", "&Print Image...", Cprint, disabled),
