@@ -8,6 +8,8 @@
 #include "maps/redrawview.h"
 #include "maps/rgbsettings.h"
 #include "platform/platform.h"
+#include "response/raypathdisplay.h"
+#include "response/responseplot.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
 #include "scene/viewcommands.h"
@@ -15,6 +17,8 @@
 #include "shell/sessionstate.h"
 #include "shell/startup.h"
 #include "shell/workflows.h"
+#include "tools/optimizer.h"
+#include "tools/sumlist.h"
 
 #include <algorithm>
 #include <array>
@@ -80,8 +84,8 @@ constexpr menucommand startrows[] = {
     row("File", "importrayonresp", "Import &Rayons Response...", nullptr, hidden | disabled),
     row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", nullptr, disabled),
     separator("File"),
-    row("File", "SumEq", "Sum && Equalize", nullptr),
-    row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", nullptr),
+    row("File", "SumEq", "Sum && Equalize", SumEq),
+    row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", AlfaBetaOpt),
     separator("File"),
     row("File", "Fprint", "&Auto Print Screen (Gray)...", nullptr, hidden),
     row("File", "Cprint", "&Print Image...", Cprint, disabled),
@@ -105,8 +109,8 @@ constexpr menucommand startrows[] = {
     row("CamOpt", "CamRedr2D", "Draw &2D", CamRedr2D, disabled),
     row("CamOpt", "render", "&Render...", nullptr, hidden | disabled),
     separator("CamOpt"),
-    row("CamOpt", "ViewImpulse", "&Impulse Response", nullptr, disabled),
-    row("CamOpt", "viewraypaths", "Ray &Paths", nullptr, disabled | tickable),
+    row("CamOpt", "ViewImpulse", "&Impulse Response", ViewImpulse, disabled),
+    row("CamOpt", "viewraypaths", "Ray &Paths", viewraypaths, disabled | tickable),
     separator("CamOpt"),
     row("CamOpt", "ViewOpt", "&View Options...", ViewOpt),
     row("CamOpt", "AutRed", "&AutoRedraw", toggleautoredraw, hidden | tickable),
