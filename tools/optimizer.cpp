@@ -72,16 +72,18 @@ void growtables() {
 void takeprecision(loading& load) {
     resultset& R = ResultSet;
     R.timeStep = single(headervalue(load));
-    R.lastSlot = whole32(quotient(R.responseLength, static_cast<double>(R.timeStep)));
+    const std::int32_t last = whole32(quotient(R.responseLength, static_cast<double>(R.timeStep)));
+    if (last < 0) inputfailure(load.file, errorkind::subscript, "the responses have a length below 0");
+    const std::int16_t receivers = whole16(RoomModel.receiverCount), slots = whole16(last);
+    R.lastSlot = last; // from here on nothing fails: it never passes what the tables hold
     optimizer& o = Optimizer;
-    if (R.lastSlot < 0) inputfailure(load.file, errorkind::subscript, "the responses have a length below 0");
-    if (o.fileReceivers == RoomModel.receiverCount && o.fileSlots == R.lastSlot) return;
+    if (o.fileReceivers == receivers && o.fileSlots == slots) return;
     if (o.fileReceivers >= 0) platform::beep();
     dropfile(load.other);
     load.target.energy.clear();
     load.target.delay.clear();
-    o.fileReceivers = whole16(RoomModel.receiverCount);
-    o.fileSlots = whole16(R.lastSlot);
+    o.fileReceivers = receivers;
+    o.fileSlots = slots;
     o.chart = {};
     growtables();
 }

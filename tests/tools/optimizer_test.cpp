@@ -159,6 +159,8 @@ TEST_F(optimizers, BadFilesAreToldAndNotLoaded) {
         {errorkind::typemismatch, changed("  100  100", " word 100")},
         {errorkind::divisionbyzero, changed("Precision   = .001", "Precision   = 0")},
         {errorkind::overflow, changed("Precision   = .001", "Precision   = 1E-12")},
+        {errorkind::overflow, changed("Time        = .01", "Time        = 40")},
+        {errorkind::subscript, changed("Time        = .01", "Time        = -1")},
     };
     for (const auto& [kind, text] : files) {
         writetext(inside("bad"), text);
@@ -166,6 +168,9 @@ TEST_F(optimizers, BadFilesAreToldAndNotLoaded) {
         EXPECT_EQ(error.kind, kind) << error.text;
         EXPECT_NE(error.text.find(", line "), std::string::npos) << error.text;
         EXPECT_EQ(Optimizer.file[1].pyramids, 0);
+        chart("1"); // the other file is still there
+        EXPECT_EQ(series(0).size(), 10U) << error.text;
+        EXPECT_EQ(series(0).back(), 20) << error.text;
     }
 }
 
