@@ -67,7 +67,7 @@ void drawlevels(DrawSurface& surface, const plotarea& area) {
 void drawtimes(DrawSurface& surface, const plotarea& area) {
     const double line = surface.textHeight("0");
     const auto points = static_cast<std::int32_t>(area.points);
-    const std::int32_t step = std::max(points / labels, 1);
+    const std::int32_t step = std::max(whole32(area.points / labels), 1);
     double free = 0; // where the next label has room
     for (std::int32_t j = 0; j < points; j += step) {
         const double x = area.x(j);
