@@ -81,6 +81,22 @@ struct suminput {
     throw runtimeerror{errorkind::domain, text};
 }
 
+// A failure of arithmetic is told with the file whose values led to it.
+template <class action>
+void tellfile(const suminput& input, action act) {
+    try {
+        act();
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::overflow && error.kind != errorkind::divisionbyzero) throw;
+        throw runtimeerror{error.kind, input.name + ": " + error.text};
+    }
+}
+
+void yieldunlessstopped() {
+    platform::yield();
+    if (SumRun.stop) throw runtimeerror{errorkind::cancelled, "The sum was stopped."};
+}
+
 // Whether an empty line ends in front of `at`, which is the start of a line and not of the text.
 bool behindempty(std::string_view text, std::size_t at) {
     std::size_t end = at - 1; // the line feed
@@ -124,7 +140,7 @@ void indexblocks(suminput& input) {
             std::count(part.begin() + static_cast<std::ptrdiff_t>(counted), part.end(), '\n'));
         empty = text.back() == '\n' && behindempty(text, text.size());
         position += part.size();
-        platform::yield();
+        yieldunlessstopped();
     }
     if (input.blocks.empty()) refuse(input.name + " holds no receivers.");
     input.blocks.back().end = position;
@@ -187,8 +203,9 @@ void takeheader(suminput& input) {
     takenumber(input, "Precision ", input.step);
     takenumber(input, "Format    ", input.format);
     if (const headerline* line = findheader(input, "Name      ")) input.source = trimboth(valueof(*line));
-    if (!(input.step > 0)) refuse(input.name + " states no time step (\"Precision\").");
-    if (!(input.length >= 0 && input.length / input.step < std::numeric_limits<std::int32_t>::max() - 1.0))
+    if (!(single(input.step) > 0)) refuse(input.name + " states no time step (\"Precision\").");
+    if (!(findheader(input, "Time      ") && input.length >= 0 &&
+          input.length / input.step < std::numeric_limits<std::int32_t>::max() - 1.0))
         refuse(input.name + " states no length of its responses (\"Time\") that can be used.");
     input.slots = slotsof(input.length, input.step);
 }
@@ -222,8 +239,10 @@ std::vector<suminput> openinputs(const sumjob& job) {
         platform::statustext(1, "Reading " + pagetext(row.name) + " ...");
         inputs.emplace_back(existingpath(joinpath(directory, row.name)), pagetext(row.name));
         indexblocks(inputs.back());
-        takeheader(inputs.back());
-        takeweights(inputs.back(), row);
+        tellfile(inputs.back(), [&] {
+            takeheader(inputs.back());
+            takeweights(inputs.back(), row);
+        });
     }
     return inputs;
 }
@@ -265,6 +284,9 @@ std::string outputpath(const sumjob& job, const std::string& jobfile) {
         if (input == output || std::filesystem::equivalent(input, output, error))
             refuse("The output file " + pagetext(job.output) + " is one of the input files.");
     }
+    std::error_code error;
+    if (std::filesystem::equivalent(jobfile, output, error))
+        refuse("The output file " + pagetext(job.output) + " is the job file.");
     return output;
 }
 
@@ -506,8 +528,7 @@ std::int32_t outputslots(const std::vector<suminput>& inputs) {
 void showprogress(double share) {
     SumRun.percent = static_cast<std::int32_t>(Int(100 * share));
     platform::statustext(2, numbertext(SumRun.percent) + "%");
-    platform::yield();
-    if (SumRun.stop) throw runtimeerror{errorkind::cancelled, "The sum was stopped."};
+    yieldunlessstopped();
 }
 
 void writesum(filewriter& output, std::vector<suminput>& inputs) {
@@ -530,7 +551,7 @@ void writesum(filewriter& output, std::vector<suminput>& inputs) {
             input.file.read(block.place->begin,
                             static_cast<std::size_t>(block.place->end - block.place->begin), block.bytes);
             block.file = openlist(block.bytes, input.name);
-            addblock(sum, block, first);
+            tellfile(input, [&] { addblock(sum, block, first); });
             showprogress(++done / blocks);
         }
         output.write(blocktext(sum, place.receiver));

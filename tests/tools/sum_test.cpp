@@ -160,7 +160,10 @@ TEST_F(sums, WhatCannotBeSummedLeavesTheFormerOutput) {
         {"receiver 1 stands at 1 2 3 0 0 0", {{good.text()}, {changed("1 2 3 0", "1 2.5 3 0")}}},
         {"no receivers", {{good.header()}}},
         {"no time step", {{changed("Precision ", "Previous  ")}}},
+        {"no length", {{changed("Time      ", "Length    ")}}},
         {"delay of 1 is negative", {{good.text(), "-1"}}},
+        {"1: Overflow", {{good.text(), "0", "4000"}}},
+        {"1: Overflow", {{changed("Delay = ", "Delay = 1E999")}}},
         {"2, line 19: the block of receiver 1 has no usable number",
          {{good.text()}, {changed("\r\n  2  2", "\r\n word  2")}}},
         {"ends where a number was expected", {{good.text().substr(0, good.text().size() - 6)}}},
@@ -180,14 +183,20 @@ TEST_F(sums, WhatCannotBeSummedLeavesTheFormerOutput) {
     EXPECT_EQ(kindof([&] { run(); }), errorkind::domain) << "no output";
     job.output = "./1";
     EXPECT_NE(failureof([&] { run(); }).text.find("one of the input files"), std::string::npos);
+    job.output = "job";
+    EXPECT_NE(failureof([&] { run(); }).text.find("is the job file"), std::string::npos);
     job.output = "sum";
     addjobfile(job, "missing._01");
     EXPECT_EQ(kindof([&] { run(); }), errorkind::filenotfound);
 
-    // Stopped halfway, with its progress told and the panels empty again.
-    scripted::clearcalls();
-    scripted::atyield(4, [] { SumRun.stop = true; }); // behind two indexes and the first block
-    EXPECT_EQ(kindof([&] { sum({{good.text()}, {good.text()}}); }), errorkind::cancelled);
+    // Stopped in the first index, and halfway, with its progress told and the panels empty again.
+    for (const int yield : {1, 4}) { // 4 is behind two indexes and the first block
+        scripted::clearcalls();
+        const std::int64_t former = scripted::yieldcount();
+        scripted::atyield(yield, [] { SumRun.stop = true; });
+        EXPECT_EQ(kindof([&] { sum({{good.text()}, {good.text()}}); }), errorkind::cancelled);
+        EXPECT_EQ(scripted::yieldcount() - former, yield);
+    }
     EXPECT_TRUE(scripted::called("status 2| 50%"));
     EXPECT_EQ(scripted::statustext(1) + scripted::statustext(2), "");
     EXPECT_EQ(summed(), "former");
