@@ -18,6 +18,7 @@
 #include <QSignalBlocker>
 #include <QTimer>
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <utility>
@@ -150,9 +151,14 @@ void buildfiles(optimizerwindow& open) {
             item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             grid.setItem(0, static_cast<int>(column), item);
         }
-        grid.horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+        QHeaderView& head = *grid.horizontalHeader();
+        head.setSectionResizeMode(QHeaderView::Stretch);
+        int widest = 0; // all columns are as wide, and no heading is cut off
+        for (int column = 0; column < head.count(); ++column)
+            widest = std::max(widest, head.sectionSizeHint(column));
+        grid.setMinimumWidth(head.count() * widest + 2 * grid.frameWidth());
         grid.verticalHeader()->setDefaultSectionSize(grid.fontMetrics().height() + 2 * rowpadding);
-        grid.setFixedHeight(grid.horizontalHeader()->sizeHint().height() + grid.verticalHeader()->length() +
+        grid.setFixedHeight(head.sizeHint().height() + grid.verticalHeader()->length() +
                             2 * grid.frameWidth());
         QObject::connect(file.browse, &QPushButton::clicked, file.browse,
                          [&open, f] { browse(open, static_cast<int>(f)); });
