@@ -145,8 +145,23 @@ void readenergies(loading& load, float* row) {
             linear += energy;
             weighted += energy * static_cast<double>(SessionState.aWeight[i + 1]);
         }
-        row[linearcolumn - 1] = single(linear);
-        row[weightedcolumn - 1] = single(weighted);
+        try {
+            row[linearcolumn - 1] = single(linear);
+            row[weightedcolumn - 1] = single(weighted);
+        } catch (const runtimeerror& error) {
+            inputfailure(load.file, error);
+        }
+    }
+}
+
+// The line of a block that states the delay.
+float readdelay(loading& load) {
+    const listreader start = load.file;
+    load.line = readline(load.file);
+    try {
+        return single(headervalue(load));
+    } catch (const runtimeerror& error) {
+        inputfailure(start, error);
     }
 }
 
@@ -167,8 +182,7 @@ void readblock(loading& load) {
         delay = readsingle(load.file);
     } else {
         skiplines(1);
-        load.line = readline(load.file);
-        delay = single(headervalue(load));
+        delay = readdelay(load);
         skiplines(4);
     }
     readenergies(load, takerow(load, receiver));

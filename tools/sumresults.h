@@ -28,10 +28,11 @@ extern sumrun SumRun;
 // Holds one receiver of the output and one of an input in memory, however large the files are. Tells its
 // progress in the status panels and in SumRun, and yields, for each block of each input.
 //
-// Raises filenotfound, fileaccess, typemismatch, pastend or overflow with file and line for what it cannot
-// read; domain for a job without inputs or output, an output that is an input, a negative delay, a result
-// without a time step or a receiver, and results whose receivers (number and place), time steps or bands
-// differ; memory; cancelled when stopped. In each case a former output file stays as it was.
+// Raises filenotfound, fileaccess, typemismatch or pastend with file and line for what it cannot read, and
+// overflow with the file; domain for a job without inputs or output, an output that is an input or the job, a
+// negative delay, a result without a time step, a length or a receiver, and results whose receivers (number
+// and place), time steps or bands differ; memory; cancelled when stopped. In each case a former output file
+// stays as it was.
 void sumresults(const std::string& jobfile);
 
 } // namespace orv

@@ -157,6 +157,8 @@ TEST_F(optimizers, BadFilesAreToldAndNotLoaded) {
     const std::pair<errorkind, std::string> files[] = {
         {errorkind::pastend, good.substr(0, good.size() - 30)},
         {errorkind::typemismatch, changed("  100  100", " word 100")},
+        {errorkind::overflow, changed("  100  100", " 3E38 3E38")},
+        {errorkind::overflow, changed("Delay = .005", "Delay = 1E999")},
         {errorkind::divisionbyzero, changed("Precision   = .001", "Precision   = 0")},
         {errorkind::overflow, changed("Precision   = .001", "Precision   = 1E-12")},
         {errorkind::overflow, changed("Time        = .01", "Time        = 40")},
