@@ -16,6 +16,7 @@
 #include <QSignalBlocker>
 #include <QTimer>
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <utility>
@@ -26,7 +27,7 @@ namespace {
 
 constexpr int listcolumns = 12, firstgain = 2;
 constexpr const char* widestgain = "31.5Hz";
-constexpr int namecharacters = 16;             // that the first column has room for
+constexpr int namecharacters = 16;             // that the first column has room for at least
 constexpr int cellpadding = 8, rowpadding = 3; // pixels
 constexpr int progressevery = 50;              // ms
 
@@ -64,6 +65,21 @@ void showsliders(const sumwindow& open) {
     open.form.Check1->setEnabled(usable);
 }
 
+// Names take the room they need, up to twice the least; what stands beside the sliders keeps in line, and
+// the gains keep room for their headings.
+void fitnames(const sumwindow& open) {
+    QTableWidget& grid = *open.form.MSFlexGrid1;
+    const QFontMetrics metrics = grid.fontMetrics();
+    const int least = namecharacters * metrics.averageCharWidth() + 2 * cellpadding;
+    int widest = least;
+    for (const jobrow& file : open.list.job.files)
+        widest = std::max(widest, metrics.horizontalAdvance(qttext(pagetext(file.name))) + 2 * cellpadding);
+    grid.setColumnWidth(0, std::min(widest, 2 * least));
+    open.form.GainLabels->setFixedWidth(grid.frameWidth() + grid.columnWidth(0) + grid.columnWidth(1));
+    const int gain = metrics.horizontalAdvance(widestgain) + 2 * cellpadding;
+    grid.setMinimumWidth(open.form.GainLabels->width() + octavebands * gain + open.form.GainEnd->width());
+}
+
 void showlist(const sumwindow& open) {
     QTableWidget& grid = *open.form.MSFlexGrid1;
     const QSignalBlocker quiet(grid);
@@ -76,6 +92,7 @@ void showlist(const sumwindow& open) {
         }
         showrow(open, static_cast<std::size_t>(row));
     }
+    fitnames(open);
     if (open.list.row != norow) grid.selectRow(static_cast<int>(open.list.row));
     for (const auto& [label, path] : {std::pair(open.form.PathName, open.list.job.directory),
                                       std::pair(open.form.Outfile, open.list.job.output)}) {
@@ -137,6 +154,7 @@ void leave(sumwindow& open) {
 // --- Building ---
 
 // The gain sliders stand over their columns: names and delays take what they need, the gains share the rest.
+// What depends on the names is fitted when the list is shown.
 void buildgrid(const sumwindow& open) {
     QTableWidget& grid = *open.form.MSFlexGrid1;
     QHeaderView& head = *grid.horizontalHeader();
@@ -149,13 +167,9 @@ void buildgrid(const sumwindow& open) {
         head.setSectionResizeMode(column, column < firstgain ? QHeaderView::Fixed : QHeaderView::Stretch);
     }
     grid.verticalHeader()->setDefaultSectionSize(metrics.height() + 2 * rowpadding);
-    grid.setColumnWidth(0, namecharacters * metrics.averageCharWidth() + 2 * cellpadding);
     grid.setColumnWidth(1, metrics.horizontalAdvance(qttext(columnheading(1))) + 2 * cellpadding);
-    open.form.GainLabels->setFixedWidth(grid.frameWidth() + grid.columnWidth(0) + grid.columnWidth(1));
     open.form.GainEnd->setFixedWidth(grid.frameWidth() +
                                      grid.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &grid));
-    const int gain = metrics.horizontalAdvance(widestgain) + 2 * cellpadding;
-    grid.setMinimumWidth(open.form.GainLabels->width() + octavebands * gain + open.form.GainEnd->width());
 }
 
 void connectsliders(sumwindow& open) {
