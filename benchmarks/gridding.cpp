@@ -1,7 +1,7 @@
-// How long the six gridding methods take for 1000 points on 100 x 100 nodes and for 20000 points on 500 x 500,
-// and the tracing of 16 levels on 500 x 500 nodes. The peers that the first and the last are measured against
-// run in benchmarks/peers, which starts this program too and prints the ratios; with a folder named in
-// ORV_PEERS the points and grids are left there for it, as bare doubles.
+// How long the six gridding methods take for 1000 points on 100 x 100 nodes and for 20000 points on 500 x
+// 500, and the tracing of 16 levels on 500 x 500 nodes. The peers that the first and the last are measured
+// against run in benchmarks/peers, which starts this program too and prints the ratios; with a folder named
+// in ORV_PEERS the points and grids are left there for it, as bare doubles.
 #include "maps/gridding.h"
 #include "benchmarks/floor.h"
 #include "samples/random.h"

@@ -63,9 +63,9 @@ void enableblankingcommands(bool enabled);
 
 // --- The commands of the menu that need no pointer ---
 
-void BLNnew();     // "Clear": the lines go, and with them their use in maps
-void BLNload();    // "Load..."
-void BLNsave();    // "Save..."
-void BLNview();    // "View BLNs" of both menus: one setting, two marks
+void BLNnew();  // "Clear": the lines go, and with them their use in maps
+void BLNload(); // "Load..."
+void BLNsave(); // "Save..."
+void BLNview(); // "View BLNs" of both menus: one setting, two marks
 
 } // namespace orv

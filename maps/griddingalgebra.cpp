@@ -17,17 +17,19 @@ constexpr double firststiffening = 1e-13, laststiffening = 1; // shares of the m
 VectorXd solvedefinite(const MatrixXd& matrix, const VectorXd& right) {
     Eigen::LLT<MatrixXd> factor(matrix);
     const double mean = matrix.rows() == 0 ? 0 : matrix.diagonal().cwiseAbs().mean();
-    for (double share = firststiffening; factor.info() != Eigen::Success && share <= laststiffening; share *= 10)
+    for (double share = firststiffening; factor.info() != Eigen::Success && share <= laststiffening;
+         share *= 10)
         factor.compute(matrix + share * mean * MatrixXd::Identity(matrix.rows(), matrix.cols()));
     return factor.solve(right);
 }
 
 } // namespace
 
-// With basis = Q R the weights are Q (0, y), so that the lower right block of Q' kernel Q alone decides y, and
-// the tail follows from the rows above it (G. E. Fasshauer, Meshfree Approximation Methods with MATLAB, 2007,
-// chapter 6 has the system).
-interpolant solveinterpolant(densematrix& kernel, const densematrix& basis, const std::vector<double>& values) {
+// With basis = Q R the weights are Q (0, y), so that the lower right block of Q' kernel Q alone decides y,
+// and the tail follows from the rows above it (G. E. Fasshauer, Meshfree Approximation Methods with MATLAB,
+// 2007, chapter 6 has the system).
+interpolant solveinterpolant(densematrix& kernel, const densematrix& basis,
+                             const std::vector<double>& values) {
     const int n = kernel.rows, m = basis.columns;
     Eigen::Map<MatrixXd> a(kernel.cells.data(), n, n);
     const Eigen::Map<const MatrixXd> p(basis.cells.data(), n, m);
@@ -55,8 +57,7 @@ std::vector<double> leastsquares(const densematrix& matrix, const std::vector<do
     Eigen::CompleteOrthogonalDecomposition<MatrixXd> decomposition;
     decomposition.setThreshold(dependent);
     decomposition.compute(Eigen::Map<const MatrixXd>(matrix.cells.data(), matrix.rows, matrix.columns));
-    const VectorXd solution =
-        decomposition.solve(Eigen::Map<const VectorXd>(values.data(), matrix.rows));
+    const VectorXd solution = decomposition.solve(Eigen::Map<const VectorXd>(values.data(), matrix.rows));
     return {solution.begin(), solution.end()};
 }
 

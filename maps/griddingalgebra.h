@@ -1,5 +1,5 @@
-// The decompositions that gridding takes, behind plain functions: this is the one place that knows the library
-// of linear algebra.
+// The decompositions that gridding takes, behind plain functions: this is the one place that knows the
+// library of linear algebra.
 #pragma once
 
 #include <vector>
@@ -25,11 +25,12 @@ struct interpolant {
     std::vector<double> weight, tail;
 };
 
-// Solves it. `kernel` (n x n, symmetric, destroyed) is positive definite on all weights that are orthogonal to
-// the columns of `basis` (n x m, m small); where those depend on each other the tail of the smallest norm is
-// taken. A kernel that is indefinite by rounding, as points that nearly coincide make it, is stiffened on its
-// diagonal as little as needed; the values are then met nearly.
-interpolant solveinterpolant(densematrix& kernel, const densematrix& basis, const std::vector<double>& values);
+// Solves it. `kernel` (n x n, symmetric, destroyed) is positive definite on all weights that are orthogonal
+// to the columns of `basis` (n x m, m small); where those depend on each other the tail of the smallest norm
+// is taken. A kernel that is indefinite by rounding, as points that nearly coincide make it, is stiffened on
+// its diagonal as little as needed; the values are then met nearly.
+interpolant solveinterpolant(densematrix& kernel, const densematrix& basis,
+                             const std::vector<double>& values);
 
 // The x of the smallest norm that minimises |matrix x - values|.
 std::vector<double> leastsquares(const densematrix& matrix, const std::vector<double>& values);

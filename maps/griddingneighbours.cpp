@@ -12,7 +12,9 @@ struct pointset {
     const std::vector<double>&x, &y;
 
     std::size_t kdtree_get_point_count() const { return x.size(); }
-    double kdtree_get_pt(std::size_t point, std::size_t axis) const { return axis == 0 ? x[point] : y[point]; }
+    double kdtree_get_pt(std::size_t point, std::size_t axis) const {
+        return axis == 0 ? x[point] : y[point];
+    }
     template <class box>
     bool kdtree_get_bbox(box&) const {
         return false;

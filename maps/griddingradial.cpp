@@ -17,7 +17,7 @@ namespace orv {
 
 namespace {
 
-constexpr int mostpoints = 3000;     // of one system
+constexpr int mostpoints = 3000;         // of one system
 constexpr std::size_t localpoints = 100; // of the system of a block
 constexpr double smoothingshare = 25;
 constexpr double tension = 1; // p times the map's diagonal
@@ -204,10 +204,10 @@ void gridblock(localgridding& work, const nodeblock& block) {
         return;
     }
     const int column = block.column + (columns + 1) / 2, row = block.row + (rows + 1) / 2;
-    for (const nodeblock& part : {nodeblock{block.column, column, block.row, row},
-                                  nodeblock{column, block.columnend, block.row, row},
-                                  nodeblock{block.column, column, row, block.rowend},
-                                  nodeblock{column, block.columnend, row, block.rowend}})
+    for (const nodeblock& part :
+         {nodeblock{block.column, column, block.row, row}, nodeblock{column, block.columnend, block.row, row},
+          nodeblock{block.column, column, row, block.rowend},
+          nodeblock{column, block.columnend, row, block.rowend}})
         if (part.column < part.columnend && part.row < part.rowend) gridblock(work, part);
 }
 

@@ -15,7 +15,8 @@ namespace orv {
 
 namespace {
 
-constexpr double edgeslack = 1e-9; // of the nodes' step: how far outside a triangle a node counts as on its edge
+constexpr double edgeslack =
+    1e-9; // of the nodes' step: how far outside a triangle a node counts as on its edge
 
 using scratchfile = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
@@ -70,7 +71,8 @@ struct noderange {
 };
 noderange nodeswithin(double from, double to, double start, double step, int count) {
     const double slack = edgeslack * (step > 0 ? step : 1);
-    if (step <= 0) return from - slack <= start && start <= to + slack ? noderange{0, count - 1} : noderange{0, -1};
+    if (step <= 0)
+        return from - slack <= start && start <= to + slack ? noderange{0, count - 1} : noderange{0, -1};
     const double low = std::ceil((from - start) / step - edgeslack);
     const double high = std::floor((to - start) / step + edgeslack);
     return {static_cast<int>(std::clamp(low, 0.0, static_cast<double>(count))),
@@ -141,7 +143,8 @@ void gridtriangles(const scatteredpoints& points, regulargrid& grid) {
     for (const auto& triangle : triangles) filltriangle(points, triangle, grid);
     double zlo = 0, zhi = 0;
     if (!valuerange(grid, zlo, zhi))
-        throw runtimeerror{errorkind::domain, "No node of the grid lies within the triangles of the receivers."};
+        throw runtimeerror{errorkind::domain,
+                           "No node of the grid lies within the triangles of the receivers."};
 }
 
 } // namespace orv

@@ -12,8 +12,8 @@ namespace orv {
 // The value of a node that is left out.
 constexpr double blankednode = 1.70141e38;
 
-// Where the nodes stand: columns x rows of them, the outer ones on the edges of the rectangle; a single column
-// or row stands in the middle of it.
+// Where the nodes stand: columns x rows of them, the outer ones on the edges of the rectangle; a single
+// column or row stands in the middle of it.
 struct gridframe {
     int columns = 0, rows = 0;
     double xlo = 0, xhi = 0, ylo = 0, yhi = 0;
