@@ -17,6 +17,7 @@
 #include "base/files.h"
 #include "base/listinput.h"
 #include "base/listoutput.h"
+#include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
 #include "scene/scenedrawing.h"

@@ -3,16 +3,17 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "maps/blanking.h"
 #include "platform/platform.h"
 #include "results/parameterset.h"
 #include "room/roommodel.h"
 #include "scene/camera.h"
+#include "scene/drawingturn.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
 #include <cmath>
 #include <utility>
-#include <vector>
 
 namespace orv {
 
@@ -64,22 +65,6 @@ modelpoint rayend(std::int32_t ray) {
     return {wide(r.rayLineX1(ray)) + raylength * wide(r.rayLineX2(ray)),
             wide(r.rayLineY1(ray)) + raylength * wide(r.rayLineY2(ray)),
             wide(r.rayLineZ1(ray)) + raylength * wide(r.rayLineZ2(ray))};
-}
-
-// A point of the picture in window coordinates.
-struct picturepoint {
-    double x, y;
-};
-
-picturepoint inplane(const modelpoint& p) {
-    switch (SessionState.viewPlane) {
-    case planechoice::YZ:
-        return {p.y, p.z};
-    case planechoice::XZ:
-        return {p.x, p.z};
-    default:
-        return {p.x, p.y};
-    }
 }
 
 picturepoint projected(const modelpoint& p) {
@@ -190,6 +175,26 @@ void drawposted(DrawSurface& surface) {
     }
 }
 
+// Calls `side` for every side of every blanking line, with its two points in the lines' own two axes. The
+// last point of a line begins none.
+template <class step>
+void eachblankside(step&& side) {
+    const blankinglines& lines = BlankingLines;
+    if (!ischecked("BLNview")) return;
+    for (std::int32_t i = 1; i <= lines.blanklineCount; ++i)
+        for (int j = 1; j < static_cast<int>(lines.blanklinePoints(i)); ++j)
+            side(picturepoint{wide(lines.blanklineX(i, j)), wide(lines.blanklineY(i, j))},
+                 picturepoint{wide(lines.blanklineX(i, j + 1)), wide(lines.blanklineY(i, j + 1))});
+}
+
+void drawblanking2d(DrawSurface& surface) {
+    surface.setFillColor(QBColor(11));
+    eachblankside([&](const picturepoint& p, const picturepoint& q) {
+        surface.line(p.x, p.y, q.x, q.y, SessionState.colourBlanking);
+        surface.circle(p.x, p.y, surface.windowWidth() / 300, QBColor(12));
+    });
+}
+
 // --- Layers of the 3D view ---
 
 void edge3d(DrawSurface& surface, const modelpoint& from, const modelpoint& to, std::int32_t colour) {
@@ -283,6 +288,18 @@ void drawraylines3d(DrawSurface& surface) {
     }
 }
 
+void drawblanking3d(DrawSurface& surface) {
+    surface.setFillColor(QBColor(11));
+    const double radius = platform::picture().windowWidth() / 300;
+    const double third = wide(SessionState.mapThirdCoordinate);
+    eachblankside([&](const picturepoint& from, const picturepoint& to) {
+        // x, y and the third coordinate, whatever the 2D view shows; meant.
+        const picturepoint p = projected({from.x, from.y, third}), q = projected({to.x, to.y, third});
+        surface.line(p.x, p.y, q.x, q.y, SessionState.colourBlanking);
+        surface.circle(p.x, p.y, radius, QBColor(12));
+    });
+}
+
 // --- The two views ---
 
 // The groups of a view are shown whether or not it can be drawn: they are the way out when it cannot.
@@ -310,8 +327,9 @@ void finish(std::string_view hint) {
     platform::statustext(1, std::string(hint));
 }
 
-// Both return whether there was anything to draw.
-bool drawflat(DrawSurface& surface, bool clearfirst) {
+} // namespace
+
+bool drawscene2d(DrawSurface& surface, bool clearfirst) {
     showview(false);
     if (!attempt([&] { scale2dview(surface); })) return false;
     begin(surface, clearfirst);
@@ -322,13 +340,20 @@ bool drawflat(DrawSurface& surface, bool clearfirst) {
     drawreceivers2d(surface);
     drawraylines2d(surface);
     drawaxes2d(surface);
-    drawposted(surface);
+    attempt([&] { drawposted(surface); }); // a parameter need not have a value in every band
+    drawblanking2d(surface);
     drawtitle(surface);
     finish(hint2d);
     return true;
 }
 
-bool drawsolid(DrawSurface& surface, bool clearfirst) {
+bool drawscene3d(DrawSurface& surface, bool clearfirst) {
+    // Texts of camera fields that are written meanwhile must not ask for a redraw.
+    struct manualredraw {
+        const float former = std::exchange(SessionState.autoRedraw, off);
+        ~manualredraw() { SessionState.autoRedraw = former; }
+    };
+    const manualredraw held;
     showview(true);
     surface.setDrawWidth(1);
     if (!attempt([] { setupcamera(); }) || !attempt([&] { scale3dview(surface); })) return false;
@@ -339,60 +364,10 @@ bool drawsolid(DrawSurface& surface, bool clearfirst) {
     attempt([&] { drawsources3d(surface); });
     attempt([&] { drawreceivers3d(surface); });
     attempt([&] { drawraylines3d(surface); });
+    attempt([&] { drawblanking3d(surface); });
     drawtitle(surface);
     finish(hint3d);
     return true;
-}
-
-// Surfaces that are being drawn on now, and the view that was asked for meanwhile.
-enum class viewkind { none, flat, solid };
-struct runningdrawing {
-    DrawSurface* surface;
-    viewkind waiting;
-};
-std::vector<runningdrawing> running;
-
-void drawview(DrawSurface& surface, bool clearfirst, viewkind kind) {
-    for (runningdrawing& other : running) {
-        if (other.surface != &surface) continue;
-        other.waiting = kind;
-        SessionState.drawAbort = on;
-        return;
-    }
-    struct mark {
-        explicit mark(DrawSurface& drawn) { running.push_back({&drawn, viewkind::none}); }
-        ~mark() { running.pop_back(); }
-    };
-    // Texts of camera fields that are written meanwhile must not ask for a redraw.
-    struct manualredraw {
-        const float former = std::exchange(SessionState.autoRedraw, off);
-        ~manualredraw() { SessionState.autoRedraw = former; }
-    };
-    const mark mine(surface);
-    const std::size_t place = running.size() - 1;
-    while (kind != viewkind::none) {
-        running[place].waiting = viewkind::none;
-        bool drawn = false;
-        if (kind == viewkind::flat) {
-            drawn = drawflat(surface, clearfirst);
-        } else {
-            const manualredraw held;
-            drawn = drawsolid(surface, clearfirst);
-        }
-        kind = running[place].waiting;
-        clearfirst = true;
-        if (!drawn) {
-            surface.restore();
-            platform::pointer(platform::shape::normal);
-        } else if (kind == viewkind::none)
-            surface.keep();
-    }
-}
-
-} // namespace
-
-bool drawingruns() {
-    return !running.empty();
 }
 
 bool viewpossible() {
@@ -403,20 +378,11 @@ bool viewpossible() {
 }
 
 void draw2dview(DrawSurface& surface, bool clearfirst) {
-    drawview(surface, clearfirst, viewkind::flat);
+    taketurn(surface, clearfirst, drawscene2d);
 }
 
 void draw3dview(DrawSurface& surface, bool clearfirst) {
-    drawview(surface, clearfirst, viewkind::solid);
-}
-
-void redrawview(DrawSurface& surface) {
-    const std::string kind = SessionState.mapKind;
-    if (platform::isvisible("Frame1"))
-        draw3dview(surface, false);
-    else
-        draw2dview(surface, false);
-    SessionState.mapKind = kind;
+    taketurn(surface, clearfirst, drawscene3d);
 }
 
 void drawshrinkface(std::int32_t face, std::int32_t colour) {
