@@ -20,10 +20,8 @@
 #include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
-#include "scene/scenedrawing.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
-#include "shell/workflows.h"
 
 #include <algorithm>
 
@@ -81,6 +79,11 @@ void readpolygon(listreader& file, std::int32_t line) {
         const float y = b.blanklineY(line, point) = readsingle(file);
         widenbox(x, y);
     }
+}
+
+void redrawcleared() {
+    platform::picture().clear();
+    redrawview(platform::picture());
 }
 
 } // namespace
@@ -174,15 +177,14 @@ void BLNnew() {
         SessionState.useBlanking = false;
         SessionState.gridReady = SessionState.contourReady = 0;
     }
-    platform::picture().clear();
-    redrawview(platform::picture());
+    redrawcleared();
 }
 
 void BLNview() {
     const bool shown = !ischecked("BLNview");
     checkcommand("BLNview", shown);
     checkcommand("Vbln", shown);
-    if (shown && BlankingLines.blanklineCount > 0) showscene();
+    if (shown && BlankingLines.blanklineCount > 0) redrawcleared();
 }
 
 } // namespace orv

@@ -21,6 +21,15 @@ bool isfinite(const scatteredpoints& p, std::size_t k) {
     return std::isfinite(p.x[k]) && std::isfinite(p.y[k]) && std::isfinite(p.value[k]);
 }
 
+// Values that no grid file can hold are none.
+void blankunusable(regulargrid& grid) {
+    for (double& value : grid.values)
+        if (!std::isfinite(value) || value > blankednode) value = blankednode;
+    double zlo = 0, zhi = 0;
+    if (!valuerange(grid, zlo, zhi))
+        throw runtimeerror{errorkind::domain, "The receivers give no node of the grid a value."};
+}
+
 // In coordinates from the points' middle, so that far-away rooms cost no digits.
 void gridpolynomial(const scatteredpoints& points, regulargrid& grid) {
     constexpr int terms = 4;
@@ -95,6 +104,7 @@ regulargrid gridpoints(const scatteredpoints& points, const gridframe& frame, gr
     default:
         gridradial(distinct, radialkernel::linear, grid);
     }
+    blankunusable(grid);
     return grid;
 }
 

@@ -32,8 +32,8 @@ griddingmethod methodof(int number);
 scatteredpoints distinctpoints(const scatteredpoints& points);
 
 // The grid. All methods but the polynomial go through the points. Above 3000 distinct points kriging, minimum
-// curvature and radial basis take the hundred nearest of them for each block of nodes. Raises domain with the
-// reason when there is no finite point, or when all nodes are outside every triangle.
+// curvature and radial basis take the two hundred nearest of them for each block of nodes. Raises domain with
+// the reason when there is no finite point, or when all nodes are outside every triangle.
 regulargrid gridpoints(const scatteredpoints& points, const gridframe& frame, griddingmethod method);
 
 } // namespace orv

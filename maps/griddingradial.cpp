@@ -12,13 +12,14 @@
 #include <cmath>
 #include <cstdint>
 #include <numbers>
+#include <numeric>
 
 namespace orv {
 
 namespace {
 
 constexpr int mostpoints = 3000;         // of one system
-constexpr std::size_t localpoints = 100; // of the system of a block
+constexpr std::size_t localpoints = 200; // of the system of a block
 constexpr double smoothingshare = 25;
 constexpr double tension = 1; // p times the map's diagonal
 
@@ -90,6 +91,7 @@ struct radialfit {
     radialkernel kernel{};
     double smoothing = 0; // s^2
     std::vector<double> x, y;
+    double meanx = 0, meany = 0; // where the plane of the tail has its origin
     interpolant solution;
 };
 
@@ -121,12 +123,14 @@ void solve(radialfit& fit, const std::vector<double>& values) {
         }
     }
     const bool plane = fit.kernel == radialkernel::plate;
+    fit.meanx = std::accumulate(fit.x.begin(), fit.x.end(), 0.0) / n;
+    fit.meany = std::accumulate(fit.y.begin(), fit.y.end(), 0.0) / n;
     densematrix basis(n, plane ? 3 : 1);
     for (int k = 0; k < n; ++k) {
         basis(k, 0) = 1;
         if (!plane) continue;
-        basis(k, 1) = fit.x[static_cast<std::size_t>(k)];
-        basis(k, 2) = fit.y[static_cast<std::size_t>(k)];
+        basis(k, 1) = fit.x[static_cast<std::size_t>(k)] - fit.meanx;
+        basis(k, 2) = fit.y[static_cast<std::size_t>(k)] - fit.meany;
     }
     fit.solution = solveinterpolant(kernel, basis, values);
 }
@@ -134,7 +138,8 @@ void solve(radialfit& fit, const std::vector<double>& values) {
 void evaluate(const radialfit& fit, const double* x, int count, double y, double* out) {
     const std::vector<double>& tail = fit.solution.tail;
     for (int i = 0; i < count; ++i)
-        out[i] = tail.size() == 1 ? tail[0] : tail[0] + tail[1] * x[i] + tail[2] * y;
+        out[i] =
+            tail.size() == 1 ? tail[0] : tail[0] + tail[1] * (x[i] - fit.meanx) + tail[2] * (y - fit.meany);
     for (std::size_t k = 0; k < fit.x.size(); ++k)
         addkernel(fit, out, x, count, fit.x[k], y - fit.y[k], fit.solution.weight[k]);
 }

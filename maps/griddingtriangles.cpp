@@ -141,10 +141,6 @@ void gridtriangles(const scatteredpoints& points, regulargrid& grid) {
                            "Triangulation needs three receivers that are not on one line."};
     std::fill(grid.values.begin(), grid.values.end(), blankednode);
     for (const auto& triangle : triangles) filltriangle(points, triangle, grid);
-    double zlo = 0, zhi = 0;
-    if (!valuerange(grid, zlo, zhi))
-        throw runtimeerror{errorkind::domain,
-                           "No node of the grid lies within the triangles of the receivers."};
 }
 
 } // namespace orv

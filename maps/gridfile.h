@@ -29,7 +29,7 @@ struct regulargrid {
     gridframe frame;
     std::vector<double> values;
 
-    explicit regulargrid(const gridframe& at)
+    explicit regulargrid(const gridframe& at = {})
         : frame(at), values(static_cast<std::size_t>(at.columns) * static_cast<std::size_t>(at.rows)) {}
     double* row(int j) { return values.data() + place(0, j); }
     const double* row(int j) const { return values.data() + place(0, j); }

@@ -3,7 +3,9 @@
 
 #include "base/runtimeerror.h"
 #include "base/table.h"
+#include "maps/blanking.h"
 #include "maps/redrawview.h"
+#include "maps/surfer.h"
 #include "platform/platform.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
@@ -44,13 +46,6 @@ constexpr menucommand separator(std::string_view menu, unsigned state = 0) {
 template <tablename name>
 void toggle() {
     checkcommand(name.text, !ischecked(name.text));
-}
-
-// Two entries, one setting.
-void toggleblanking() {
-    const bool shown = !ischecked("BLNview");
-    checkcommand("BLNview", shown);
-    checkcommand("Vbln", shown);
 }
 
 constexpr menutitle titles[] = {
@@ -109,7 +104,7 @@ constexpr menucommand startrows[] = {
     row("CamOpt", "Vroom", "&View Room", toggle<"Vroom">, hidden | ticked),
     row("CamOpt", "Vsource", "View &Sources", toggle<"Vsource">, hidden | ticked),
     row("CamOpt", "CamVrec", "View &Receivers", toggle<"CamVrec">, hidden | ticked),
-    row("CamOpt", "Vbln", "View &BLNs", toggleblanking, hidden | ticked),
+    row("CamOpt", "Vbln", "View &BLNs", BLNview, hidden | ticked),
     row("CamOpt", "Vaxes", "View &Axes", toggle<"Vaxes">, hidden | ticked),
     row("CamOpt", "Post", "&Post Values", toggle<"Post">, hidden | ticked),
     row("CamOpt", "Vrays", "View &Rays", toggle<"Vrays">, hidden | tickable),
@@ -154,21 +149,21 @@ constexpr menucommand startrows[] = {
     row("Map", "MapDoContour3D", "DoContour 3D...", nullptr, disabled),
     row("Map", "MapDoContour2D", "DoContour 2D...", nullptr, disabled),
 
-    row("BL", "BLNnew", "&Clear", nullptr, disabled),
-    row("BL", "BLNload", "&Load...", nullptr),
+    row("BL", "BLNnew", "&Clear", BLNnew, disabled),
+    row("BL", "BLNload", "&Load...", BLNload),
     row("BL", "BLNadd", "&Add Line...", nullptr, disabled),
     row("BL", "BLNdel", "&Delete Line", nullptr, hidden | disabled),
-    row("BL", "BLNsave", "&Save...", nullptr, disabled),
+    row("BL", "BLNsave", "&Save...", BLNsave, disabled),
     row("BL", "BLNoptions", "&Options", nullptr),
     separator("BL", hidden),
-    row("BL", "BLNview", "&View BLNs", toggleblanking, hidden | ticked),
+    row("BL", "BLNview", "&View BLNs", BLNview, hidden | ticked),
 
-    row("Sur", "SurfGrid", "&Grid...", nullptr),
-    row("Sur", "SurfTopo", "&Topo...", nullptr, hidden),
-    row("Sur", "SurfSurf", "&Surf...", nullptr, hidden),
-    row("Sur", "SurfPlot", "&Plot...", nullptr, hidden),
-    row("Sur", "SurfSetP", "&Set Plotter...", nullptr, hidden),
-    row("Sur", "SurfEnable", "Enable &Access (for expert Surfer users only)", nullptr, tickable),
+    row("Sur", "SurfGrid", "&Grid...", SurfGrid),
+    row("Sur", "SurfTopo", "&Topo...", SurfTopo, hidden),
+    row("Sur", "SurfSurf", "&Surf...", SurfSurf, hidden),
+    row("Sur", "SurfPlot", "&Plot...", SurfPlot, hidden),
+    row("Sur", "SurfSetP", "&Set Plotter...", SurfSetP, hidden),
+    row("Sur", "SurfEnable", "Enable &Access (for expert Surfer users only)", SurfEnable, tickable),
 
     row("help", "Hhelp", "&Help...", Hhelp),
     row("help", "HAbout", "&About...", HAbout),

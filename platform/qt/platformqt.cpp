@@ -387,6 +387,13 @@ void opendocument(const std::string& path) {
                icon::information, answer::ok);
 }
 
+void startcommand(const std::string& commandline) {
+    QStringList words = QProcess::splitCommand(qttext(commandline));
+    const QString program = words.isEmpty() ? QString() : words.takeFirst();
+    if (!QProcess::startDetached(program, words))
+        throw runtimeerror{errorkind::filenotfound, program.toStdString() + " cannot be started."};
+}
+
 regionmarks userregion() {
     return region;
 }

@@ -53,6 +53,7 @@ struct state {
     std::uint64_t memory = std::uint64_t{8} << 30;
     std::string programdirectory = ".";
     int loglines = 40;
+    bool programs = true;
 };
 
 state now;
@@ -264,6 +265,10 @@ void setmemory(std::uint64_t bytes) {
     now.memory = bytes;
 }
 
+void setprograms(bool there) {
+    now.programs = there;
+}
+
 void setprogramdirectory(std::string directory) {
     now.programdirectory = std::move(directory);
 }
@@ -455,6 +460,13 @@ void showregionsettings() {
 
 void opendocument(const std::string& path) {
     note("document|" + path);
+}
+
+void startcommand(const std::string& commandline) {
+    note("start|" + commandline);
+    if (!now.programs)
+        throw runtimeerror{errorkind::filenotfound,
+                           commandline.substr(0, commandline.find(' ')) + " cannot be started."};
 }
 
 regionmarks userregion() {
