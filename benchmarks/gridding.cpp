@@ -4,6 +4,7 @@
 // in ORV_PEERS the points and grids are left there for it, as bare doubles.
 #include "maps/gridding.h"
 #include "benchmarks/floor.h"
+#include "maps/contouring.h"
 #include "samples/random.h"
 
 #include <benchmark/benchmark.h>
@@ -22,6 +23,10 @@ namespace {
 constexpr double width = 40, depth = 25; // m
 
 // A level that falls with the distance from a source, and a wave over it.
+double field(double x, double y) {
+    return 90 - 8 * std::log10(1 + x * x + y * y) + std::sin(x) * std::cos(y);
+}
+
 orv::scatteredpoints makepoints(int count) {
     orv::samples::randomstate random{7};
     orv::scatteredpoints points;
@@ -30,7 +35,7 @@ orv::scatteredpoints makepoints(int count) {
         const double y = depth * orv::samples::nextuniform(random);
         points.x.push_back(x);
         points.y.push_back(y);
-        points.value.push_back(90 - 8 * std::log10(1 + x * x + y * y) + std::sin(x / 3) * std::cos(y / 4));
+        points.value.push_back(field(x, y));
     }
     return points;
 }
@@ -74,5 +79,28 @@ BENCHMARK(gridding)
     ->ArgsProduct({{1, 2, 3, 4, 5, 6}, {20000}, {500}})
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
+
+// Sixteen levels of the field that the points were taken from.
+void contouring(benchmark::State& state) {
+    orv::regulargrid grid({500, 500, 0, width, 0, depth});
+    for (int j = 0; j < 500; ++j)
+        for (int i = 0; i < 500; ++i) grid.row(j)[i] = field(grid.frame.x(i), grid.frame.y(j));
+    double low = 0, high = 0, best = std::numeric_limits<double>::max();
+    orv::valuerange(grid, low, high);
+    std::vector<double> levels;
+    for (int k = 0; k < 16; ++k) levels.push_back(low + k * (high - low) / 16);
+    std::size_t lines = 0;
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        const auto traced = orv::contourlines(grid, levels);
+        best = std::min(best, orv::secondssince(start));
+        lines = 0;
+        for (const auto& level : traced) lines += level.size();
+    }
+    state.counters["best_ms"] = best * 1000;
+    state.counters["lines"] = static_cast<double>(lines);
+    leave("field.500", grid.values);
+}
+BENCHMARK(contouring)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -117,6 +117,7 @@ def best(run, times=7):
 own = {}
 for row in json.load(open(sys.argv[2]))["benchmarks"]:
     own[row["name"].removesuffix("/iterations:1")] = row["best_ms"]
+    ownlines = int(row.get("lines", 0))
 
 print(f"{'':24}{'own ms':>10}{'peer ms':>10}{'ratio':>8}  largest difference (values span {np.ptp(value):.1f})")
 methods = [kriging, thinplate, polynomial, radialbasis, shepard, triangulation]
@@ -128,9 +129,9 @@ for number, method in enumerate(methods, 1):
     assert np.array_equal(blanked, np.isnan(result))
     difference = np.abs(grid - result)[~blanked].max()
     print(f"{method.__name__:24}{ours:10.2f}{theirs:10.2f}{ours / theirs:8.2f}  {difference:.1e}")
-theirs,lines=0,0 #best(contours())
-ours = own.get("contouring",0)
-print(f"{'contours':24}{ours:10.2f}{theirs:10.2f}{ours / theirs:8.2f}  {lines} lines by the peer")
+theirs, lines = best(contours())
+ours = own["contouring"]
+print(f"{'contours':24}{ours:10.2f}{theirs:10.2f}{ours / theirs:8.2f}  {ownlines} lines, {lines} by the peer")
 for number, method in enumerate(methods, 1):
     print(f"{method.__name__} of 20000 points on 500 x 500: "
           f"{own[f'gridding/method:{number}/points:20000/side:500'] / 1000:.2f} s")

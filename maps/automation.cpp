@@ -93,8 +93,11 @@ void Export(const document& plot, const std::string& FileName) {
     for (const mapframe& frame : plot.Shapes)
         for (const contouroverlay& overlay : frame.Overlays) {
             const regulargrid grid = refinedgrid(overlay.grid, refinement(overlay));
-            for (const contourlevel& level : overlay.Levels)
-                contours.push_back({level.colourNumber, contourlines(grid, level.value)});
+            std::vector<double> levels;
+            for (const contourlevel& level : overlay.Levels) levels.push_back(level.value);
+            auto lines = contourlines(grid, levels);
+            for (std::size_t k = 0; k < levels.size(); ++k)
+                contours.push_back({overlay.Levels[k].colourNumber, std::move(lines[k])});
         }
     writecontours(FileName, contours);
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <numeric>
 
 namespace orv {
 
@@ -21,7 +22,7 @@ constexpr int noedge = -1;
 // (i, j), (i + 1, j), (i + 1, j + 1), (i, j + 1) above the level. The two saddles stand with their high
 // corners parted; highjoined has the other way.
 using endtable = std::array<int, edges>;
-constexpr int firstsaddle = 5, secondsaddle = 10, allabove = 15;
+constexpr int firstsaddle = 5, secondsaddle = 10;
 constexpr std::array<endtable, 16> otherends = {{
     {noedge, noedge, noedge, noedge}, // 0
     {left, noedge, noedge, bottom},   // 1
@@ -45,13 +46,15 @@ struct cell {
     int i, j;
 };
 
-// One level's walk over the grid.
+// The walk over the grid. The rank of a node is the number of levels that its value is not below.
+constexpr std::int32_t norank = -1; // of a blanked node
 struct tracing {
     const regulargrid& grid;
-    double level;
-    int columns, rows;                // of cells
-    std::vector<std::uint8_t> cases;  // per cell; 0 where a corner is blanked
-    std::vector<std::uint8_t> walked; // per cell, a bit for each edge that a line came through
+    int columns, rows; // of cells
+    std::vector<std::int32_t> ranks{};
+    std::vector<std::uint8_t> walked{}; // per cell, a bit for each edge that a line of the level came through
+    std::int32_t rank = 0;              // of nodes below the present level, at most
+    double level = 0;
 
     std::size_t place(const cell& at) const {
         return static_cast<std::size_t>(at.j) * static_cast<std::size_t>(columns) +
@@ -60,24 +63,53 @@ struct tracing {
     bool inside(const cell& at) const { return at.i >= 0 && at.j >= 0 && at.i < columns && at.j < rows; }
 };
 
-// The case of a saddle is turned into the other one where its mean joins the high corners, so that one table
-// serves both: parted high corners of one are joined ones of the other.
-std::uint8_t caseof(const double* low, const double* high, int i, double level) {
-    const double a = low[i], b = low[i + 1], c = high[i + 1], d = high[i];
-    if (a == blankednode || b == blankednode || c == blankednode || d == blankednode) return 0;
-    const int bits =
-        (a >= level ? 1 : 0) | (b >= level ? 2 : 0) | (c >= level ? 4 : 0) | (d >= level ? 8 : 0);
-    if ((bits == firstsaddle || bits == secondsaddle) && (a + b + c + d) / 4 >= level)
-        return static_cast<std::uint8_t>(firstsaddle + secondsaddle - bits);
-    return static_cast<std::uint8_t>(bits);
+// Neighbouring nodes have nearly the same rank, so that few steps lead to the next one.
+std::vector<std::int32_t> ranksof(const regulargrid& grid, const std::vector<double>& sorted) {
+    const auto count = static_cast<std::int32_t>(sorted.size());
+    const auto level = [&](std::int32_t k) { return sorted[static_cast<std::size_t>(k)]; };
+    std::vector<std::int32_t> ranks(grid.values.size(), norank);
+    std::int32_t rank = 0;
+    for (std::size_t node = 0; node < ranks.size(); ++node) {
+        const double value = grid.values[node];
+        if (value == blankednode) continue;
+        while (rank < count && value >= level(rank)) ++rank;
+        while (rank > 0 && value < level(rank - 1)) --rank;
+        ranks[node] = rank;
+    }
+    return ranks;
 }
 
-void findcases(tracing& work) {
+// The cells that each level runs through.
+std::vector<std::vector<cell>> crossedcells(const tracing& work, std::size_t levels) {
+    std::vector<std::vector<cell>> found(levels);
     for (int j = 0; j < work.rows; ++j) {
-        const double *low = work.grid.row(j), *high = work.grid.row(j + 1);
-        std::uint8_t* out = work.cases.data() + work.place({0, j});
-        for (int i = 0; i < work.columns; ++i) out[i] = caseof(low, high, i, work.level);
+        const std::int32_t* low = work.ranks.data() + work.grid.place(0, j);
+        const std::int32_t* high = work.ranks.data() + work.grid.place(0, j + 1);
+        for (int i = 0; i < work.columns; ++i) {
+            const std::int32_t a = low[i], b = low[i + 1], c = high[i + 1], d = high[i];
+            if (a == b && b == c && c == d) continue;
+            const std::int32_t least = std::min({a, b, c, d}), most = std::max({a, b, c, d});
+            if (least == norank) continue;
+            for (std::int32_t k = least; k < most; ++k) found[static_cast<std::size_t>(k)].push_back({i, j});
+        }
     }
+    return found;
+}
+
+// The case of a saddle is turned into the other one where its mean joins the high corners, so that one table
+// serves both: parted high corners of one are joined ones of the other.
+int caseof(const tracing& work, const cell& at) {
+    const std::size_t low = work.grid.place(at.i, at.j), high = work.grid.place(at.i, at.j + 1);
+    const std::array<std::size_t, 4> corners = {low, low + 1, high + 1, high};
+    int bits = 0;
+    for (std::size_t k = 0; k < corners.size(); ++k) {
+        if (work.ranks[corners[k]] == norank) return 0;
+        if (work.ranks[corners[k]] > work.rank) bits |= 1 << k;
+    }
+    if (bits != firstsaddle && bits != secondsaddle) return bits;
+    double sum = 0;
+    for (const std::size_t node : corners) sum += work.grid.values[node];
+    return sum / 4 >= work.level ? firstsaddle + secondsaddle - bits : bits;
 }
 
 contourpoint crossing(const tracing& work, const cell& at, int side) {
@@ -102,27 +134,28 @@ void addpoint(contourline& line, const contourpoint& point) {
         line.points.push_back(point);
 }
 
-// Whether the cell is there and a line runs through it.
-bool crossed(const tracing& work, const cell& at) {
-    return work.inside(at) && work.cases[work.place(at)] % allabove != 0;
-}
-
 bool walked(const tracing& work, const cell& at, int side) {
     return (work.walked[work.place(at)] >> side & 1) != 0;
+}
+
+// The edge by which a line leaves that enters a cell by another; noedge where there is no cell, or none does.
+int exitof(const tracing& work, const cell& at, int entry) {
+    return work.inside(at)
+               ? otherends[static_cast<std::size_t>(caseof(work, at))][static_cast<std::size_t>(entry)]
+               : noedge;
 }
 
 // Follows the line that enters a cell by an edge to its end. True when it came back to where it began.
 bool follow(tracing& work, cell at, int entry, contourline& line) {
     addpoint(line, crossing(work, at, entry));
-    while (!walked(work, at, entry)) {
-        const int exit = otherends[work.cases[work.place(at)]][static_cast<std::size_t>(entry)];
+    for (int exit = exitof(work, at, entry); exit != noedge; exit = exitof(work, at, entry)) {
+        if (walked(work, at, entry)) return true;
         work.walked[work.place(at)] |= static_cast<std::uint8_t>(1 << entry | 1 << exit);
         addpoint(line, crossing(work, at, exit));
         at = neighbour(at, exit);
-        if (!crossed(work, at)) return false;
         entry = opposite(exit);
     }
-    return true;
+    return false;
 }
 
 // The line through a cell's edge, both ways.
@@ -130,10 +163,22 @@ contourline traced(tracing& work, const cell& at, int side) {
     contourline line;
     if (follow(work, at, side, line)) return line;
     const cell before = neighbour(at, side);
-    if (!crossed(work, before)) return line;
+    if (exitof(work, before, opposite(side)) == noedge) return line;
     std::reverse(line.points.begin(), line.points.end());
     follow(work, before, opposite(side), line);
     return line;
+}
+
+std::vector<contourline> tracelevel(tracing& work, const std::vector<cell>& cells) {
+    std::vector<contourline> lines;
+    for (const cell& at : cells)
+        for (int side = 0; side < edges; ++side) {
+            if (exitof(work, at, side) == noedge || walked(work, at, side)) continue;
+            contourline line = traced(work, at, side);
+            if (line.points.size() > 1) lines.push_back(std::move(line));
+        }
+    for (const cell& at : cells) work.walked[work.place(at)] = 0;
+    return lines;
 }
 
 // --- Refining ---
@@ -171,25 +216,25 @@ void refineline(const double* from, std::size_t fromstep, int count, double* to,
 
 } // namespace
 
-std::vector<contourline> contourlines(const regulargrid& grid, double level) {
-    std::vector<contourline> lines;
-    tracing work{grid, level, grid.frame.columns - 1, grid.frame.rows - 1, {}, {}};
+std::vector<std::vector<contourline>> contourlines(const regulargrid& grid,
+                                                   const std::vector<double>& levels) {
+    std::vector<std::vector<contourline>> lines(levels.size());
+    tracing work{grid, grid.frame.columns - 1, grid.frame.rows - 1};
     if (work.columns < 1 || work.rows < 1) return lines;
-    const std::size_t cells = static_cast<std::size_t>(work.columns) * static_cast<std::size_t>(work.rows);
-    work.cases.resize(cells);
-    work.walked.resize(cells);
-    findcases(work);
-    for (int j = 0; j < work.rows; ++j)
-        for (int i = 0; i < work.columns; ++i) {
-            const cell at{i, j};
-            if (!crossed(work, at)) continue;
-            const endtable& ends = otherends[work.cases[work.place(at)]];
-            for (int side = 0; side < edges; ++side) {
-                if (ends[static_cast<std::size_t>(side)] == noedge || walked(work, at, side)) continue;
-                contourline line = traced(work, at, side);
-                if (line.points.size() > 1) lines.push_back(std::move(line));
-            }
-        }
+    std::vector<std::size_t> order(levels.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return levels[a] < levels[b]; });
+    std::vector<double> sorted;
+    for (const std::size_t k : order) sorted.push_back(levels[k]);
+    work.ranks = ranksof(grid, sorted);
+    work.walked.resize(static_cast<std::size_t>(work.columns) * static_cast<std::size_t>(work.rows));
+    const auto cells = crossedcells(work, levels.size());
+    for (std::size_t k = 0; k < order.size(); ++k) {
+        work.rank = static_cast<std::int32_t>(k);
+        work.level = sorted[k];
+        lines[order[k]] = tracelevel(work, cells[k]);
+    }
     return lines;
 }
 

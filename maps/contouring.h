@@ -16,10 +16,12 @@ struct contourline {
     std::vector<contourpoint> points;
 };
 
-// The lines at one level, each as long as it can be: it ends only at the edge of the grid or beside a blanked
-// node, or it is closed. Values equal to the level count as above it. Lines are cut linearly along the edges
-// of the cells; a cell with two opposite corners above joins them when the mean of its corners is above.
-std::vector<contourline> contourlines(const regulargrid& grid, double level);
+// The lines at each of the levels, which stand in any order: one list for each. A line is as long as it can
+// be: it ends only at the edge of the grid or beside a blanked node, or it is closed. Values equal to a level
+// count as above it. Lines are cut linearly along the edges of the cells; a cell with two opposite corners
+// above joins them when the mean of its corners is above.
+std::vector<std::vector<contourline>> contourlines(const regulargrid& grid,
+                                                   const std::vector<double>& levels);
 
 // The grid with each cell cut into `factor` x `factor`, by a cubic through the nodes along the rows and then
 // along the columns (R. G. Keys, IEEE Transactions ASSP 29, 1981), so that lines become smooth and still
