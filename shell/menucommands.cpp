@@ -4,12 +4,15 @@
 #include "base/runtimeerror.h"
 #include "base/table.h"
 #include "maps/blanking.h"
+#include "maps/mappingoptions.h"
 #include "maps/redrawview.h"
+#include "maps/rgbsettings.h"
 #include "maps/surfer.h"
 #include "platform/platform.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
 #include "scene/viewcommands.h"
+#include "scene/viewoptions.h"
 #include "shell/sessionstate.h"
 #include "shell/startup.h"
 #include "shell/workflows.h"
@@ -99,7 +102,7 @@ constexpr menucommand startrows[] = {
     row("CamOpt", "ViewImpulse", "&Impulse Response", nullptr, disabled),
     row("CamOpt", "viewraypaths", "Ray &Paths", nullptr, disabled | tickable),
     separator("CamOpt"),
-    row("CamOpt", "ViewOpt", "&View Options...", nullptr),
+    row("CamOpt", "ViewOpt", "&View Options...", ViewOpt),
     row("CamOpt", "AutRed", "&AutoRedraw", toggleautoredraw, hidden | tickable),
     row("CamOpt", "Vroom", "&View Room", toggle<"Vroom">, hidden | ticked),
     row("CamOpt", "Vsource", "View &Sources", toggle<"Vsource">, hidden | ticked),
@@ -139,15 +142,15 @@ constexpr menucommand startrows[] = {
     row("tabl", "T_Aeq2", "Aeq&2", opentable<"Aeq2">, hidden),
     row("tabl", "T_ITDGeq", "&ITDGeq", opentable<"ITDGeq">, hidden),
 
-    row("Map", "MapOptions", "&Mapping Options...", nullptr, disabled),
+    row("Map", "MapOptions", "&Mapping Options...", MapOptions, disabled),
     row("Map", "STIopt", "&STI Options...", STIopt, disabled),
-    row("Map", "RGBOpt", "&RGB Options...", nullptr, disabled),
+    row("Map", "RGBOpt", "&RGB Options...", RGBOpt, disabled),
     separator("Map"),
     row("Map", "MapDoDither3D", "DoDither &3D...", MapDoDither3D, disabled),
     row("Map", "MapDoDither2D", "DoDither &2D...", MapDoDither2D, disabled),
     separator("Map"),
-    row("Map", "MapDoContour3D", "DoContour 3D...", nullptr, disabled),
-    row("Map", "MapDoContour2D", "DoContour 2D...", nullptr, disabled),
+    row("Map", "MapDoContour3D", "DoContour 3D...", MapDoContour3D, disabled),
+    row("Map", "MapDoContour2D", "DoContour 2D...", MapDoContour2D, disabled),
 
     row("BL", "BLNnew", "&Clear", BLNnew, disabled),
     row("BL", "BLNload", "&Load...", BLNload),
@@ -239,11 +242,14 @@ bool commandssuspended() {
     return suspended;
 }
 
-void toggleautoredraw() {
-    const bool redraws = SessionState.autoRedraw == off;
+void setautoredraw(bool redraws) {
     SessionState.autoRedraw = redraws ? on : off;
     platform::settext("Redisplay", redraws ? "Auto Redraw" : "Manual Redraw");
     checkcommand("AutRed", redraws);
+}
+
+void toggleautoredraw() {
+    setautoredraw(SessionState.autoRedraw == off);
 }
 
 void resetcommands() {

@@ -3,11 +3,14 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "maps/mappingoptionsdialog.h"
+#include "maps/rgbsettingsdialog.h"
 #include "platform/platform.h"
 #include "platform/qt/qttext.h"
 #include "results/stidialog.h"
 #include "results/tablewindow.h"
 #include "scene/paintersurface.h"
+#include "scene/viewoptionsdialog.h"
 #include "shell/aboutdialog.h"
 #include "shell/mainwindow.h"
 #include "shell/menucommands.h"
@@ -59,7 +62,13 @@ struct namedwindow {
     void (*show)(bool modal);
 };
 constexpr namedwindow namedwindows[] = {
-    {"About", showabout}, {"STI Options", showstidialog}, {"Table", showtablewindow}};
+    {"About", showabout},
+    {"Mapping Options", showmappingoptions},
+    {"RGB Settings", showrgbsettings},
+    {"STI Options", showstidialog},
+    {"Table", showtablewindow},
+    {"View Options", showviewoptions},
+};
 
 constexpr struct {
     buttons choice;
@@ -107,12 +116,6 @@ bool printing = false; // a page is being drawn
 regionmarks region;
 std::unique_ptr<QPrinter> printer;
 
-// What a dialog belongs to: the dialog beneath it, else the main window.
-QWidget* parent() {
-    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-    return MainWindow ? MainWindow->form.get() : nullptr;
-}
-
 [[noreturn]] void cancel() {
     throw runtimeerror{errorkind::cancelled, "The dialog was cancelled."};
 }
@@ -142,7 +145,7 @@ QStringList namefilters(const std::string& filter) {
 }
 
 std::string askfile(const filerequest& request, QFileDialog::AcceptMode mode) {
-    QFileDialog dialog(parent(), qttext(request.title));
+    QFileDialog dialog(dialogparent(), qttext(request.title));
     dialog.setAcceptMode(mode);
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
@@ -227,6 +230,11 @@ void restartyield() {
     due = clock::now() + frame;
 }
 
+QWidget* dialogparent() {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    return MainWindow ? MainWindow->form.get() : nullptr;
+}
+
 int rundialog(QDialog& dialog) {
     const bool former = waiting;
     showwait(false);
@@ -239,7 +247,7 @@ int rundialog(QDialog& dialog) {
 
 answer messagebox(const std::string& title, const std::string& text, buttons choice, icon sign,
                   answer preset) {
-    QMessageBox box(parent());
+    QMessageBox box(dialogparent());
     box.setWindowTitle(qttext(title));
     box.setTextFormat(Qt::PlainText);
     box.setText(qttext(text));
@@ -264,7 +272,7 @@ std::string asksavefile(const filerequest& request) {
 }
 
 std::int32_t askcolour(std::int32_t present) {
-    QColorDialog dialog(qtcolour(present), parent());
+    QColorDialog dialog(qtcolour(present), dialogparent());
     dialog.setOption(QColorDialog::DontUseNativeDialog, !nativedialogs());
     if (rundialog(dialog) != QDialog::Accepted) cancel();
     return corecolour(dialog.selectedColor());
@@ -274,7 +282,7 @@ void printpicture(const std::function<void(DrawSurface&)>& draw) {
     // Without a printer the page goes into a file, which needs a name.
     if (QPrinterInfo::availablePrinters().isEmpty() && theprinter().outputFileName().isEmpty())
         theprinter().setOutputFileName(QDir(qtpath(SessionState.dataDirectory)).filePath("orvanta.pdf"));
-    QPrintDialog dialog(&theprinter(), parent());
+    QPrintDialog dialog(&theprinter(), dialogparent());
     dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
     if (rundialog(dialog) != QDialog::Accepted) cancel();
     {
@@ -304,7 +312,7 @@ void printpicture(const std::function<void(DrawSurface&)>& draw) {
 }
 
 void printersetup() {
-    QPageSetupDialog dialog(&theprinter(), parent());
+    QPageSetupDialog dialog(&theprinter(), dialogparent());
     if (rundialog(dialog) != QDialog::Accepted) cancel();
 }
 
