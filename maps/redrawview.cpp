@@ -2,6 +2,7 @@
 #include "maps/redrawview.h"
 
 #include "base/runtimeerror.h"
+#include "maps/contourmaps.h"
 #include "maps/mosaicmaps.h"
 #include "platform/platform.h"
 #include "scene/drawingturn.h"
@@ -28,8 +29,9 @@ struct mapkind {
 };
 constexpr std::array mapkinds = {
     mapkind{"Dither", &sessionstate::gridReady, drawdither2d, drawdither3d},
+    mapkind{"Contour", &sessionstate::contourReady, drawcontour2d, drawcontour3d},
 };
-constexpr const mapkind& dither = mapkinds[0];
+constexpr const mapkind &dither = mapkinds[0], &contour = mapkinds[1];
 
 bool drawscene(DrawSurface& surface, bool solid, bool clearfirst) {
     return solid ? drawscene3d(surface, clearfirst) : drawscene2d(surface, clearfirst);
@@ -91,6 +93,14 @@ void MapDoDither2D() {
 
 void MapDoDither3D() {
     domap(mapinturn<dither, true>);
+}
+
+void MapDoContour2D() {
+    domap(mapinturn<contour, false>);
+}
+
+void MapDoContour3D() {
+    domap(mapinturn<contour, true>);
 }
 
 } // namespace orv
