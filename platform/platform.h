@@ -49,6 +49,11 @@ void printersetup();
 // Opens one of the program's own windows by name ("About"), modally or beside the main window.
 void showwindow(const std::string& name, bool modal);
 
+// Closes a window that is open beside the main one, as its user does; brings what it shows in line with the
+// state behind it. Both do nothing when it is not open.
+void closewindow(const std::string& name);
+void updatewindow(const std::string& name);
+
 // --- The event loop ---
 
 // Lets the window system handle what has come in. Routines call it at fixed points of a long job; the window

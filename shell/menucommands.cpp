@@ -9,6 +9,8 @@
 #include "maps/rgbsettings.h"
 #include "maps/surfer.h"
 #include "platform/platform.h"
+#include "response/raypathdisplay.h"
+#include "response/responseplot.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
 #include "scene/viewcommands.h"
@@ -99,8 +101,8 @@ constexpr menucommand startrows[] = {
     row("CamOpt", "CamRedr2D", "Draw &2D", CamRedr2D, disabled),
     row("CamOpt", "render", "&Render...", nullptr, hidden | disabled),
     separator("CamOpt"),
-    row("CamOpt", "ViewImpulse", "&Impulse Response", nullptr, disabled),
-    row("CamOpt", "viewraypaths", "Ray &Paths", nullptr, disabled | tickable),
+    row("CamOpt", "ViewImpulse", "&Impulse Response", ViewImpulse, disabled),
+    row("CamOpt", "viewraypaths", "Ray &Paths", viewraypaths, disabled | tickable),
     separator("CamOpt"),
     row("CamOpt", "ViewOpt", "&View Options...", ViewOpt),
     row("CamOpt", "AutRed", "&AutoRedraw", toggleautoredraw, hidden | tickable),

@@ -7,6 +7,9 @@
 #include "maps/rgbsettingsdialog.h"
 #include "platform/platform.h"
 #include "platform/qt/qttext.h"
+#include "response/raypathdisplay.h"
+#include "response/responseplot.h"
+#include "response/responsewindow.h"
 #include "results/stidialog.h"
 #include "results/tablewindow.h"
 #include "scene/paintersurface.h"
@@ -63,6 +66,7 @@ struct namedwindow {
 };
 constexpr namedwindow namedwindows[] = {
     {"About", showabout},
+    {responsewindowname, showresponsewindow},
     {"Mapping Options", showmappingoptions},
     {"RGB Settings", showrgbsettings},
     {"STI Options", showstidialog},
@@ -322,6 +326,15 @@ void showwindow(const std::string& name, bool modal) {
     throw runtimeerror{errorkind::subscript, "No window is named \"" + name + "\"."};
 }
 
+// The response window is the only one that stays open beside the main one.
+void closewindow(const std::string& name) {
+    if (name == responsewindowname) closeresponsewindow();
+}
+
+void updatewindow(const std::string& name) {
+    if (name == responsewindowname) updateresponsewindow();
+}
+
 // --- The event loop ---
 
 void yield() {
@@ -347,8 +360,9 @@ void halt(int status) {
 void pointer(shape form) {
     showwait(form == shape::wait);
     if (form == shape::wait || !MainWindow) return;
+    // The sign of panning rests over the picture, and the arrow where receivers are picked.
     if (form == shape::normal)
-        MainWindow->picturewidget->unsetCursor();
+        MainWindow->picturewidget->setCursor(raypathsshown() ? Qt::ArrowCursor : Qt::SizeAllCursor);
     else
         MainWindow->picturewidget->setCursor(form == shape::placedpoint ? placedcursor()
                                                                         : QCursor(cursorof(form)));
