@@ -17,6 +17,8 @@
 #include "base/files.h"
 #include "base/listinput.h"
 #include "base/listoutput.h"
+#include "base/numbertext.h"
+#include "base/runtimeerror.h"
 #include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
@@ -81,6 +83,11 @@ void readpolygon(listreader& file, std::int32_t line) {
     }
 }
 
+// A line that is being entered would go on in a table that has changed under it.
+void giveupline() {
+    BlankingLines.addingLine = BlankingLines.rubberBand = off;
+}
+
 void redrawcleared() {
     platform::picture().clear();
     redrawview(platform::picture());
@@ -134,6 +141,15 @@ std::vector<blankingpolygon> blankingpolygons(const std::string& path) {
     return polygons;
 }
 
+bool checkblankingoptions() {
+    double size = 0;
+    attempt([&] { size = lenientnumber(BlankingOptions.gridsize); });
+    if (!BlankingOptions.snap || size != 0) return true;
+    platform::messagebox("Warning", "Points cannot snap to a grid of size 0.", platform::buttons::ok,
+                         platform::icon::exclamation, platform::answer::ok);
+    return false;
+}
+
 void enableblankingcommands(bool enabled) {
     for (const std::string_view name : linecommands) enablecommand(name, enabled);
 }
@@ -142,6 +158,7 @@ void loadblanking() {
     BlankingLines.blankingFile =
         platform::askopenfile({"Load a Blanking File", "SURFER's Blanking Files (*.BLN)|*.BLN", filepattern,
                                SessionState.dataDirectory});
+    giveupline();
     readblanking(BlankingLines.blankingFile);
     SessionState.gridReady = SessionState.contourReady = 0;
     enableblankingcommands(true);
@@ -170,6 +187,7 @@ void BLNsave() {
 }
 
 void BLNnew() {
+    giveupline();
     BlankingLines.blanklineCount = 0;
     enablecommand("BLNsave", false);
     enablecommand("BLNnew", false);

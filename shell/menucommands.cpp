@@ -4,6 +4,7 @@
 #include "base/runtimeerror.h"
 #include "base/table.h"
 #include "maps/blanking.h"
+#include "maps/blankingeditor.h"
 #include "maps/mappingoptions.h"
 #include "maps/redrawview.h"
 #include "maps/rgbsettings.h"
@@ -156,10 +157,10 @@ constexpr menucommand startrows[] = {
 
     row("BL", "BLNnew", "&Clear", BLNnew, disabled),
     row("BL", "BLNload", "&Load...", BLNload),
-    row("BL", "BLNadd", "&Add Line...", nullptr, disabled),
+    row("BL", "BLNadd", "&Add Line...", BLNadd, disabled),
     row("BL", "BLNdel", "&Delete Line", nullptr, hidden | disabled),
     row("BL", "BLNsave", "&Save...", BLNsave, disabled),
-    row("BL", "BLNoptions", "&Options", nullptr),
+    row("BL", "BLNoptions", "&Options", BLNoptions),
     separator("BL", hidden),
     row("BL", "BLNview", "&View BLNs", BLNview, hidden | ticked),
 

@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "maps/blankingdialog.h"
 #include "maps/mappingoptionsdialog.h"
 #include "maps/rgbsettingsdialog.h"
 #include "platform/platform.h"
@@ -66,6 +67,7 @@ struct namedwindow {
 };
 constexpr namedwindow namedwindows[] = {
     {"About", showabout},
+    {"BLN Options", showblankingoptions},
     {responsewindowname, showresponsewindow},
     {"Mapping Options", showmappingoptions},
     {"RGB Settings", showrgbsettings},
