@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "base/runtimeerror.h"
 #include "fuzz/fuzzscratch.h"
+#include "maps/levelfile.h"
 #include "results/parameterfile.h"
 #include "results/resultreader.h"
 #include "results/speechindex.h"
@@ -28,6 +29,11 @@ std::string firstlines(const std::string& text, int count) {
     std::size_t end = 0;
     for (; count > 0 && end < text.size(); --count) end = text.find('\n', end) + 1;
     return text.substr(0, end);
+}
+
+std::string textof(const char* path) {
+    const orv::filebytes bytes = orv::readfile(path);
+    return std::string(std::string_view(bytes));
 }
 
 std::string withoutreturns(std::string text) {
@@ -87,8 +93,10 @@ int main(int count, char** arguments) {
         const std::string target = std::filesystem::absolute(arguments[1]).string();
         const std::string parameters = parametertext(); // changes the directory
         const std::string room = orv::samples::geometrytext();
-        const orv::filebytes ini = orv::readfile(DATA_FILES "/orvanta.ini");
-        const std::string settings{std::string_view(ini)};
+        const std::string settings = textof(DATA_FILES "/orvanta.ini");
+        const std::string materials = textof(DATA_FILES "/Orvanta.mat");
+        const std::string colours = textof(DATA_FILES "/orvcolor.mat");
+        const std::string drawing = textof(SAMPLE_FILES "/studio.dxf");
         const seed seeds[] = {
             {"fuzzgeometry", "hall", firstlines(room, 60)},
             {"fuzzgeometry", "end", room.substr(room.rfind(" Source"))},
@@ -101,10 +109,30 @@ int main(int count, char** arguments) {
             {"fuzzresult", "new", shortresult(1.2)},
             {"fuzzresult", "old", shortresult(1.1)},
             {"fuzzresult", "barelinefeeds", withoutreturns(shortresult(1.2))},
+            {"fuzzdxf", "studio", drawing},
+            {"fuzzdxf", "barelinefeeds", withoutreturns(drawing)},
+            {"fuzzdxf", "entities",
+             "0\r\nSECTION\r\n2\r\nENTITIES\r\n" + drawing.substr(drawing.find("  0\r\nPOLYLINE"))},
+            {"fuzzmaterials", "shipped", firstlines(materials, 4) + '\0' + firstlines(colours, 4)},
+            {"fuzzmaterials", "barelinefeeds",
+             withoutreturns(firstlines(materials, 4)) + '\0' + withoutreturns(firstlines(colours, 4))},
             {"fuzzparameters", "current", parameters},
             {"fuzzparameters", "notail", parameters.substr(0, parameters.find("\"Parameter =\",\"EDT\""))},
             {"fuzzparameters", "older", olderparametertext()},
             {"fuzzparameters", "barelinefeeds", withoutreturns(parameters)},
+            {"fuzzexchange", "blanking",
+             "0"
+             "4,1\r\n0,0\r\n2.5,0\r\n.5,-3\r\n0,0\r\n1,0\r\n-2,7\r\n"},
+            {"fuzzexchange", "grid",
+             "1DSAA\r\n3 2\r\n0 1\r\n0 1\r\n1 6\r\n1 2 3\r\n\r\n4 1.70141E+38 6\r\n\r\n"},
+            {"fuzzexchange", "levels", "2" + orv::leveltext(-3, 80)},
+            {"fuzzexchange", "points",
+             "3 0             1             80\r\n-1            nan            70\r\n"
+             " 2             2             71\r\n 4             1             75\r\n"},
+            {"fuzzexchange", "contours",
+             "40\nSECTION\n2\nENTITIES\n0\nLWPOLYLINE\n62\n5\n100\nAcDbPolyline\n90\n2\n10\n1\n20\n1\n10\n3\n"
+             "20\n1\n"
+             "0\nPOLYLINE\n62\n1\n10\n0\n20\n0\n0\nVERTEX\n10\n2\n20\n1\n0\nSEQEND\n0\nENDSEC\n"},
         };
         for (const seed& one : seeds) {
             const std::string directory = orv::joinpath(target, one.target);

@@ -3,6 +3,7 @@
 
 #include "base/runtimeerror.h"
 #include "base/table.h"
+#include "interchange/interchangecommands.h"
 #include "maps/blanking.h"
 #include "maps/blankingeditor.h"
 #include "maps/mappingoptions.h"
@@ -64,8 +65,8 @@ constexpr menutitle titles[] = {
 constexpr menucommand startrows[] = {
     row("File", "FLoad", "&Open Geometry File...", FLoad),
     row("File", "Fsave", "&Save Geometry File...", Fsave, disabled),
-    row("File", "DXFIN", "&DXF In...", nullptr),
-    row("File", "DXFOUT", "DXF &Out...", nullptr, disabled),
+    row("File", "DXFIN", "&DXF In...", DXFIN),
+    row("File", "DXFOUT", "DXF &Out...", DXFOUT, disabled),
     row("File", "ImportNastran", "Import &Nastran file", nullptr),
     row("File", "ImporRayonGeo", "&Import from Rayons...", nullptr, hidden),
     row("File", "FileExport", "&Export to Rayons...", nullptr, hidden | disabled),
