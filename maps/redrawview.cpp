@@ -10,6 +10,7 @@
 #include "shell/sessionstate.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -31,7 +32,7 @@ constexpr std::array mapkinds = {
     mapkind{"Dither", &sessionstate::gridReady, drawdither2d, drawdither3d},
     mapkind{"Contour", &sessionstate::contourReady, drawcontour2d, drawcontour3d},
 };
-constexpr const mapkind &dither = mapkinds[0], &contour = mapkinds[1];
+constexpr std::size_t dither = 0, contour = 1; // places in the table
 
 bool drawscene(DrawSurface& surface, bool solid, bool clearfirst) {
     return solid ? drawscene3d(surface, clearfirst) : drawscene2d(surface, clearfirst);
@@ -55,9 +56,9 @@ bool drawmap(const mapkind& kind, DrawSurface& surface, bool solid, bool clearfi
     return drawscene(surface, solid, clearfirst);
 }
 
-template <const mapkind& kind, bool solid>
+template <std::size_t kind, bool solid>
 bool mapinturn(DrawSurface& surface, bool clearfirst) {
-    return drawmap(kind, surface, solid, clearfirst);
+    return drawmap(mapkinds[kind], surface, solid, clearfirst);
 }
 
 bool presentinturn(DrawSurface& surface, bool clearfirst) {
