@@ -93,6 +93,10 @@ int main(int count, char** arguments) {
         const std::string target = std::filesystem::absolute(arguments[1]).string();
         const std::string parameters = parametertext(); // changes the directory
         const std::string room = orv::samples::geometrytext();
+        const int first[] = {1};
+        const std::string paths = orv::samples::pathstext({.order = 1}, first);
+        std::string manypoints;
+        for (int i = 0; i < 11; ++i) manypoints += ",1,1,2,3";
         const std::string settings = textof(DATA_FILES "/orvanta.ini");
         const std::string materials = textof(DATA_FILES "/Orvanta.mat");
         const std::string colours = textof(DATA_FILES "/orvcolor.mat");
@@ -109,6 +113,9 @@ int main(int count, char** arguments) {
             {"fuzzresult", "new", shortresult(1.2)},
             {"fuzzresult", "old", shortresult(1.1)},
             {"fuzzresult", "barelinefeeds", withoutreturns(shortresult(1.2))},
+            {"fuzzraypaths", "hall", firstlines(paths, 20)},
+            {"fuzzraypaths", "barelinefeeds", withoutreturns(firstlines(paths, 3))},
+            {"fuzzraypaths", "overflow", "1,1,.02,1,1,1,1,1,1,1,1,1,1,11" + manypoints + "\r\n2 words"},
             {"fuzzdxf", "studio", drawing},
             {"fuzzdxf", "barelinefeeds", withoutreturns(drawing)},
             {"fuzzdxf", "entities",

@@ -10,7 +10,6 @@
 #include "shell/sessionstate.h"
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -28,11 +27,9 @@ struct mapkind {
     bool (*draw2d)(DrawSurface& surface);
     bool (*draw3d)(DrawSurface& surface, bool clearfirst);
 };
-constexpr std::array mapkinds = {
-    mapkind{"Dither", &sessionstate::gridReady, drawdither2d, drawdither3d},
-    mapkind{"Contour", &sessionstate::contourReady, drawcontour2d, drawcontour3d},
-};
-constexpr std::size_t dither = 0, contour = 1; // places in the table
+constexpr mapkind dither{"Dither", &sessionstate::gridReady, drawdither2d, drawdither3d};
+constexpr mapkind contour{"Contour", &sessionstate::contourReady, drawcontour2d, drawcontour3d};
+constexpr std::array mapkinds = {&dither, &contour};
 
 bool drawscene(DrawSurface& surface, bool solid, bool clearfirst) {
     return solid ? drawscene3d(surface, clearfirst) : drawscene2d(surface, clearfirst);
@@ -56,9 +53,9 @@ bool drawmap(const mapkind& kind, DrawSurface& surface, bool solid, bool clearfi
     return drawscene(surface, solid, clearfirst);
 }
 
-template <std::size_t kind, bool solid>
+template <const mapkind& kind, bool solid>
 bool mapinturn(DrawSurface& surface, bool clearfirst) {
-    return drawmap(mapkinds[kind], surface, solid, clearfirst);
+    return drawmap(kind, surface, solid, clearfirst);
 }
 
 bool presentinturn(DrawSurface& surface, bool clearfirst) {
@@ -66,8 +63,8 @@ bool presentinturn(DrawSurface& surface, bool clearfirst) {
     const std::string present = SessionState.mapKind;
     bool drawn = false;
     const mapkind* repeated = nullptr;
-    for (const mapkind& kind : mapkinds)
-        if (present == kind.name && SessionState.*kind.ready != 0) repeated = &kind;
+    for (const mapkind* kind : mapkinds)
+        if (present == kind->name && SessionState.*kind->ready != 0) repeated = kind;
     if (repeated)
         drawn = drawmap(*repeated, surface, solid, clearfirst);
     else

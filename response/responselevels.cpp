@@ -76,6 +76,7 @@ bool computelevels(std::int32_t receiver, std::int32_t band, bool paths) {
 
 void forgetlevels() {
     ResponseLevels.shownReceiver = -1;
+    ResponseLevels.pathCount = 0;
 }
 
 std::int32_t slotofpath(const raypath& path) {

@@ -148,7 +148,9 @@ void showreadouts() {
 void measuredecay() {
     responseplot& p = ResponsePlot;
     const auto& curve = ResponseLevels.schroederLevel;
-    const auto levelof = [&curve](float time) { return wide(levelat(curve, slotat(wide(time)))); };
+    const auto levelof = [](float time) {
+        return wide(levelat(ResponseLevels.schroederLevel, slotat(wide(time))));
+    };
     const double upper = levelof(p.cursorStart), lower = levelof(p.cursorSecond),
                  first = wide(levelat(curve, 0));
     p.measuredDrop = static_cast<float>(upper - lower);
@@ -288,18 +290,18 @@ void drawplot(DrawSurface& surface, double t1, double t2) {
 
 // --- Keys ---
 
-struct pathkey {
+struct movingkey {
     int code;
     std::int32_t paths, slots; // how far it goes
 };
-constexpr pathkey movingkeys[] = {{plotpageup, 10, 20}, {plotpagedown, -10, -20}, {plotleft, -1, -1},
-                                  {plotup, 5, 10},      {plotright, 1, 1},        {plotdown, -5, -10}};
+constexpr movingkey movingkeys[] = {{plotpageup, 10, 20}, {plotpagedown, -10, -20}, {plotleft, -1, -1},
+                                    {plotup, 5, 10},      {plotright, 1, 1},        {plotdown, -5, -10}};
 
 void movetopath(int code, double time) {
     const std::int32_t count = ResponseLevels.pathCount;
     if (count == 0) return;
     std::int32_t& path = SessionState.selectedPath;
-    for (const pathkey& key : movingkeys)
+    for (const movingkey& key : movingkeys)
         if (key.code == code) path += key.paths;
     if (code == plotenter) path = nearpath(time);
     if (code == plotend) path = count;
@@ -311,7 +313,7 @@ void movetopath(int code, double time) {
 // From the slot that the cursor is on, so that each key moves it by its own number of slots.
 void movetoslot(int code, double time) {
     double slot = nearestslot(time);
-    for (const pathkey& key : movingkeys)
+    for (const movingkey& key : movingkeys)
         if (key.code == code) slot += key.slots;
     if (code == plothome) slot = 1;
     double moved = code == plotend ? wide(SessionState.viewEnd) : slot * step();
@@ -432,7 +434,10 @@ void presskey(int code, const std::string& typed) {
         return redraw();
     }
     if (!(step() > 0)) return; // there is no response
-    const double time = lenientnumber(typed);
+    // The text has three decimals, which need not be enough to tell slots apart: the cursor itself counts
+    // until something is typed.
+    const bool same = !raypathsshown() && typed == ResponsePlot.Xtext;
+    const double time = same ? wide(ResponsePlot.cursorStart) : lenientnumber(typed);
     if (!raypathsshown())
         ResponsePlot.PathLenght = formatnumber(
             static_cast<float>(wide(ResultSet.soundSpeed) * Int(time / step() - 0.5) * step()), "####.##");

@@ -160,6 +160,14 @@ TEST_F(plots, keysMoveTheCursor) {
         presskey(one.key, one.from);
         EXPECT_EQ(ResponsePlot.Xtext, one.to) << one.key;
     }
+    response(1000, 0.0001F); // finer than the text
+    open();
+    pressplot(0.01, 1);
+    for (int i = 0; i < 20; ++i) presskey(plotright, ResponsePlot.Xtext);
+    EXPECT_EQ(ResponsePlot.Xtext, "0.012");
+    response(1000, 0.001F);
+    open();
+    updatecursor(0, 1);
     presskey('7', "0.1"); // typed: the cursor waits for Enter
     EXPECT_EQ(ResponsePlot.Xtext, "0.0");
     EXPECT_EQ(ResponsePlot.PathLenght, "33.66");
