@@ -10,7 +10,7 @@
 #include "maps/pointdata.h"
 #include "maps/surfer.h"
 #include "room/roommodel.h"
-#include "scene/drawsurface.h"
+#include "scene/recordsurface.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -25,19 +25,11 @@ constexpr const char* name = "exchanged";
 constexpr const char* copy = "copied";
 constexpr std::size_t fewnodes = 2500; // above, tracing takes too long
 
-orv::DrawSurface surface; // draws nothing
+orv::recordsurface canvas(100, 100);
 
 void prepare() {
     orv::enterscratch();
-    orv::scripted::setpicture(&surface);
-    surface.device.line = [](void*, const orv::surfacepen&, double, double, double, double) {};
-    surface.device.clear = [](void*, std::int32_t) {};
-    surface.device.text = [](void*, const orv::surfacepen&, double, double, std::string_view) {};
-    surface.device.textwidth = [](void*, std::string_view text) { return static_cast<double>(text.size()); };
-    surface.device.filledbox = [](void*, const orv::surfacepen&, double, double, double, double) {};
-    surface.device.box = [](void*, const orv::surfacepen&, const std::int32_t*, double, double, double,
-                            double) {};
-    surface.resize(100, 100, 1);
+    orv::scripted::setpicture(&canvas.surface);
 }
 
 std::string bytesof(const char* path) {
@@ -88,7 +80,8 @@ void contours() {
     orv::resetroom();
     orv::extendbox(0, 0, 0);
     orv::extendbox(8, 6, 2);
-    orv::drawcontour2d(surface);
+    orv::drawcontour2d(canvas.surface);
+    canvas.lines.clear();
 }
 
 } // namespace
