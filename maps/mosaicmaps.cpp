@@ -137,7 +137,10 @@ bool drawdither2d(DrawSurface& surface) {
     });
     surface.setFillStyle(fillstyle::transparent);
     // The scene of another plane, chosen meanwhile, does not lie on this map.
-    return drawscene2d(surface, SessionState.viewPlane != map.plane);
+    const bool replaced = SessionState.viewPlane != map.plane;
+    if (!drawscene2d(surface, replaced)) return false;
+    if (!replaced) drawcolourscale(surface); // again, since the cells have covered its labels
+    return true;
 }
 
 bool drawdither3d(DrawSurface& surface, bool clearfirst) {

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace orv {
 struct DrawSurface;
@@ -35,6 +36,7 @@ struct filerequest {
     std::string directory; // first directory shown when the proposal names none
 };
 std::string askopenfile(const filerequest& request);
+std::vector<std::string> askopenfiles(const filerequest& request); // one or several of one directory
 std::string asksavefile(const filerequest& request);
 
 // The system's colour dialog; colours are 0x00BBGGRR.

@@ -20,6 +20,8 @@
 #include "shell/sessionstate.h"
 #include "shell/startup.h"
 #include "shell/workflows.h"
+#include "tools/optimizer.h"
+#include "tools/sumlist.h"
 
 #include <algorithm>
 #include <array>
@@ -67,19 +69,19 @@ constexpr menucommand startrows[] = {
     row("File", "Fsave", "&Save Geometry File...", Fsave, disabled),
     row("File", "DXFIN", "&DXF In...", DXFIN),
     row("File", "DXFOUT", "DXF &Out...", DXFOUT, disabled),
-    row("File", "ImportNastran", "Import &Nastran file", nullptr),
-    row("File", "ImporRayonGeo", "&Import from Rayons...", nullptr, hidden),
-    row("File", "FileExport", "&Export to Rayons...", nullptr, hidden | disabled),
-    row("File", "ImportCatt", "Import from &Catt Acoustics", nullptr),
-    row("File", "ExportCatt", "Export to Catt Acoustics", nullptr, disabled),
+    row("File", "ImportNastran", "Import &Nastran file", ImportNastran),
+    row("File", "ImporRayonGeo", "&Import from Rayons...", ImporRayonGeo, hidden),
+    row("File", "FileExport", "&Export to Rayons...", FileExport, hidden | disabled),
+    row("File", "ImportCatt", "Import from &Catt Acoustics", ImportCatt),
+    row("File", "ExportCatt", "Export to Catt Acoustics", ExportCatt, disabled),
     separator("File"),
     row("File", "OpenRes", "Open &Imp.Resp.+Geometry files...", OpenRes),
     row("File", "MapLoad", "Open &Imp.Resp. file only...", MapLoad, disabled),
     row("File", "importrayonresp", "Import &Rayons Response...", nullptr, hidden | disabled),
     row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", nullptr, disabled),
     separator("File"),
-    row("File", "SumEq", "Sum && Equalize", nullptr),
-    row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", nullptr),
+    row("File", "SumEq", "Sum && Equalize", SumEq),
+    row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", AlfaBetaOpt),
     separator("File"),
     row("File", "Fprint", "&Auto Print Screen (Gray)...", nullptr, hidden),
     row("File", "Cprint", "&Print Image...", Cprint, disabled),

@@ -19,6 +19,8 @@
 #include "shell/mainwindow.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
+#include "tools/optimizerwindow.h"
+#include "tools/sumequalizewindow.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -69,9 +71,11 @@ constexpr namedwindow namedwindows[] = {
     {"About", showabout},
     {"BLN Options", showblankingoptions},
     {responsewindowname, showresponsewindow},
+    {"Alfa-Beta Optimizer", showoptimizerwindow},
     {"Mapping Options", showmappingoptions},
     {"RGB Settings", showrgbsettings},
     {"STI Options", showstidialog},
+    {"Sum & Equalize", showsumequalizewindow},
     {"Table", showtablewindow},
     {"View Options", showviewoptions},
 };
@@ -150,10 +154,11 @@ QStringList namefilters(const std::string& filter) {
     return filters;
 }
 
-std::string askfile(const filerequest& request, QFileDialog::AcceptMode mode) {
+std::vector<std::string> askfiles(const filerequest& request, QFileDialog::FileMode files) {
     QFileDialog dialog(dialogparent(), qttext(request.title));
+    const auto mode = files == QFileDialog::AnyFile ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen;
     dialog.setAcceptMode(mode);
-    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    dialog.setFileMode(files);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setOption(QFileDialog::DontUseNativeDialog, !nativedialogs());
     dialog.resize(dialogwidth, dialogheight);
@@ -169,7 +174,10 @@ std::string askfile(const filerequest& request, QFileDialog::AcceptMode mode) {
     if (!pattern) dialog.selectFile(proposal.fileName());
 
     if (rundialog(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) cancel();
-    return corepath(QDir::toNativeSeparators(dialog.selectedFiles().constFirst()));
+    std::vector<std::string> paths;
+    for (const QString& path : dialog.selectedFiles())
+        paths.push_back(corepath(QDir::toNativeSeparators(path)));
+    return paths;
 }
 
 QPrinter& theprinter() {
@@ -270,11 +278,15 @@ answer messagebox(const std::string& title, const std::string& text, buttons cho
 }
 
 std::string askopenfile(const filerequest& request) {
-    return askfile(request, QFileDialog::AcceptOpen);
+    return askfiles(request, QFileDialog::ExistingFile).front();
+}
+
+std::vector<std::string> askopenfiles(const filerequest& request) {
+    return askfiles(request, QFileDialog::ExistingFiles);
 }
 
 std::string asksavefile(const filerequest& request) {
-    return askfile(request, QFileDialog::AcceptSave);
+    return askfiles(request, QFileDialog::AnyFile).front();
 }
 
 std::int32_t askcolour(std::int32_t present) {

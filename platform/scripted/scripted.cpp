@@ -309,6 +309,16 @@ std::string askopenfile(const filerequest& request) {
     return answeredpath(kind::open, "open", request);
 }
 
+std::vector<std::string> askopenfiles(const filerequest& request) {
+    std::vector<std::string> paths(1);
+    for (const char c : answeredpath(kind::open, "open", request))
+        if (c == '\n')
+            paths.emplace_back();
+        else
+            paths.back() += c;
+    return paths;
+}
+
 std::string asksavefile(const filerequest& request) {
     return answeredpath(kind::save, "save", request);
 }

@@ -55,7 +55,7 @@ using step = std::function<void()>;
 void expectbox(std::string fragment, platform::answer given);
 
 // ... a file dialog whose title holds `fragment`; answered with a path or `cancelled`.
-void expectopen(std::optional<std::string> path, std::string fragment = {});
+void expectopen(std::optional<std::string> path, std::string fragment = {}); // several: a line for each
 void expectsave(std::optional<std::string> path, std::string fragment = {});
 
 // ... the colour dialog.
