@@ -143,7 +143,7 @@ TEST_F(contourtest, CommandsGridContourAndDraw) {
 }
 
 TEST_F(contourtest, RealContourFilesAreDrawn) {
-    const std::string folder = std::string(SHARED_FILES) + "/real/dxf/";
+    const std::string folder = std::string(REAL_FILES) + "/dxf/";
     if (!canopen(folder + "usa_lwpolylines.dxf")) GTEST_SKIP();
     RoomModel.roomMinX = RoomModel.roomMinY = -1e6F;
     RoomModel.roomMaxX = RoomModel.roomMaxY = 1e6F;

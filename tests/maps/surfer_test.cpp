@@ -150,7 +150,7 @@ TEST_F(surfertest, BadFilesAreRefusedWithTheirName) {
 }
 
 TEST_F(surfertest, RealGridsAreRead) {
-    const std::string folder = std::string(SHARED_FILES) + "/real/surfer/";
+    const std::string folder = std::string(REAL_FILES) + "/surfer/";
     if (!canopen(folder + "gio_tiny_10x10.grd")) GTEST_SKIP();
     EXPECT_EQ(readgrid(folder + "gio_tiny_10x10.grd").value(9, 0), 25);
     const regulargrid wrapped = readgrid(folder + "fatiando_wrapped_rows.grd");

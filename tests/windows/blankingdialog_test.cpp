@@ -4,6 +4,7 @@
 #include "maps/blanking.h"
 
 #include <QCheckBox>
+#include <QPushButton>
 #include <QRadioButton>
 
 namespace orv {
