@@ -26,6 +26,7 @@
 #include "base/listinput.h"
 #include "base/numbertext.h"
 #include "platform/platform.h"
+#include "response/raypathreader.h"
 #include "response/raypathset.h"
 #include "results/acousticparameters.h"
 #include "results/parameterset.h"
@@ -51,8 +52,9 @@ constexpr double fulllog = 0.85;     // share of the window's height
 constexpr float defaultspeed = 340;  // m/s
 constexpr float nocorrection = 1E9F; // s, a critical time that no slot reaches
 constexpr double newformat = 1.2;
-constexpr std::size_t positionlabel = 11, rowlabel = 6; // characters in front of the numbers
-constexpr std::int32_t keptcorrections = 65536;         // offsets; later ones compute theirs anew
+constexpr std::size_t positionlabel = 11, rowlabel = 6;     // characters in front of the numbers
+constexpr std::int64_t oldestrayfile = 864'000'000'000'000; // ns before the result: 10 days
+constexpr std::int32_t keptcorrections = 65536;             // offsets; later ones compute theirs anew
 constexpr int firstvoiceband = 3, lastvoiceband = 9;
 
 constexpr const char* hiddenviews[] = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
@@ -484,8 +486,13 @@ void loadresult(const std::string& name) {
     ResultSet.resultDate = filedate(name);
     ResultSet.rayFilePresent =
         attempt([&] { ResultSet.rayFileDate = filedate(existingpath(raypathnameof(name))); });
-    dummyredim();
-    enablecommand("viewraypaths", false);
+    const bool usable =
+        ResultSet.rayFilePresent && ResultSet.resultDate - ResultSet.rayFileDate <= oldestrayfile;
+    if (usable)
+        loadchiocc(existingpath(raypathnameof(name)));
+    else
+        dummyredim();
+    enablecommand("viewraypaths", usable);
 
     platform::pointer(platform::shape::normal);
     platform::background(former);

@@ -14,7 +14,8 @@ namespace orv {
 //
 // Any statement that fails until the end of the averages is skipped and the next one runs: a truncated file
 // repeats its last number to the end of its block, and a file that is not there leaves the tables with their
-// former sizes. Raises filenotfound for the date of a result that is not there.
+// former sizes. Raises filenotfound for the date of a result that is not there, and what loadchiocc
+// (response/raypathreader.h) raises.
 void loadresult(const std::string& name);
 
 // The names beside a result, by position in its name: geometry (all but the last four characters, ".RAY"),

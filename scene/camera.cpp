@@ -5,9 +5,10 @@
 #include "base/formatpattern.h"
 #include "base/numbertext.h"
 #include "base/runtimeerror.h"
+#include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
-#include "scene/scenedrawing.h"
+#include "scene/drawingturn.h"
 
 #include <array>
 #include <cmath>
@@ -164,6 +165,28 @@ viewcamera derivedcamera() {
     c.axisVY = single(quotient(vy, v));
     c.axisVZ = single(quotient(vz, v));
     return c;
+}
+
+picturepoint inplane(const modelpoint& point) {
+    switch (SessionState.viewPlane) {
+    case planechoice::YZ:
+        return {point.y, point.z};
+    case planechoice::XZ:
+        return {point.x, point.z};
+    default:
+        return {point.x, point.y};
+    }
+}
+
+modelpoint fromplane(const picturepoint& point, double third) {
+    switch (SessionState.viewPlane) {
+    case planechoice::YZ:
+        return {third, point.x, point.y};
+    case planechoice::XZ:
+        return {point.x, third, point.y};
+    default:
+        return {point.x, point.y, third};
+    }
 }
 
 void planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3, double& a, double& b,

@@ -42,10 +42,22 @@ viewcamera derivedcamera();
 // behind the camera; nobody tests for either. Raises nothing.
 void projectpoint(double x, double y, double z, double& u, double& v);
 
-// Plane a x + b y + c z + d = 0 through three points; (a, b, c) = (p3 - p1) x (p2 - p1), not normalised.
+// A point of the model, m, and one of the picture or of the plane of the 2D view, in that view's two axes.
 struct modelpoint {
     double x, y, z;
 };
+struct picturepoint {
+    double x, y;
+};
+
+// The two coordinates of a point that the present 2D view shows: x and y, y and z, or x and z.
+picturepoint inplane(const modelpoint& point);
+
+// The point of the model whose two coordinates in the present 2D view are those of `point`, the third being
+// `third`.
+modelpoint fromplane(const picturepoint& point, double third);
+
+// Plane a x + b y + c z + d = 0 through three points; (a, b, c) = (p3 - p1) x (p2 - p1), not normalised.
 void planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3, double& a, double& b,
                      double& c, double& d);
 

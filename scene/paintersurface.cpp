@@ -100,9 +100,17 @@ void plot(void* context, const surfacepen& pen, double x, double y) {
 void box(void* context, const surfacepen& pen, const std::int32_t* fill, double x1, double y1, double x2,
          double y2) {
     paintersurface& to = owner(context);
+    const QRect frame(QPoint(pixel(x1), pixel(y1)), QPoint(pixel(x2), pixel(y2)));
+    if (fill && *fill == pen.colour && pen.style == drawstyle::solid && pen.mode == drawmodecopy) {
+        // One colour within and around, as the cells of maps are.
+        if (!to.penset || to.pen.mode != drawmodecopy) usepen(to, pen);
+        flush(to);
+        const double around = (pen.width - 1) / 2;
+        to.painter.fillRect(QRectF(frame).adjusted(-around, -around, around, around), colourof(*fill));
+        return touch(to);
+    }
     usepen(to, pen);
     flush(to);
-    const QRect frame(QPoint(pixel(x1), pixel(y1)), QPoint(pixel(x2), pixel(y2)));
     if (fill) to.painter.fillRect(frame.adjusted(1, 1, -1, -1), colourof(*fill));
     to.painter.drawRect(frame.adjusted(0, 0, -1, -1));
     touch(to);

@@ -7,12 +7,12 @@
 #include "results/parameterset.h"
 #include "room/roommodel.h"
 #include "scene/camera.h"
+#include "scene/drawingturn.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
 #include <cmath>
 #include <utility>
-#include <vector>
 
 namespace orv {
 
@@ -64,22 +64,6 @@ modelpoint rayend(std::int32_t ray) {
     return {wide(r.rayLineX1(ray)) + raylength * wide(r.rayLineX2(ray)),
             wide(r.rayLineY1(ray)) + raylength * wide(r.rayLineY2(ray)),
             wide(r.rayLineZ1(ray)) + raylength * wide(r.rayLineZ2(ray))};
-}
-
-// A point of the picture in window coordinates.
-struct picturepoint {
-    double x, y;
-};
-
-picturepoint inplane(const modelpoint& p) {
-    switch (SessionState.viewPlane) {
-    case planechoice::YZ:
-        return {p.y, p.z};
-    case planechoice::XZ:
-        return {p.x, p.z};
-    default:
-        return {p.x, p.y};
-    }
 }
 
 picturepoint projected(const modelpoint& p) {
@@ -310,8 +294,9 @@ void finish(std::string_view hint) {
     platform::statustext(1, std::string(hint));
 }
 
-// Both return whether there was anything to draw.
-bool drawflat(DrawSurface& surface, bool clearfirst) {
+} // namespace
+
+bool drawscene2d(DrawSurface& surface, bool clearfirst) {
     showview(false);
     if (!attempt([&] { scale2dview(surface); })) return false;
     begin(surface, clearfirst);
@@ -322,13 +307,19 @@ bool drawflat(DrawSurface& surface, bool clearfirst) {
     drawreceivers2d(surface);
     drawraylines2d(surface);
     drawaxes2d(surface);
-    drawposted(surface);
+    attempt([&] { drawposted(surface); }); // a parameter need not have a value in every band
     drawtitle(surface);
     finish(hint2d);
     return true;
 }
 
-bool drawsolid(DrawSurface& surface, bool clearfirst) {
+bool drawscene3d(DrawSurface& surface, bool clearfirst) {
+    // Texts of camera fields that are written meanwhile must not ask for a redraw.
+    struct manualredraw {
+        const float former = std::exchange(SessionState.autoRedraw, off);
+        ~manualredraw() { SessionState.autoRedraw = former; }
+    };
+    const manualredraw held;
     showview(true);
     surface.setDrawWidth(1);
     if (!attempt([] { setupcamera(); }) || !attempt([&] { scale3dview(surface); })) return false;
@@ -344,57 +335,6 @@ bool drawsolid(DrawSurface& surface, bool clearfirst) {
     return true;
 }
 
-// Surfaces that are being drawn on now, and the view that was asked for meanwhile.
-enum class viewkind { none, flat, solid };
-struct runningdrawing {
-    DrawSurface* surface;
-    viewkind waiting;
-};
-std::vector<runningdrawing> running;
-
-void drawview(DrawSurface& surface, bool clearfirst, viewkind kind) {
-    for (runningdrawing& other : running) {
-        if (other.surface != &surface) continue;
-        other.waiting = kind;
-        SessionState.drawAbort = on;
-        return;
-    }
-    struct mark {
-        explicit mark(DrawSurface& drawn) { running.push_back({&drawn, viewkind::none}); }
-        ~mark() { running.pop_back(); }
-    };
-    // Texts of camera fields that are written meanwhile must not ask for a redraw.
-    struct manualredraw {
-        const float former = std::exchange(SessionState.autoRedraw, off);
-        ~manualredraw() { SessionState.autoRedraw = former; }
-    };
-    const mark mine(surface);
-    const std::size_t place = running.size() - 1;
-    while (kind != viewkind::none) {
-        running[place].waiting = viewkind::none;
-        bool drawn = false;
-        if (kind == viewkind::flat) {
-            drawn = drawflat(surface, clearfirst);
-        } else {
-            const manualredraw held;
-            drawn = drawsolid(surface, clearfirst);
-        }
-        kind = running[place].waiting;
-        clearfirst = true;
-        if (!drawn) {
-            surface.restore();
-            platform::pointer(platform::shape::normal);
-        } else if (kind == viewkind::none)
-            surface.keep();
-    }
-}
-
-} // namespace
-
-bool drawingruns() {
-    return !running.empty();
-}
-
 bool viewpossible() {
     if (platform::isvisible("Frame1")) return attempt([] { derivedcamera(); });
     DrawSurface trial = platform::picture();
@@ -403,20 +343,11 @@ bool viewpossible() {
 }
 
 void draw2dview(DrawSurface& surface, bool clearfirst) {
-    drawview(surface, clearfirst, viewkind::flat);
+    taketurn(surface, clearfirst, drawscene2d);
 }
 
 void draw3dview(DrawSurface& surface, bool clearfirst) {
-    drawview(surface, clearfirst, viewkind::solid);
-}
-
-void redrawview(DrawSurface& surface) {
-    const std::string kind = SessionState.mapKind;
-    if (platform::isvisible("Frame1"))
-        draw3dview(surface, false);
-    else
-        draw2dview(surface, false);
-    SessionState.mapKind = kind;
+    taketurn(surface, clearfirst, drawscene3d);
 }
 
 void drawshrinkface(std::int32_t face, std::int32_t colour) {

@@ -1,8 +1,4 @@
-// The scene as a wire frame with markers and labels: the 2D views, the 3D view, and the one entry through
-// which camera edits and pans ask for a new picture.
-//
-// A drawing that is asked for while another one runs (a user's action at a yield) is not nested into it: the
-// running one ends early, and the last one asked for is then drawn from a cleared surface.
+// The scene as a wire frame with markers and labels: the 2D views and the 3D view.
 #pragma once
 
 #include "scene/drawsurface.h"
@@ -12,20 +8,22 @@
 
 namespace orv {
 
-// Draw the whole scene; with `clearfirst` the surface is made white first. Show the wait pointer meanwhile,
-// the view's groups of controls and its hint in the status bar, and leave mapKind "Normal". The loop over
-// the faces ends early when drawAbort is set, which is 0 at the start of every drawing.
+// Draw the whole scene, in their turn (scene/drawingturn.h); with `clearfirst` the surface is made white
+// first. Show the wait pointer meanwhile, the view's groups of controls and its hint in the status bar, and
+// leave mapKind "Normal". The loop over the faces ends early when drawAbort is set, which is 0 at the start
+// of every drawing.
 //
 // Where the window or the camera cannot be computed (a division by zero) nothing is drawn, and the surface
 // gets its last finished picture back; the view's controls are shown all the same, which are the way out.
 void draw2dview(DrawSurface& surface, bool clearfirst);
 void draw3dview(DrawSurface& surface, bool clearfirst);
 
-// The present view without clearing, in 3D when the camera group is shown; keeps mapKind.
-void redrawview(DrawSurface& surface);
+// The same for a drawing that has its turn already, such as a map. Return whether there was anything that can
+// be drawn.
+bool drawscene2d(DrawSurface& surface, bool clearfirst);
+bool drawscene3d(DrawSurface& surface, bool clearfirst);
 
-// Whether a drawing runs now (it yields), and whether the present view can be drawn at all.
-bool drawingruns();
+// Whether the present view can be drawn at all.
 bool viewpossible();
 
 // Outline of face 1..faceCount shrunk to 0.7 about its centre, always on the main picture: of three vertices

@@ -2,6 +2,7 @@
 #include "scene/viewcommands.h"
 
 #include "base/runtimeerror.h"
+#include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "scene/scenedrawing.h"
 #include "shell/sessionstate.h"

@@ -4,6 +4,7 @@
 #include "base/runtimeerror.h"
 #include "base/table.h"
 #include "export/wavexport.h"
+#include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
@@ -148,8 +149,8 @@ constexpr menucommand startrows[] = {
     row("Map", "STIopt", "&STI Options...", STIopt, disabled),
     row("Map", "RGBOpt", "&RGB Options...", nullptr, disabled),
     separator("Map"),
-    row("Map", "MapDoDither3D", "DoDither &3D...", nullptr, disabled),
-    row("Map", "MapDoDither2D", "DoDither &2D...", nullptr, disabled),
+    row("Map", "MapDoDither3D", "DoDither &3D...", MapDoDither3D, disabled),
+    row("Map", "MapDoDither2D", "DoDither &2D...", MapDoDither2D, disabled),
     separator("Map"),
     row("Map", "MapDoContour3D", "DoContour 3D...", nullptr, disabled),
     row("Map", "MapDoContour2D", "DoContour 2D...", nullptr, disabled),

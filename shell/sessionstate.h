@@ -84,6 +84,7 @@ struct sessionstate {
     std::int32_t colourRoom = 0, colourSources = 0, colourReceivers = 0, colourBlanking = 0, colourPosted = 0,
                  colourRays = 0;
     bool shrinkFaces = false;
+    float dxfEnabled = 0;
     fixedtable<"materialColour", std::int32_t, highestmaterial> materialColour;
     float drawAbort = off;
     std::string mapKind;                              // "Normal", "Contour" or "Dither"
@@ -91,6 +92,8 @@ struct sessionstate {
 
     // Maps
     bool mapInProgress = false;
+    bool autorange = false, mirror = false, useBlanking = false, useSurfer = false;
+    bool mapCancelled = false; // "Cancel" of the mapping options
     std::int32_t gridReady = 0, contourReady = 0;
     std::int32_t Nx = 0, Ny = 0;
     float maxRadius = 0;

@@ -6,6 +6,7 @@
 #include "base/formatpattern.h"
 #include "base/listinput.h"
 #include "base/runtimeerror.h"
+#include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
 #include "scene/scenedrawing.h"

@@ -1,4 +1,5 @@
 // The pictures, item by item, and what a drawing does beside them.
+#include "maps/redrawview.h"
 #include "scene/scenedrawing.h"
 
 #include "scene/camera.h"

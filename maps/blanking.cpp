@@ -1,0 +1,188 @@
+// The blanking file, a text file of polygons one behind the other, numbers as list input:
+//
+//   COUNT,FLAG       points of the polygon; 1 blanks its inside, 0 its outside
+//   X,Y              COUNT of these, m; the last repeats the first
+//
+// A sample, one square:
+//
+//   5,1
+//   0,0
+//   2.5,0
+//   2.5,2.5
+//   0,2.5
+//   0,0
+#include "maps/blanking.h"
+
+#include "base/arithmetic.h"
+#include "base/files.h"
+#include "base/listinput.h"
+#include "base/listoutput.h"
+#include "maps/redrawview.h"
+#include "platform/platform.h"
+#include "room/roommodel.h"
+#include "scene/scenedrawing.h"
+#include "shell/menucommands.h"
+#include "shell/sessionstate.h"
+#include "shell/workflows.h"
+
+#include <algorithm>
+
+namespace orv {
+
+blankinglines BlankingLines;
+blankingoptions BlankingOptions;
+
+namespace {
+
+constexpr const char* filepattern = "*.BLN";
+constexpr std::string_view linecommands[] = {"BLNdel", "BLNsave", "BLNnew"};
+
+double wide(float value) {
+    return static_cast<double>(value);
+}
+
+// Whether only separators are left.
+bool nothingleft(const listreader& file) {
+    return file.buffer.find_first_not_of(" ,\t\r\n\x1A", file.position) == std::string_view::npos;
+}
+
+void widenbox(float x, float y) {
+    RoomModel.roomMaxX = std::max(RoomModel.roomMaxX, x);
+    RoomModel.roomMinX = std::min(RoomModel.roomMinX, x);
+    RoomModel.roomMaxY = std::max(RoomModel.roomMaxY, y);
+    RoomModel.roomMinY = std::min(RoomModel.roomMinY, y);
+}
+
+// The head of the next polygon, where there is one.
+struct polygonhead {
+    float points;
+    std::int32_t flag;
+};
+polygonhead readhead(listreader& file) {
+    const float points = readsingle(file);
+    return {points, readwhole32(file)};
+}
+
+[[noreturn]] void toomany(const listreader& file, int most, const std::string& what) {
+    inputfailure(file, errorkind::subscript,
+                 "subscript out of range, " + what + " at most " + std::to_string(most));
+}
+
+void readpolygon(listreader& file, std::int32_t line) {
+    blankinglines& b = BlankingLines;
+    const polygonhead head = readhead(file);
+    if (head.points > blanklinehighestpoint)
+        toomany(file, blanklinehighestpoint, "the points of a blanking line are");
+    b.blanklinePoints(line) = head.points;
+    b.blanklineFlag(line) = head.flag;
+    const int count = static_cast<int>(head.points);
+    for (int point = 1; point <= count; ++point) {
+        const float x = b.blanklineX(line, point) = readsingle(file);
+        const float y = b.blanklineY(line, point) = readsingle(file);
+        widenbox(x, y);
+    }
+}
+
+} // namespace
+
+void readblanking(const std::string& path) {
+    const filebytes bytes = readfile(path);
+    listreader file = openlist(bytes, pagetext(path));
+    std::int32_t line = 0;
+    while (!nothingleft(file)) {
+        if (++line > highestblankline) toomany(file, highestblankline, "blanking lines are");
+        readpolygon(file, line);
+    }
+    BlankingLines.blanklineCount = line;
+}
+
+void writeblanking(const std::string& path) {
+    const blankinglines& b = BlankingLines;
+    std::string text;
+    for (std::int32_t line = 1; line <= b.blanklineCount; ++line) {
+        std::string row;
+        listnumber(row, wide(b.blanklinePoints(line)));
+        listwhole(row, b.blanklineFlag(line));
+        text.append(row).append(lineend);
+        const int count = static_cast<int>(b.blanklinePoints(line));
+        for (int point = 1; point <= count; ++point) {
+            row.clear();
+            listnumber(row, wide(b.blanklineX(line, point)));
+            listnumber(row, wide(b.blanklineY(line, point)));
+            text.append(row).append(lineend);
+        }
+    }
+    replacefile(path, text);
+}
+
+std::vector<blankingpolygon> blankingpolygons(const std::string& path) {
+    const filebytes bytes = readfile(path);
+    listreader file = openlist(bytes, pagetext(path));
+    std::vector<blankingpolygon> polygons;
+    while (!nothingleft(file)) {
+        const polygonhead head = readhead(file);
+        blankingpolygon& polygon = polygons.emplace_back();
+        polygon.flag = head.flag;
+        for (float point = 1; point <= head.points; ++point) {
+            polygon.x.push_back(readnumber(file));
+            polygon.y.push_back(readnumber(file));
+        }
+    }
+    return polygons;
+}
+
+void enableblankingcommands(bool enabled) {
+    for (const std::string_view name : linecommands) enablecommand(name, enabled);
+}
+
+void loadblanking() {
+    BlankingLines.blankingFile =
+        platform::askopenfile({"Load a Blanking File", "SURFER's Blanking Files (*.BLN)|*.BLN", filepattern,
+                               SessionState.dataDirectory});
+    readblanking(BlankingLines.blankingFile);
+    SessionState.gridReady = SessionState.contourReady = 0;
+    enableblankingcommands(true);
+}
+
+void BLNload() {
+    try {
+        loadblanking();
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::cancelled) throw;
+    }
+}
+
+void BLNsave() {
+    std::string& name = BlankingLines.blankingFile;
+    try {
+        name = platform::asksavefile({"Save a Blanking File", "SURFER Blank.Files (*.BLN)|*.BLN",
+                                      name.empty() ? filepattern : name, SessionState.dataDirectory});
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::cancelled) throw;
+        return;
+    }
+    // A point as the first character makes no extension.
+    if (filenameof(name).find('.', 1) == std::string::npos) name += ".bln";
+    writeblanking(name);
+}
+
+void BLNnew() {
+    BlankingLines.blanklineCount = 0;
+    enablecommand("BLNsave", false);
+    enablecommand("BLNnew", false);
+    if (SessionState.useBlanking) {
+        SessionState.useBlanking = false;
+        SessionState.gridReady = SessionState.contourReady = 0;
+    }
+    platform::picture().clear();
+    redrawview(platform::picture());
+}
+
+void BLNview() {
+    const bool shown = !ischecked("BLNview");
+    checkcommand("BLNview", shown);
+    checkcommand("Vbln", shown);
+    if (shown && BlankingLines.blanklineCount > 0) showscene();
+}
+
+} // namespace orv

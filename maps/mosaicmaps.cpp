@@ -1,0 +1,160 @@
+// The two mosaic maps: a common head, the walk over the cells by columns, and how a cell is painted in each.
+#include "maps/mosaicmaps.h"
+
+#include "base/arithmetic.h"
+#include "base/runtimeerror.h"
+#include "maps/colourschemes.h"
+#include "maps/mapfield.h"
+#include "maps/mapgrid.h"
+#include "maps/surfer.h"
+#include "platform/platform.h"
+#include "scene/camera.h"
+#include "scene/scenedrawing.h"
+#include "shell/menucommands.h"
+#include "shell/sessionstate.h"
+
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+namespace orv {
+
+namespace {
+
+constexpr double stripoverlap = 1.5; // a strip is as much thicker than its cell, so that neighbours overlap
+
+// The middle grey of "White-Black" does not appear in a mosaic.
+constexpr double greyabove = 126, greybelow = 128, greyinstead = 126;
+
+struct mapmark {
+    mapmark() { SessionState.mapInProgress = true; }
+    ~mapmark() { SessionState.mapInProgress = false; }
+};
+
+// What a map is drawn from, taken once so that a user at a yield does not change it.
+struct mosaic {
+    maprectangle area;
+    int columns, rows;
+    bool gridded;
+    mapreceivers receivers; // empty where gridded
+};
+
+mosaic startmosaic() {
+    enablecommand("Cprint", true);
+    sessionstate& s = SessionState;
+    mosaic map{mapextent(), s.Nx, s.Ny, s.useSurfer, {}};
+    if (map.gridded) {
+        const maprectangle& a = map.area;
+        if (s.gridReady == 0) surfergrid(a.lo1, a.hi1, a.lo2, a.hi2);
+        s.gridReady = -1; // also where the engine gave up: the map then shows what the grid held before
+    } else
+        map.receivers = receiversofmap();
+    return map;
+}
+
+void showstart() {
+    platform::pointer(platform::shape::wait);
+    platform::statustext(1, "Dithering...");
+}
+
+// Raises divisionbyzero for levels between which there is nothing.
+void chooselevels(const mosaic& map) {
+    if (!map.gridded && SessionState.autorange) autorangelevels(map.receivers);
+    if (SessionState.minLevel == SessionState.maxLevel)
+        throw runtimeerror{errorkind::divisionbyzero, "The lowest and the highest level are the same."};
+}
+
+std::int32_t cellcolour(double value) {
+    double c = levelindex(value);
+    if (chosenscheme() == colourscheme::whiteblack && c > greyabove && c < greybelow) c = greyinstead;
+    return schemecolour(c);
+}
+
+// One cell: its lower corner and its place in the plane's two axes, and its value.
+struct mapcell {
+    double a, b;
+    double value;
+};
+
+// Calls `paint` for each cell that is not blanked, column by column, until the user stops it.
+template <class step>
+void eachcell(const mosaic& map, step&& paint) {
+    const maprectangle& area = map.area;
+    const std::size_t rows = static_cast<std::size_t>(map.rows);
+    std::vector<double> b(rows), middle(rows), value(rows);
+    double at = area.lo2;
+    for (std::size_t j = 0; j < rows; ++j, at += area.cellHeight) {
+        b[j] = at;
+        middle[j] = (at + at + area.cellHeight) / 2;
+    }
+    double a = area.lo1;
+    for (int i = 0; i < map.columns; ++i, a += area.cellWidth) {
+        if (!map.gridded) fieldcolumn(map.receivers, (a + a + area.cellWidth) / 2, middle, value);
+        for (int j = 0; j < map.rows; ++j) {
+            const std::size_t row = static_cast<std::size_t>(j);
+            if (map.gridded) {
+                const float node = MapGrid(j, i);
+                if (node == blankedvalue) continue;
+                value[row] = static_cast<double>(node);
+            }
+            paint(mapcell{a, b[row], value[row]});
+        }
+        platform::yield();
+        if (SessionState.drawAbort != off) break;
+    }
+}
+
+picturepoint projected(double p, double q) {
+    const modelpoint point = fromplane({p, q}, static_cast<double>(SessionState.mapThirdCoordinate));
+    picturepoint out;
+    projectpoint(point.x, point.y, point.z, out.x, out.y);
+    return out;
+}
+
+} // namespace
+
+bool drawdither2d(DrawSurface& surface) {
+    const mapmark inprogress;
+    SessionState.drawAbort = off;
+    const mosaic map = startmosaic();
+    if (!attempt([&] { scale2dview(surface); })) return drawscene2d(surface, false);
+    showstart();
+    chooselevels(map);
+    drawcolourscale(surface);
+    const double width = map.area.cellWidth, height = map.area.cellHeight;
+    eachcell(map, [&](const mapcell& cell) {
+        const std::int32_t colour = cellcolour(cell.value);
+        surface.setFillStyle(fillstyle::solid);
+        surface.setFillColor(colour);
+        surface.box(cell.a, cell.b, cell.a + width, cell.b + height, colour);
+    });
+    surface.setFillStyle(fillstyle::transparent);
+    return drawscene2d(surface, false);
+}
+
+bool drawdither3d(DrawSurface& surface, bool clearfirst) {
+    const mapmark inprogress;
+    const mosaic map = startmosaic();
+    if (!drawscene3d(surface, clearfirst)) return false;
+    showstart();
+    chooselevels(map);
+    drawcolourscale(surface);
+    surface.setFillStyle(fillstyle::transparent);
+    const double width = map.area.cellWidth, height = map.area.cellHeight;
+    eachcell(map, [&](const mapcell& cell) {
+        const double middle = (cell.b + cell.b + height) / 2;
+        // The thickness follows the perspective of this very place.
+        const picturepoint low = projected(cell.a, cell.b);
+        const picturepoint high = projected(cell.a, cell.b + stripoverlap * height);
+        surface.setDrawWidth(-surface.toPixelsY(std::hypot(high.x - low.x, high.y - low.y)));
+        const picturepoint from = projected(cell.a, middle), to = projected(cell.a + width, middle);
+        surface.line(from.x, from.y, to.x, to.y, cellcolour(cell.value));
+    });
+    surface.setDrawWidth(1);
+    drawscene3d(surface, false);
+    platform::pointer(platform::shape::normal);
+    drawcolourscale(surface);
+    return true;
+}
+
+} // namespace orv

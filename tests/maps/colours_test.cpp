@@ -1,0 +1,65 @@
+// The six schemes against a table that another program computed, and the scale.
+#include "maps/colourschemes.h"
+
+#include "shell/startup.h"
+#include "tests/testsupport.h"
+
+#include <cstdio>
+#include <sstream>
+
+namespace orv {
+namespace {
+
+struct colourtest : sessiontest {
+    colourtest() { startup(); }
+
+    static std::string hex(std::int32_t colour) {
+        std::array<char, 8> text{};
+        std::snprintf(text.data(), text.size(), "%02X%02X%02X", static_cast<unsigned>(colour & 255),
+                      static_cast<unsigned>(colour >> 8 & 255), static_cast<unsigned>(colour >> 16 & 255));
+        return text.data();
+    }
+    static std::string shown(int scheme, double c) {
+        SessionState.colourSchemeIndex = static_cast<float>(scheme);
+        return hex(schemecolour(c));
+    }
+};
+
+TEST_F(colourtest, everyColourOfEveryScheme) {
+    std::istringstream table(readtext(TEST_FILES "/golden/colours.txt"));
+    for (int c = 0; c <= 255; ++c)
+        for (int scheme = 1; scheme <= 6; ++scheme) {
+            std::string expected;
+            ASSERT_TRUE(table >> expected);
+            EXPECT_EQ(shown(scheme, c), expected) << "scheme " << scheme << ", c = " << c;
+        }
+}
+
+TEST_F(colourtest, realIndexesRoundToEven) {
+    EXPECT_EQ(shown(1, 0.5), "0000FE");    // 0.5 and 254.5
+    EXPECT_EQ(shown(1, 1.5), "0200FE");    // 1.5 and 253.5... both to even
+    EXPECT_EQ(shown(4, 127.5), "808080");  // the scale keeps the middle grey
+    EXPECT_EQ(shown(5, 15.999), "000000"); // below the first edge
+    EXPECT_EQ(shown(5, 256), "FFFF00");    // the seventeenth entry
+    EXPECT_EQ(shown(6, 254.99), "FF0000"); // 200 / 255 of .01 is cut to 0
+}
+
+TEST_F(colourtest, scale) {
+    recordsurface page(1000, 500);
+    page.surface.setWindow(0, 100, 1000, 0); // y grows upwards, as in the views
+    SessionState.minLevel = 80;
+    SessionState.maxLevel = 90;
+    SessionState.colourSchemeIndex = 1;
+    page.lines.clear();
+    drawcolourscale(page.surface);
+    ASSERT_EQ(page.lines.size(), 16U + 16 + 17);
+    EXPECT_EQ(page.lines[0], "filledbox 20 34.0625 50 30 0000FF"); // 5 % to 70 % of the height
+    EXPECT_EQ(page.lines[15], "filledbox 20 95 50 90.9375 F0000F");
+    EXPECT_EQ(page.lines[16], "box 20 34.0625 50 30 000000");
+    EXPECT_EQ(page.lines[17], "text 55 31.6 000000 80.0"); // half a line above its edge
+    EXPECT_EQ(page.lines[19], "text 55 35.6625 000000 80.63");
+    EXPECT_EQ(page.lines.back(), "text 55 96.6 000000 90.0");
+}
+
+} // namespace
+} // namespace orv
