@@ -217,8 +217,9 @@ direction reflectionpoint(const raypath& path, std::int32_t number) {
 } // namespace
 
 pathdirections directionsof(std::int32_t receiver, std::int32_t ray) {
-    const raypath& path =
-        RayPathSet.paths.at(static_cast<std::size_t>(receiver)).at(static_cast<std::size_t>(ray - 1));
+    const raypath* const found = findpath(receiver, ray);
+    if (!found) subscriptfailure("ray", ray, 1, pathsof(receiver));
+    const raypath& path = *found;
     const direction from = sourceplace(path.source), to = receiverplace(receiver);
     const bool direct = path.pointCount < 1;
     const direction first = direct ? to : reflectionpoint(path, 1);

@@ -142,46 +142,42 @@ void setgains(exportedsound& sound, const exportjob& job, const pathdirections& 
     for (int k = 1; k <= job.blocks; ++k) sound.source[slot(k)] = sourcegain(path.source, job.formatRow, k);
 }
 
-exportedsound pathsound(const exportjob& job, std::int32_t receiver, std::int32_t ray) {
-    const raypath& path = RayPathSet.paths[static_cast<std::size_t>(receiver)][slot(ray)];
+double energyof(const raypath& path, int band) {
+    return static_cast<double>(path.energy[static_cast<std::size_t>(band)]);
+}
+
+exportedsound pathsound(const raypath& path, const exportjob& job, std::int32_t receiver, std::int32_t ray) {
     exportedsound sound;
     sound.time = path.time * job.sampleRate;
     for (int band = 1; band <= octavebands; ++band)
-        sound.amplitude[slot(band)] =
-            squareroot(static_cast<double>(path.energy[static_cast<std::size_t>(band)]));
+        sound.amplitude[slot(band)] = squareroot(energyof(path, band));
     // The omnidirectional format does not look at the path, which may have no direction.
     setgains(sound, job, job.formatRow == 0 ? pathdirections{} : directionsof(receiver, ray));
     return sound;
 }
 
 // A path's sound, and its energy taken out of its slot; the slot's energy may fall below 0.
-void renderpath(accumulator& all, residual& left, const exportjob& job, std::int32_t receiver,
-                std::int32_t ray) {
-    const raypath& path = RayPathSet.paths[static_cast<std::size_t>(receiver)][slot(ray)];
+void renderpath(accumulator& all, residual& left, const raypath& path, const exportedsound& sound) {
     if (isfull(all)) addsounds(all);
-    collectsound(all, pathsound(job, receiver, ray));
+    collectsound(all, sound);
     const double place = Int(quotient(path.time, slotlength()));
     for (int band = 1; band <= octavebands; ++band) {
         float& energy = left(place, band);
-        energy = single(static_cast<double>(energy) -
-                        static_cast<double>(path.energy[static_cast<std::size_t>(band)]));
+        energy = single(static_cast<double>(energy) - energyof(path, band));
     }
 }
 
 void directionalfield(accumulator& all, residual& left, const exportjob& job, std::int32_t receiver) {
     log("Exporting directional field...");
-    if (static_cast<std::size_t>(receiver) >= RayPathSet.pathCountOf.size())
-        subscriptfailure("pathCountOf", receiver, 0,
-                         static_cast<long long>(RayPathSet.pathCountOf.size()) - 1);
-    const std::int32_t count = RayPathSet.pathCountOf[static_cast<std::size_t>(receiver)];
+    const std::int32_t count = pathsof(receiver);
     for (std::int32_t ray = 1; ray <= count; ++ray) {
         platform::setprogress("ProgressBar1", 100.0 * ray / count);
+        const raypath& path = *findpath(receiver, ray);
         try {
-            renderpath(all, left, job, receiver, ray);
+            renderpath(all, left, path, pathsound(path, job, receiver, ray));
         } catch (const runtimeerror& error) {
-            const double time = RayPathSet.paths[static_cast<std::size_t>(receiver)][slot(ray)].time;
             throw runtimeerror{error.kind, "Path" + wholetext(ray) + " of receiver" + wholetext(receiver) +
-                                               ", which arrives at" + numbertext(time) +
+                                               ", which arrives at" + numbertext(path.time) +
                                                " s, cannot be exported in a response of" +
                                                wholetext(SessionState.requestedSamples) +
                                                " samples: " + error.text};

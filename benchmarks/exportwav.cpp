@@ -1,0 +1,152 @@
+// How fast an export adds sounds to the samples of its file, against the plainest form of the loop, which
+// adds every tap of every band by itself and rounds its place each time (tests/export/plainsynthesis.h). A
+// contribution is one sound in one channel of one block; both forms render the same response in turn, and the
+// ratio is that of their times by contribution, which should be 25 or above for one channel and 60 or above
+// for 32x32. `difference` is the largest of all samples, by the file's peak. `samples` is the wanted length
+// of a block; the plain form renders the first milliseconds of it only.
+//
+// export_s is the whole export of the response of 2 s at 48 kHz and density 1 (32x32: below 20), with its
+// file; stop_ms the longest time between two yields in the diffuse field (below 200); peak_by_file the memory
+// that it takes at most by the bytes of the file (32x32: 1.2 or below).
+#include "base/files.h"
+#include "benchmarks/floor.h"
+#include "benchmarks/memory.h"
+#include "data/filterbankdesign.h"
+#include "export/synthesis.h"
+#include "platform/platform.h"
+#include "platform/scripted/scripted.h"
+#include "room/roommodel.h"
+#include "shell/sessionstate.h"
+#include "tests/export/plainsynthesis.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <filesystem>
+#include <string>
+
+namespace {
+
+constexpr int slots = 2000, sampleRate = 48000;
+constexpr int plainslots = 6;
+
+// A decaying response of receiver 1 without stored paths, and the controls of the dialog.
+void prepare(const std::string& directory, const orv::exportformat& format) {
+    std::filesystem::create_directories(directory);
+    orv::scripted::reset();
+    orv::scripted::record(false);
+    orv::SessionState.dataDirectory = directory;
+    orv::SessionState.fileRadix = directory + "/bench.wav";
+    orv::SessionState.resultFileName = "bench._01";
+    orv::writefilterbanks(directory);
+    orv::RoomModel.receiverCount = 1;
+    orv::ResultSet.timeStep = 0.001F;
+    orv::ResultSet.lastSlot = slots;
+    orv::createresponse(slots + 1, 1);
+    float* const row = orv::takeresponse(1);
+    for (int t = 0; t <= slots; ++t)
+        for (int i = 0; i < orv::bandcount; ++i)
+            row[t * orv::bandcount + i] = 1e8F * std::exp(-0.004F * static_cast<float>(t));
+    orv::dummyredim();
+    orv::platform::setchosen("f48", true);
+    orv::platform::setenabled("StopExport", true);
+    orv::platform::settext("RecNo", " 1");
+    orv::platform::settext("Density", "1");
+    orv::platform::settext("Outformat", std::string(format.label));
+}
+
+// The whole export up to a length in slots; the file's name is returned.
+double exporttime(int length) {
+    orv::SessionState.requestedSamples = length * sampleRate / 1000;
+    orv::restartuniform();
+    const auto start = std::chrono::steady_clock::now();
+    orv::savewave();
+    return orv::secondssince(start);
+}
+
+double longestgap() {
+    double longest = 0;
+    auto last = std::chrono::steady_clock::now();
+    std::function<void()> watch = [&] {
+        longest = std::max(longest, orv::secondssince(last));
+        last = std::chrono::steady_clock::now();
+        if (orv::scripted::yieldcount() < slots) orv::scripted::atyield(1, watch);
+    };
+    orv::scripted::atyield(4, [&] {
+        last = std::chrono::steady_clock::now();
+        orv::scripted::atyield(1, watch);
+    });
+    exporttime(slots);
+    return longest;
+}
+
+// The largest difference between the file of `plainslots` slots and the plain form of it, by the peak.
+double differencefrom(const orv::plainexport& plain, const std::string& file) {
+    const orv::filebytes bytes = orv::readfile(file);
+    const auto* const samples = reinterpret_cast<const float*>(bytes.data.get() + 44);
+    double peak = 0, difference = 0;
+    const auto channels = static_cast<std::size_t>(plain.channels);
+    const auto frames = static_cast<std::size_t>(plain.requestedSamples * plain.blocks);
+    for (std::size_t i = 0; i < frames * channels; ++i) {
+        const auto wanted =
+            static_cast<double>(orv::plainsample(plain, static_cast<int>(i % channels) + 1, i / channels));
+        peak = std::max(peak, std::fabs(wanted));
+        difference = std::max(difference, std::fabs(static_cast<double>(samples[i]) - wanted));
+    }
+    return difference / peak;
+}
+
+void exportwav(benchmark::State& state) {
+    const auto row = static_cast<int>(state.range(0));
+    const orv::exportformat& format = orv::exportformats[static_cast<std::size_t>(row)];
+    const std::string directory =
+        (std::filesystem::temp_directory_path() / "orvanta_export_benchmark").string();
+    prepare(directory, format);
+    const std::string file = directory + "/bench_01_" + std::string(format.label) + "_001.wav";
+
+    const double before = orv::memoryfigure("VmRSS");
+    exporttime(slots);
+    const double peak = orv::memoryfigure("VmHWM") - before;
+    const double filesize = static_cast<double>(orv::filesize(file));
+    const double gap = longestgap();
+    std::filesystem::remove(file);
+
+    orv::plainexport plain;
+    plain.formatRow = row;
+    plain.requestedSamples = plainslots * sampleRate / 1000;
+    plain.slotsUsed = plain.requestedSamples / static_cast<double>(orv::ResultSet.timeStep) / sampleRate;
+    const orv::besttimes best = orv::timeinturn(
+        state,
+        [&] {
+            orv::restartuniform();
+            orv::renderplain(plain, 1);
+        },
+        [&] { exporttime(slots); });
+    std::filesystem::remove(file);
+    exporttime(plainslots);
+    state.counters["difference"] = differencefrom(plain, file);
+    std::filesystem::remove_all(directory);
+
+    const double copies = static_cast<double>(format.channels) * format.blocks;
+    const double plaincontribution = best.floor / (std::floor(plain.slotsUsed) * copies);
+    const double contribution = best.routine / (slots * copies);
+    state.counters["plain_us"] = plaincontribution * 1e6;
+    state.counters["contribution_us"] = contribution * 1e6;
+    state.counters["ratio"] = plaincontribution / contribution;
+    state.counters["export_s"] = best.routine;
+    state.counters["stop_ms"] = gap * 1000;
+    state.counters["peak_by_file"] = peak / filesize;
+    state.counters["file_MB"] = filesize / 1e6;
+}
+// The largest first: only the first export of the process shows what it takes.
+BENCHMARK(exportwav)
+    ->ArgName("format")
+    ->Arg(17)
+    ->Arg(13)
+    ->Arg(6)
+    ->Arg(0)
+    ->Iterations(2)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace
