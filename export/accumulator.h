@@ -12,7 +12,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <vector>
 
 namespace orv {
@@ -30,19 +29,12 @@ struct accumulator {
     std::size_t rowLength = 0;  // samples 0..blocks x blockSamples + 8192 of a channel
     std::vector<float> samples; // channel after channel
 
-    // What a collected sound looks like, and where it stands in each block: samples first..first + 8192 of a
-    // row.
-    struct placement {
-        const float* wave = nullptr;
-        std::int64_t first = 0;
-    };
-    std::size_t sounds = 0; // collected
-    std::array<std::vector<float>, octavebands> filters;
-    std::vector<float> waves;              // by sound
-    std::deque<std::vector<float>> folded; // for starts between two samples
-    std::vector<placement> placements;     // by sound and block
-    std::vector<float> gains;              // by sound, block and channel
-    std::vector<float> piece;              // of all channels
+    std::size_t sounds = 0;                                 // collected
+    std::vector<double> times;                              // of each, as above
+    std::array<std::vector<float>, octavebands> amplitudes; // of each, by band - 1
+    std::vector<float> gains;                               // by sound, block and channel
+    std::array<std::vector<float>, octavebands> filters;    // zero outside their windows
+    std::vector<float> waves;                               // by sound, with silence at both ends
 };
 
 // Samples of zeros, and the filters as FilterBank has them now. Raises memory when the samples would take
