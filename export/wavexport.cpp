@@ -39,11 +39,19 @@ std::vector<std::string> receiverrows() {
     return rows;
 }
 
+// What the export is made of must not change under it.
+void enablechoices(bool enabled) {
+    for (const char* control :
+         {"RecNo", "Outformat", "FileRadix", "Browse", "Nsamp", "f44", "f48", "Density", "StartExport"})
+        platform::setenabled(control, enabled);
+    platform::setenabled("StopExport", !enabled);
+}
+
 } // namespace
 
 void ExportWAV() {
     suspendcommands(true);
-    platform::showwindow("Export", true);
+    platform::showwindow("Export to WAV", true);
     suspendcommands(false);
 }
 
@@ -86,16 +94,14 @@ void browseradix() {
 }
 
 void startexport() {
-    platform::setenabled("StopExport", true);
-    platform::setenabled("StartExport", false);
+    enablechoices(false);
     SessionState.requestedSamples = whole32(lenientnumber(platform::gettext("Nsamp")));
     platform::pointer(platform::shape::wait);
     platform::yield();
     savewave();
     platform::pointer(platform::shape::normal);
     platform::setprogress("ProgressBar1", 0);
-    platform::setenabled("StopExport", false);
-    platform::setenabled("StartExport", true);
+    enablechoices(true);
     platform::statustext(1, "");
     platform::statustext(2, "");
 }

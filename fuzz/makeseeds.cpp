@@ -2,6 +2,7 @@
 // hall and the shipped settings. They are short, since a fuzzer is fastest then.
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "data/filterbankdesign.h"
 #include "fuzz/fuzzscratch.h"
 #include "results/parameterfile.h"
 #include "results/resultreader.h"
@@ -89,7 +90,10 @@ int main(int count, char** arguments) {
         const std::string room = orv::samples::geometrytext();
         const orv::filebytes ini = orv::readfile(DATA_FILES "/orvanta.ini");
         const std::string settings{std::string_view(ini)};
+        const std::string bank = orv::filterbankbytes(orv::designfilters(48000), 48000);
         const seed seeds[] = {
+            {"fuzzfilterbank", "short", bank.substr(0, 400)},
+            {"fuzzfilterbank", "header", bank.substr(0, 40)},
             {"fuzzgeometry", "hall", firstlines(room, 60)},
             {"fuzzgeometry", "end", room.substr(room.rfind(" Source"))},
             {"fuzzgeometry", "barelinefeeds", withoutreturns(firstlines(room, 12))},

@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "export/exportdialog.h"
 #include "platform/platform.h"
 #include "platform/qt/qttext.h"
 #include "results/stidialog.h"
@@ -58,8 +59,10 @@ struct namedwindow {
     std::string_view name;
     void (*show)(bool modal);
 };
-constexpr namedwindow namedwindows[] = {
-    {"About", showabout}, {"STI Options", showstidialog}, {"Table", showtablewindow}};
+constexpr namedwindow namedwindows[] = {{"About", showabout},
+                                        {"Export to WAV", showexportdialog},
+                                        {"STI Options", showstidialog},
+                                        {"Table", showtablewindow}};
 
 constexpr struct {
     buttons choice;

@@ -7,7 +7,7 @@ namespace orv {
 namespace {
 
 TEST_F(exporttest, DialogOpensWithTheResponseAtHand) {
-    scripted::expectwindow("Export", openexport);
+    scripted::expectwindow("Export to WAV", openexport);
     enablecommand("ExportWAV", true);
     runcommand("ExportWAV");
     EXPECT_FALSE(commandssuspended());
