@@ -27,10 +27,6 @@ constexpr std::size_t together = 4;        // waves that are added at a time
 constexpr std::size_t wavelength = filtertaps + 1;
 constexpr std::size_t wavestride = longestpiece + filtertaps + longestpiece + 11 * lanes;
 
-constexpr std::size_t slot(int number) {
-    return static_cast<std::size_t>(number - 1);
-}
-
 // A few waves, each with its gain for every row.
 struct wavegroup {
     std::size_t size = 0;
