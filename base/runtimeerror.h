@@ -41,4 +41,17 @@ bool attempt(step&& run) {
     }
 }
 
+// Runs a command with a dialog, whose cancel is the end of the command. Returns whether it went to its own
+// end.
+template <class step>
+bool untilcancelled(step&& run) {
+    try {
+        run();
+        return true;
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::cancelled) throw;
+        return false;
+    }
+}
+
 } // namespace orv

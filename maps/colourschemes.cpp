@@ -6,7 +6,9 @@
 #include "base/table.h"
 #include "shell/sessionstate.h"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace orv {
 
@@ -18,15 +20,25 @@ constexpr int steps = 16; // of the scale, and levels to an entry of the user's 
 constexpr double scaleleft = 0.02, scaleright = 0.05, labelleft = 0.055, scaletop = 0.05, scalebottom = 0.7;
 
 // The spectrum's inner variable runs from 200 (violet) down to 0 (red), in ramps of 40.
-constexpr double spectrum = 200, stretched = 93, ramp = 40;
+constexpr double spectrum = 200, ramp = 40;
+constexpr int stretched = 93;
 
 std::int32_t colour(double red, double green, double blue) {
     return rgb(whole16(red), whole16(green), whole16(blue));
 }
 
-// The inner variable below `stretched`.
+// The inner variable at its low end, 0..92; worked out once, since a map asks for every cell.
 double stretch(double v) {
-    return std::nearbyint(0.75 * (1.366 * std::pow(v, 0.797119) + std::pow(v, 5.909007) / 1e10) + 0.25 * v);
+    static const auto table = [] {
+        std::array<double, stretched> row{};
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            const double from = static_cast<double>(i);
+            row[i] = std::nearbyint(
+                0.75 * (1.366 * std::pow(from, 0.797119) + std::pow(from, 5.909007) / 1e10) + 0.25 * from);
+        }
+        return row;
+    }();
+    return table[static_cast<std::size_t>(v)];
 }
 
 } // namespace
@@ -61,7 +73,7 @@ std::int32_t rgbcolour(double c) {
 
 std::int32_t iriscolour(double c) {
     double v = Int((highestlevelindex - c) * spectrum / highestlevelindex);
-    if (v < stretched) v = stretch(v);
+    if (v >= 0 && v < stretched) v = stretch(v);
     if (v < 0 || v > spectrum) return rgb(128, 0, 0);
     if (v <= ramp) return colour(255, v * 255 / ramp, 0);
     if (v <= 2 * ramp) return colour(255 - (v - ramp) * 255 / ramp, 255, 0);

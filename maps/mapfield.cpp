@@ -19,10 +19,10 @@ namespace orv {
 
 namespace {
 
-constexpr double nearest = 0.1;      // m2, the squared distance below which a receiver gains no more weight
-constexpr double beyond = 100000;    // m, where the search for the lines' box begins
-constexpr std::size_t blocksize = 8; // cells of a column whose sums run side by side
-constexpr float outside = 1e6F;      // beyond every value, where the search for the range begins
+constexpr double nearest = 0.1;       // m2, the squared distance below which a receiver gains no more weight
+constexpr double beyond = 100000;     // m, where the search for the lines' box begins
+constexpr std::size_t blocksize = 32; // cells of a column whose sums run side by side
+constexpr float outside = 1e6F;       // beyond every value, where the search for the range begins
 
 // The step of the level scale for a range above a limit; the last row that fits holds.
 constexpr struct {

@@ -283,8 +283,13 @@ void cameraspin(std::string_view spin, bool up) {
     }
 }
 
-void chooseplane(planechoice plane) {
+void setplane(planechoice plane) {
+    if (SessionState.viewPlane != plane) SessionState.gridReady = SessionState.contourReady = 0;
     SessionState.viewPlane = plane;
+}
+
+void chooseplane(planechoice plane) {
+    setplane(plane);
     redrawpicture();
 }
 

@@ -82,6 +82,9 @@ void cameraleft(std::string_view control, const std::string& text);
 // A spin button, SpinFocal or Spin2 to Spin7: writes the next number into its field and acts as Enter there.
 void cameraspin(std::string_view spin, bool up);
 
+// Makes a plane the one of the 2D views; maps of another are out of date.
+void setplane(planechoice plane);
+
 // A click on XY, YZ or XZ.
 void chooseplane(planechoice plane);
 

@@ -62,15 +62,17 @@ QPainter::CompositionMode compositionof(const paintersurface& to, int mode) {
     }
 }
 
+bool iswide(const paintersurface& to, const surfacepen& pen) {
+    return pen.width > to.surface.scale;
+}
+
 void usepen(paintersurface& to, const surfacepen& pen) {
     if (to.penset && samepen(to.pen, pen)) return;
     flush(to);
     if (!to.penset || to.pen.mode != pen.mode) to.painter.setCompositionMode(compositionof(to, pen.mode));
-    // A wide line ends where it is told to; a plain one keeps its end pixels at every scale.
-    const bool wide = pen.width > to.surface.scale;
     to.painter.setPen(QPen(colourof(pen.colour), pen.width,
                            pen.style == drawstyle::dotted ? Qt::DotLine : Qt::SolidLine,
-                           wide ? Qt::FlatCap : Qt::SquareCap, Qt::MiterJoin));
+                           iswide(to, pen) ? Qt::FlatCap : Qt::SquareCap, Qt::MiterJoin));
     to.pen = pen;
     to.penset = true;
 }
@@ -87,6 +89,19 @@ void clear(void* context, std::int32_t colour) {
 void line(void* context, const surfacepen& pen, double x1, double y1, double x2, double y2) {
     paintersurface& to = owner(context);
     usepen(to, pen);
+    if (iswide(to, pen)) {
+        // It has the pixels of its ends like a plain one, so that thick lines end to end, the strips of a
+        // map, leave no pixel between.
+        flush(to);
+        QLineF stroke(pixel(x1), pixel(y1), pixel(x2), pixel(y2));
+        const double length = stroke.length();
+        if (length > 0) {
+            const QPointF half = (stroke.p2() - stroke.p1()) * (0.5 / length);
+            stroke = QLineF(stroke.p1() - half, stroke.p2() + half);
+        }
+        to.painter.drawLine(stroke);
+        return touch(to);
+    }
     to.lines.emplace_back(pixel(x1), pixel(y1), pixel(x2), pixel(y2));
     if (to.lines.size() == mostlines) flush(to);
     touch(to);

@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "maps/blanking.h"
 #include "platform/platform.h"
 #include "results/parameterset.h"
 #include "room/roommodel.h"
@@ -174,6 +175,26 @@ void drawposted(DrawSurface& surface) {
     }
 }
 
+// Calls `side` for every side of every blanking line, with its two points in the lines' own two axes. The
+// last point of a line begins none.
+template <class step>
+void eachblankside(step&& side) {
+    const blankinglines& lines = BlankingLines;
+    if (!ischecked("BLNview")) return;
+    for (std::int32_t i = 1; i <= lines.blanklineCount; ++i)
+        for (int j = 1; j < static_cast<int>(lines.blanklinePoints(i)); ++j)
+            side(picturepoint{wide(lines.blanklineX(i, j)), wide(lines.blanklineY(i, j))},
+                 picturepoint{wide(lines.blanklineX(i, j + 1)), wide(lines.blanklineY(i, j + 1))});
+}
+
+void drawblanking2d(DrawSurface& surface) {
+    surface.setFillColor(QBColor(11));
+    eachblankside([&](const picturepoint& p, const picturepoint& q) {
+        surface.line(p.x, p.y, q.x, q.y, SessionState.colourBlanking);
+        surface.circle(p.x, p.y, surface.windowWidth() / 300, QBColor(12));
+    });
+}
+
 // --- Layers of the 3D view ---
 
 void edge3d(DrawSurface& surface, const modelpoint& from, const modelpoint& to, std::int32_t colour) {
@@ -267,6 +288,18 @@ void drawraylines3d(DrawSurface& surface) {
     }
 }
 
+void drawblanking3d(DrawSurface& surface) {
+    surface.setFillColor(QBColor(11));
+    const double radius = platform::picture().windowWidth() / 300;
+    const double third = wide(SessionState.mapThirdCoordinate);
+    eachblankside([&](const picturepoint& from, const picturepoint& to) {
+        // x, y and the third coordinate, whatever the 2D view shows; meant.
+        const picturepoint p = projected({from.x, from.y, third}), q = projected({to.x, to.y, third});
+        surface.line(p.x, p.y, q.x, q.y, SessionState.colourBlanking);
+        surface.circle(p.x, p.y, radius, QBColor(12));
+    });
+}
+
 // --- The two views ---
 
 // The groups of a view are shown whether or not it can be drawn: they are the way out when it cannot.
@@ -308,6 +341,7 @@ bool drawscene2d(DrawSurface& surface, bool clearfirst) {
     drawraylines2d(surface);
     drawaxes2d(surface);
     attempt([&] { drawposted(surface); }); // a parameter need not have a value in every band
+    drawblanking2d(surface);
     drawtitle(surface);
     finish(hint2d);
     return true;
@@ -330,6 +364,7 @@ bool drawscene3d(DrawSurface& surface, bool clearfirst) {
     attempt([&] { drawsources3d(surface); });
     attempt([&] { drawreceivers3d(surface); });
     attempt([&] { drawraylines3d(surface); });
+    attempt([&] { drawblanking3d(surface); });
     drawtitle(surface);
     finish(hint3d);
     return true;

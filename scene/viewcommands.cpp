@@ -9,20 +9,6 @@
 
 namespace orv {
 
-namespace {
-
-// Runs a command with a dialog, whose cancel is the end of the command.
-template <class step>
-void untilcancelled(step&& run) {
-    try {
-        run();
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-    }
-}
-
-} // namespace
-
 void Redraw() {
     draw3dview(platform::picture(), true);
 }

@@ -4,11 +4,14 @@
 #include "base/runtimeerror.h"
 #include "base/table.h"
 #include "export/wavexport.h"
+#include "maps/mappingoptions.h"
 #include "maps/redrawview.h"
+#include "maps/rgbsettings.h"
 #include "platform/platform.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
 #include "scene/viewcommands.h"
+#include "scene/viewoptions.h"
 #include "shell/sessionstate.h"
 #include "shell/startup.h"
 #include "shell/workflows.h"
@@ -105,7 +108,7 @@ constexpr menucommand startrows[] = {
     row("CamOpt", "ViewImpulse", "&Impulse Response", nullptr, disabled),
     row("CamOpt", "viewraypaths", "Ray &Paths", nullptr, disabled | tickable),
     separator("CamOpt"),
-    row("CamOpt", "ViewOpt", "&View Options...", nullptr),
+    row("CamOpt", "ViewOpt", "&View Options...", ViewOpt),
     row("CamOpt", "AutRed", "&AutoRedraw", toggleautoredraw, hidden | tickable),
     row("CamOpt", "Vroom", "&View Room", toggle<"Vroom">, hidden | ticked),
     row("CamOpt", "Vsource", "View &Sources", toggle<"Vsource">, hidden | ticked),
@@ -145,9 +148,9 @@ constexpr menucommand startrows[] = {
     row("tabl", "T_Aeq2", "Aeq&2", opentable<"Aeq2">, hidden),
     row("tabl", "T_ITDGeq", "&ITDGeq", opentable<"ITDGeq">, hidden),
 
-    row("Map", "MapOptions", "&Mapping Options...", nullptr, disabled),
+    row("Map", "MapOptions", "&Mapping Options...", MapOptions, disabled),
     row("Map", "STIopt", "&STI Options...", STIopt, disabled),
-    row("Map", "RGBOpt", "&RGB Options...", nullptr, disabled),
+    row("Map", "RGBOpt", "&RGB Options...", RGBOpt, disabled),
     separator("Map"),
     row("Map", "MapDoDither3D", "DoDither &3D...", MapDoDither3D, disabled),
     row("Map", "MapDoDither2D", "DoDither &2D...", MapDoDither2D, disabled),
@@ -245,11 +248,14 @@ bool commandssuspended() {
     return suspended;
 }
 
-void toggleautoredraw() {
-    const bool redraws = SessionState.autoRedraw == off;
+void setautoredraw(bool redraws) {
     SessionState.autoRedraw = redraws ? on : off;
     platform::settext("Redisplay", redraws ? "Auto Redraw" : "Manual Redraw");
     checkcommand("AutRed", redraws);
+}
+
+void toggleautoredraw() {
+    setautoredraw(SessionState.autoRedraw == off);
 }
 
 void resetcommands() {

@@ -54,6 +54,7 @@ void suspendcommands(bool now);
 bool commandssuspended();
 
 // Turns autoRedraw on or off, with the caption of Redisplay and the mark of AutRed.
+void setautoredraw(bool redraws);
 void toggleautoredraw();
 
 // Puts every row back to its state at the start of the program (start-up and tests).

@@ -7,6 +7,7 @@
 #include "base/listinput.h"
 #include "base/runtimeerror.h"
 #include "maps/redrawview.h"
+#include "maps/rgbsettings.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
 #include "scene/scenedrawing.h"
@@ -53,18 +54,6 @@ constexpr std::array<float, 7> femalebeta = {0, 0.099F, 0.066F, 0.062F, 0.025F, 
 constexpr std::array<float, 7> malespectrum = {2.9F, 2.9F, -0.8F, -6.8F, -12.8F, -18.8F, -24.8F};
 constexpr std::array<float, 7> femalespectrum = {-100, 5.3F, -1.9F, -9.1F, -15.8F, -16.7F, -18.0F};
 
-// Colours of the "R-G-B" scheme, lowest level first.
-constexpr std::array<std::int32_t, 17> startcolours = {
-    QBColor(0),  rgb(32, 32, 32), rgb(64, 64, 64), QBColor(8),  QBColor(1),  QBColor(9),
-    QBColor(2),  QBColor(6),      QBColor(10),     QBColor(3),  QBColor(11), QBColor(5),
-    QBColor(13), QBColor(4),      QBColor(12),     QBColor(14), QBColor(14)};
-
-// RGB.BIN: sixteen colours 0x00BBGGRR and the gridding method, as 32-bit integers with the lowest byte first.
-constexpr std::size_t storedcolours = 16;
-constexpr std::size_t storedsize = 4;
-constexpr std::int32_t colourbits = 0x00FFFFFF;
-constexpr std::int32_t lowestmethod = 1, highestmethod = 6;
-
 constexpr std::string_view fieldpattern = "#####.#";
 
 std::string datafile(const std::string& name) {
@@ -109,32 +98,6 @@ void setcamera() {
     RoomModel.roomCentreX = s.targetX;
     RoomModel.roomCentreY = s.targetY;
     RoomModel.roomCentreZ = s.targetZ;
-}
-
-std::int32_t storedinteger(std::string_view bytes) {
-    std::uint32_t value = 0;
-    for (std::size_t i = storedsize; i-- > 0;) value = value << 8 | static_cast<unsigned char>(bytes[i]);
-    return static_cast<std::int32_t>(value);
-}
-
-// Start values first, then every entry that the file holds whole.
-void loadcolourtable() {
-    SessionState.rgbTable = startcolours;
-    SessionState.surferMethod = 0;
-    const std::string path = datafile("RGB.BIN");
-    if (!canopen(path)) {
-        replacefile(path, "");
-        return;
-    }
-    const filebytes file = readfile(path);
-    const std::string_view bytes = file;
-    for (std::size_t i = 0; i <= storedcolours && (i + 1) * storedsize <= bytes.size(); ++i) {
-        const std::int32_t value = storedinteger(bytes.substr(i * storedsize, storedsize));
-        if (i < storedcolours)
-            SessionState.rgbTable[i] = value & colourbits;
-        else
-            SessionState.surferMethod = value;
-    }
 }
 
 void showcamerafields() {
@@ -236,8 +199,7 @@ void startup() {
     showcamerafields();
     attempt(setmapvalues);
     attempt(setspeechvalues);
-    if (SessionState.surferMethod < lowestmethod || SessionState.surferMethod > highestmethod)
-        SessionState.surferMethod = lowestmethod;
+    SessionState.surferMethod = usablemethod(SessionState.surferMethod);
     attempt([] { checkcommand("Vroom", true); });
     setscenecolours();
     attempt(readmaterialcolours);

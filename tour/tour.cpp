@@ -15,6 +15,7 @@
 #include "shell/sessionstate.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QImage>
@@ -248,15 +249,90 @@ void longview() {
     clickanddraw("XZ");
 }
 
-// The value, its band and its colour have no window yet in which to choose them.
+// --- Dialogs of the maps and the scene ---
+
+void clickin(const QWidget& dialog, const char* name) {
+    QTest::mouseClick(dialog.findChild<QWidget*>(name), Qt::LeftButton, {}, QPoint(8, 8));
+}
+
+// The posted value and its band; Surfer's warning and the controls it brings, then without it again.
+void mappingoptions() {
+    answers::expectwindow("MappingOptions", [](QWidget& dialog) {
+        dialog.findChild<QComboBox*>("Parameter")->setCurrentText("C80");
+        dialog.findChild<QComboBox*>("ActFreq")->setCurrentText("1000");
+        picture("mapping-options");
+        clickin(dialog, "Surfer");
+        picture("mapping-options-surfer");
+        clickin(dialog, "Surfer");
+        clickin(dialog, "Command1");
+    });
+    answers::expectbox("SURFER must be installed", platform::answer::ok,
+                       [](QWidget&) { picture("surfer-warning"); });
+    choose("MapOptions");
+    check(SessionState.parameterName == "C80" && SessionState.bandIndex == band1k, "it is not C80 at 1 kHz");
+}
+
+void viewoptions() {
+    answers::expectwindow("ViewOptions", [](QWidget& dialog) {
+        clickin(dialog, "Picture7");
+        picture("view-options");
+        clickin(dialog, "Command1");
+    });
+    answers::expectcolour(rgb(0, 0, 0));
+    choose("ViewOpt");
+    check(SessionState.colourPosted == rgb(0, 0, 0), "the posted values are not black");
+}
+
+void rgbsettings() {
+    answers::expectwindow("RGBSettings", [](QWidget& dialog) {
+        picture("rgb-settings");
+        clickin(dialog, "Command1");
+    });
+    choose("RGBOpt");
+    check(filesize(datafile("RGB.BIN")) == 68, "RGB.BIN was not written whole");
+}
+
 void posted() {
-    click("XY");
-    SessionState.parameterName = "C80";
-    SessionState.bandIndex = band1k;
-    SessionState.colourPosted = rgb(0, 0, 0);
+    clickanddraw("XY");
+}
+
+// A map with the options given: the scheme, the lowest and highest level from the receivers' values.
+void drawmosaic(const char* command, const char* scheme, const char* plane) {
+    answers::expectwindow("MappingOptions", [=](QWidget& dialog) {
+        dialog.findChild<QComboBox*>("Colsch")->setCurrentText(scheme);
+        auto* const third = dialog.findChild<QLineEdit*>("Zvalue");
+        third->selectAll();
+        QTest::keyClicks(third, plane);
+        auto* const autorange = dialog.findChild<QCheckBox*>("ARcheck");
+        if (!autorange->isChecked()) clickin(dialog, "ARcheck");
+        clickin(dialog, "Command1");
+    });
     const std::size_t before = picturesum();
-    choose("CamRedr2D");
+    choose(command);
     checkredrawn(before);
+    check(SessionState.mapKind == "Dither" && SessionState.minLevel < SessionState.maxLevel,
+          "there is no map");
+}
+
+void mapinplan() {
+    drawmosaic("MapDoDither2D", "Iris", "1.2");
+}
+
+void mapinsection() {
+    clickanddraw("XZ");
+    drawmosaic("MapDoDither2D", "White-Black", "10");
+    picture("map-2d-section");
+    clickanddraw("XY");
+}
+
+void mapinspace() {
+    drawmosaic("MapDoDither3D", "Blue-Red", "1.2");
+}
+
+void mapinspacesection() {
+    SessionState.viewPlane = planechoice::YZ; // as View Options sets it, without a redraw
+    drawmosaic("MapDoDither3D", "Green-Red", "18");
+    SessionState.viewPlane = planechoice::XY;
 }
 
 void zoom() {
@@ -372,12 +448,19 @@ constexpr step steps[] = {
     {"The parameters alone", parametersalone, ""},
     {"View YZ", sideview, "2d-yz"},
     {"View XZ", longview, "2d-xz"},
+    {"Mapping options", mappingoptions, ""},
+    {"View options", viewoptions, ""},
+    {"RGB settings", rgbsettings, ""},
     {"Posted values: C80 at 1 kHz", posted, "2d-posted"},
+    {"Map of C80 in plan", mapinplan, "map-2d"},
+    {"Map of C80 in section", mapinsection, ""},
     {"Zoom by focal length", zoom, "2d-zoom"},
     {"Draw 3D", spatial, "3d"},
     {"Focal length by its steps", focallength, "3d-wide"},
     {"Camera by its fields", cameratyped, "3d-camera"},
     {"Camera and target by their steps", cameraspun, "3d-steps"},
+    {"Map of C80 in 3D", mapinspace, "map-3d"},
+    {"Map of C80 across the hall", mapinspacesection, "map-3d-section"},
     {"Save the room and read it back", saveroom, ""},
     {"Copy the picture", copypicture, ""},
     {"Print the picture to a file", print, ""},

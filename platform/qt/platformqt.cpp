@@ -4,11 +4,14 @@
 #include "base/files.h"
 #include "base/runtimeerror.h"
 #include "export/exportdialog.h"
+#include "maps/mappingoptionsdialog.h"
+#include "maps/rgbsettingsdialog.h"
 #include "platform/platform.h"
 #include "platform/qt/qttext.h"
 #include "results/stidialog.h"
 #include "results/tablewindow.h"
 #include "scene/paintersurface.h"
+#include "scene/viewoptionsdialog.h"
 #include "shell/aboutdialog.h"
 #include "shell/mainwindow.h"
 #include "shell/menucommands.h"
@@ -59,10 +62,15 @@ struct namedwindow {
     std::string_view name;
     void (*show)(bool modal);
 };
-constexpr namedwindow namedwindows[] = {{"About", showabout},
-                                        {"Export to WAV", showexportdialog},
-                                        {"STI Options", showstidialog},
-                                        {"Table", showtablewindow}};
+constexpr namedwindow namedwindows[] = {
+    {"About", showabout},
+    {"Export to WAV", showexportdialog},
+    {"Mapping Options", showmappingoptions},
+    {"RGB Settings", showrgbsettings},
+    {"STI Options", showstidialog},
+    {"Table", showtablewindow},
+    {"View Options", showviewoptions},
+};
 
 constexpr struct {
     buttons choice;
@@ -110,12 +118,6 @@ bool printing = false; // a page is being drawn
 regionmarks region;
 std::unique_ptr<QPrinter> printer;
 
-// What a dialog belongs to: the dialog beneath it, else the main window.
-QWidget* parent() {
-    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-    return MainWindow ? MainWindow->form.get() : nullptr;
-}
-
 [[noreturn]] void cancel() {
     throw runtimeerror{errorkind::cancelled, "The dialog was cancelled."};
 }
@@ -145,7 +147,7 @@ QStringList namefilters(const std::string& filter) {
 }
 
 std::string askfile(const filerequest& request, QFileDialog::AcceptMode mode) {
-    QFileDialog dialog(parent(), qttext(request.title));
+    QFileDialog dialog(dialogparent(), qttext(request.title));
     dialog.setAcceptMode(mode);
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
@@ -230,6 +232,11 @@ void restartyield() {
     due = clock::now() + frame;
 }
 
+QWidget* dialogparent() {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    return MainWindow ? MainWindow->form.get() : nullptr;
+}
+
 int rundialog(QDialog& dialog) {
     const bool former = waiting;
     showwait(false);
@@ -242,7 +249,7 @@ int rundialog(QDialog& dialog) {
 
 answer messagebox(const std::string& title, const std::string& text, buttons choice, icon sign,
                   answer preset) {
-    QMessageBox box(parent());
+    QMessageBox box(dialogparent());
     box.setWindowTitle(qttext(title));
     box.setTextFormat(Qt::PlainText);
     box.setText(qttext(text));
@@ -267,7 +274,7 @@ std::string asksavefile(const filerequest& request) {
 }
 
 std::int32_t askcolour(std::int32_t present) {
-    QColorDialog dialog(qtcolour(present), parent());
+    QColorDialog dialog(qtcolour(present), dialogparent());
     dialog.setOption(QColorDialog::DontUseNativeDialog, !nativedialogs());
     if (rundialog(dialog) != QDialog::Accepted) cancel();
     return corecolour(dialog.selectedColor());
@@ -277,7 +284,7 @@ void printpicture(const std::function<void(DrawSurface&)>& draw) {
     // Without a printer the page goes into a file, which needs a name.
     if (QPrinterInfo::availablePrinters().isEmpty() && theprinter().outputFileName().isEmpty())
         theprinter().setOutputFileName(QDir(qtpath(SessionState.dataDirectory)).filePath("orvanta.pdf"));
-    QPrintDialog dialog(&theprinter(), parent());
+    QPrintDialog dialog(&theprinter(), dialogparent());
     dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
     if (rundialog(dialog) != QDialog::Accepted) cancel();
     {
@@ -307,7 +314,7 @@ void printpicture(const std::function<void(DrawSurface&)>& draw) {
 }
 
 void printersetup() {
-    QPageSetupDialog dialog(&theprinter(), parent());
+    QPageSetupDialog dialog(&theprinter(), dialogparent());
     if (rundialog(dialog) != QDialog::Accepted) cancel();
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 class QDialog;
+class QWidget;
 
 namespace orv::platform {
 
@@ -13,6 +14,9 @@ void prepare();
 // The next yield that lets events in is a frame away: called when an event enters, so that short work is
 // shown when it is done and not halfway.
 void restartyield();
+
+// What a dialog belongs to: the dialog beneath it, else the main window.
+QWidget* dialogparent();
 
 // Runs a modal dialog, under the normal pointer whatever it was before. Returns QDialog::Accepted or the
 // other.

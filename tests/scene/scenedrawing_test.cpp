@@ -1,7 +1,8 @@
 // The pictures, item by item, and what a drawing does beside them.
-#include "maps/redrawview.h"
 #include "scene/scenedrawing.h"
 
+#include "maps/blanking.h"
+#include "maps/redrawview.h"
 #include "scene/camera.h"
 #include "scene/viewcommands.h"
 #include "shell/startup.h"
@@ -127,6 +128,30 @@ TEST_F(scenetest, layersof2d) {
     picture.lines.clear();
     draw2dview(picture.surface, false); // without clearing
     EXPECT_EQ(picture.lines.size(), 3U) << "window, title, keep";
+}
+
+TEST_F(scenetest, blankingLines) {
+    floorroom();
+    blankinglines& b = BlankingLines;
+    b.blanklineCount = 1;
+    b.blanklinePoints(1) = 2;
+    std::tie(b.blanklineX(1, 1), b.blanklineY(1, 1)) = std::tuple(1.0F, 2.0F);
+    std::tie(b.blanklineX(1, 2), b.blanklineY(1, 2)) = std::tuple(3.0F, 2.0F);
+    SessionState.colourBlanking = rgb(0, 0, 9);
+    SessionState.mapThirdCoordinate = 1;
+    draw2dview(picture.surface, true);
+    EXPECT_EQ(items("line 1 2"), lines{"line 1 2 3 2 000009"});
+    EXPECT_EQ(items("circle 1 2"), lines{"circle 1 2 .04 FF0000 fill 00FFFF"});
+    EXPECT_TRUE(items("circle 3 2").empty()); // not at the last point
+    SessionState.viewPlane = planechoice::XZ; // x, y and the map's height all the same
+    SessionState.targetY = 10;
+    draw3dview(picture.surface, true);
+    EXPECT_EQ(items("line .416667 .416667").size(), 1U);
+    checkcommand("BLNview", false);
+    picture.lines.clear();
+    draw3dview(picture.surface, true);
+    EXPECT_TRUE(items("line .416667 .416667").empty());
+    b.blanklineCount = 0;
 }
 
 TEST_F(scenetest, view3d) {
