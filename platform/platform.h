@@ -92,8 +92,9 @@ bool isvisible(const std::string& control);
 void setenabled(const std::string& control, bool enabled);
 void setchosen(const std::string& control, bool chosen);
 
-// The same of a dialog in front, and more: the rows of a list or a drop-down list, the first of which is then
-// selected; one more row of a list, which is selected if wanted; a progress bar from 0 to 100.
+// These and those above also find a control of the dialog in front, when the main window has none of that
+// name. The rows of a list or a drop-down list, the first of which is then selected; one more row of a list,
+// which is selected if wanted; a progress bar from 0 to 100.
 bool isenabled(const std::string& control);
 bool ischosen(const std::string& control);
 void setrows(const std::string& control, const std::vector<std::string>& rows);

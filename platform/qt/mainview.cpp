@@ -55,12 +55,16 @@ void refreshsoon() {
     QMetaObject::invokeMethod(window.form.get(), refresh, Qt::QueuedConnection);
 }
 
-// A control of the dialog in front, else of the main window, whose children the dialogs are.
+// A control of the main window itself, else of the dialog in front, else of one that has just been closed.
 QWidget& controlof(const std::string& name) {
-    const QString sought = QString::fromStdString(name);
-    if (const QWidget* dialog = QApplication::activeModalWidget())
-        if (auto* found = dialog->findChild<QWidget*>(sought)) return *found;
-    if (auto* found = MainWindow->form->findChild<QWidget*>(sought)) return *found;
+    QWidget* const dialog = QApplication::activeModalWidget();
+    QWidget* elsewhere = nullptr;
+    const auto controls = MainWindow->form->findChildren<QWidget*>(QString::fromStdString(name));
+    for (QWidget* found : controls) {
+        if (found->window() == MainWindow->form.get()) return *found;
+        if (!elsewhere || found->window() == dialog) elsewhere = found;
+    }
+    if (elsewhere) return *elsewhere;
     throw runtimeerror{errorkind::subscript, "No window has a control named \"" + name + "\"."};
 }
 
