@@ -241,6 +241,10 @@ std::string filenameof(const std::string& path) {
     return fs::path(path).filename().string();
 }
 
+std::string withextension(const std::string& path, const std::string& extension) {
+    return fs::path(path).replace_extension(extension).string();
+}
+
 std::string withoutlast(const std::string& name, int count) {
     std::size_t size = name.size();
     for (; count > 0 && size > 0; --count) {

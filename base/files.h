@@ -66,6 +66,10 @@ std::string joinpath(const std::string& directory, const std::string& name);
 std::string directoryof(const std::string& path);
 std::string filenameof(const std::string& path);
 
+// The path with another extension ("dxf") in place of what stands behind the last point of its file name; a
+// point as the first character makes no extension.
+std::string withextension(const std::string& path, const std::string& extension);
+
 // The name without its last `count` characters, as names beside each other are made; a character may be
 // several bytes. Raises domain for a shorter name.
 std::string withoutlast(const std::string& name, int count);

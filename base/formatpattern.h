@@ -24,4 +24,16 @@ std::string formatnumber(std::int32_t value, std::string_view pattern);
 void appendformatted(std::string& text, float value, std::string_view pattern);
 void appendformatted(std::string& text, double value, std::string_view pattern);
 
+// A pattern taken apart once, for many numbers; its text must outlive it.
+struct numberpattern {
+    explicit numberpattern(std::string_view pattern);
+
+    std::string_view front, back; // the literals around the number
+    int forcedwhole = 0;          // zeros forced before the point
+    int forceddecimals = 0;       // places behind the point that are always written
+    int decimals = 0;             // places behind the point at most
+    bool thousands = false;
+};
+void appendformatted(std::string& text, float value, const numberpattern& pattern);
+
 } // namespace orv

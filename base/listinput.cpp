@@ -238,6 +238,11 @@ void inputfailure(const listreader& reader, errorkind kind, const std::string& r
                        reader.name + ", line " + std::to_string(linenumber(reader)) + ": " + reason + "."};
 }
 
+void inputfailure(const listreader& reader, const runtimeerror& error) {
+    const bool ended = error.text.ends_with('.');
+    inputfailure(reader, error.kind, error.text.substr(0, error.text.size() - (ended ? 1 : 0)));
+}
+
 std::string readcharacters(listreader& reader, std::size_t count) {
     std::string taken;
     takecharacters(reader, count, [&taken](char c) { taken += c; });

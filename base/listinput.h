@@ -37,6 +37,9 @@ std::size_t linenumber(const listreader& reader);
 // The message "NAME, line N: REASON" as an error of the given kind, at the reader's position.
 [[noreturn]] void inputfailure(const listreader& reader, errorkind kind, const std::string& reason);
 
+// The same for the failure of a routine that knows no file.
+[[noreturn]] void inputfailure(const listreader& reader, const runtimeerror& error);
+
 // Up to `count` characters, one at a time; fewer at the end of the file.
 std::string readcharacters(listreader& reader, std::size_t count);
 

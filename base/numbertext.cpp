@@ -72,16 +72,12 @@ bool isdigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// The magnitude as a whole number of `places` digits, halves up, which is to be divided by ten to `power`.
-struct scalednumber {
-    std::uint64_t whole = 0;
-    int power = 0;
-};
+} // namespace
 
-// Whether that can be told from one product with an exact power of ten. It is rounded by half a unit of its
-// last place at most, so that only a product that reads exactly as a half may stand on either side of it;
-// there its remainder, which a double holds, decides.
-bool scale(double magnitude, int places, scalednumber& result) {
+// One product with an exact power of ten. It is rounded by half a unit of its last place at most, so that
+// only a product that reads exactly as a half may stand on either side of it; there its remainder, which a
+// double holds, decides.
+bool scaledigits(double magnitude, int places, scalednumber& result) {
     if (places > exactplaces) return false;
     const auto atpower = [magnitude](int power) {
         return power < 0 ? magnitude / exactpower[-power] : magnitude * exactpower[power];
@@ -104,16 +100,14 @@ bool scale(double magnitude, int places, scalednumber& result) {
     return true;
 }
 
-} // namespace
-
 decimaldigits significantdigits(double value, int places) {
     decimaldigits result;
     if (value == 0) return result;
     result.negative = value < 0;
     const double magnitude = std::fabs(value);
-    if (scalednumber scaled; scale(magnitude, places, scaled)) {
+    if (scalednumber scaled; scaledigits(magnitude, places, scaled)) {
         result.count = places;
-        result.point = places - scaled.power;
+        result.point = places - scaled.decimals;
         auto rest = static_cast<std::uint64_t>(exactpower[places]);
         if (scaled.whole >= rest) { // the step up went through all digits
             scaled.whole /= 10;

@@ -37,6 +37,15 @@ struct decimaldigits {
 // The first `places` (1..17) significant digits of a finite value, halves away from zero.
 decimaldigits significantdigits(double value, int places);
 
+// The first `places` significant digits of a finite magnitude above 0 as one whole number, halves up, which
+// is the magnitude times ten to the power of `decimals`; false where one product cannot tell it, which
+// significantdigits can.
+struct scalednumber {
+    std::uint64_t whole = 0; // up to ten to the power of `places`, which it is when all digits round up
+    int decimals = 0;
+};
+bool scaledigits(double magnitude, int places, scalednumber& result);
+
 // The same digits rounded to `decimals` (0 or more) places behind the point, halves away from zero.
 decimaldigits roundedto(const decimaldigits& digits, int decimals);
 

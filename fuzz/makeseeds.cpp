@@ -31,6 +31,11 @@ std::string firstlines(const std::string& text, int count) {
     return text.substr(0, end);
 }
 
+std::string textof(const char* path) {
+    const orv::filebytes bytes = orv::readfile(path);
+    return std::string(std::string_view(bytes));
+}
+
 std::string withoutreturns(std::string text) {
     std::erase(text, '\r');
     return text;
@@ -88,8 +93,10 @@ int main(int count, char** arguments) {
         const std::string target = std::filesystem::absolute(arguments[1]).string();
         const std::string parameters = parametertext(); // changes the directory
         const std::string room = orv::samples::geometrytext();
-        const orv::filebytes ini = orv::readfile(DATA_FILES "/orvanta.ini");
-        const std::string settings{std::string_view(ini)};
+        const std::string settings = textof(DATA_FILES "/orvanta.ini");
+        const std::string materials = textof(DATA_FILES "/Orvanta.mat");
+        const std::string colours = textof(DATA_FILES "/orvcolor.mat");
+        const std::string drawing = textof(SAMPLE_FILES "/studio.dxf");
         const std::string bank = orv::filterbankbytes(orv::designfilters(48000), 48000);
         const seed seeds[] = {
             {"fuzzfilterbank", "short", bank.substr(0, 400)},
@@ -105,6 +112,13 @@ int main(int count, char** arguments) {
             {"fuzzresult", "new", shortresult(1.2)},
             {"fuzzresult", "old", shortresult(1.1)},
             {"fuzzresult", "barelinefeeds", withoutreturns(shortresult(1.2))},
+            {"fuzzdxf", "studio", drawing},
+            {"fuzzdxf", "barelinefeeds", withoutreturns(drawing)},
+            {"fuzzdxf", "entities",
+             "0\r\nSECTION\r\n2\r\nENTITIES\r\n" + drawing.substr(drawing.find("  0\r\nPOLYLINE"))},
+            {"fuzzmaterials", "shipped", firstlines(materials, 4) + '\0' + firstlines(colours, 4)},
+            {"fuzzmaterials", "barelinefeeds",
+             withoutreturns(firstlines(materials, 4)) + '\0' + withoutreturns(firstlines(colours, 4))},
             {"fuzzparameters", "current", parameters},
             {"fuzzparameters", "notail", parameters.substr(0, parameters.find("\"Parameter =\",\"EDT\""))},
             {"fuzzparameters", "older", olderparametertext()},

@@ -169,6 +169,8 @@ void autorangelevels(const mapreceivers& receivers) {
 
 double levelindex(double value) {
     const double lowest = wide(SessionState.minLevel), highest = wide(SessionState.maxLevel);
+    if (lowest == highest)
+        throw runtimeerror{errorkind::divisionbyzero, "The lowest and the highest level are the same."};
     return std::clamp(quotient(255 * (value - lowest), highest - lowest), 0.0, 255.0);
 }
 

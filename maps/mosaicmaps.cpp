@@ -1,7 +1,7 @@
 // The two mosaic maps: a common head, the walk over the cells by columns, and how a cell is painted in each.
 #include "maps/mosaicmaps.h"
 
-#include "base/arithmetic.h"
+#include "base/numbertext.h"
 #include "base/runtimeerror.h"
 #include "maps/colourschemes.h"
 #include "maps/mapfield.h"
@@ -15,6 +15,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace orv {
@@ -26,14 +27,20 @@ constexpr double stripoverlap = 1.5; // a strip is as much thicker than its cell
 // The middle grey of "White-Black" does not appear in a mosaic.
 constexpr double greyabove = 126, greybelow = 128, greyinstead = 126;
 
+// A page can be printed while the map on the screen is drawn.
 struct mapmark {
-    mapmark() { SessionState.mapInProgress = true; }
-    ~mapmark() { SessionState.mapInProgress = false; }
+    const bool within = std::exchange(SessionState.mapInProgress, true);
+    ~mapmark() {
+        SessionState.mapInProgress = within;
+        platform::statustext(2, "");
+    }
 };
 
 // What a map is drawn from, taken once so that a user at a yield does not change it.
 struct mosaic {
     maprectangle area;
+    planechoice plane;
+    double third; // the plane's place, m
     int columns, rows;
     bool gridded;
     mapreceivers receivers; // empty where gridded
@@ -42,7 +49,8 @@ struct mosaic {
 mosaic startmosaic() {
     enablecommand("Cprint", true);
     sessionstate& s = SessionState;
-    mosaic map{mapextent(), s.Nx, s.Ny, s.useSurfer, {}};
+    mosaic map{mapextent(), s.viewPlane, static_cast<double>(s.mapThirdCoordinate), s.Nx, s.Ny,
+               s.useSurfer, {}};
     if (map.gridded) {
         const maprectangle& a = map.area;
         if (s.gridReady == 0) surfergrid(a.lo1, a.hi1, a.lo2, a.hi2);
@@ -57,11 +65,9 @@ void showstart() {
     platform::statustext(1, "Dithering...");
 }
 
-// Raises divisionbyzero for levels between which there is nothing.
 void chooselevels(const mosaic& map) {
     if (!map.gridded && SessionState.autorange) autorangelevels(map.receivers);
-    if (SessionState.minLevel == SessionState.maxLevel)
-        throw runtimeerror{errorkind::divisionbyzero, "The lowest and the highest level are the same."};
+    levelindex(0); // raises for levels between which there is nothing
 }
 
 std::int32_t cellcolour(double value) {
@@ -99,13 +105,14 @@ void eachcell(const mosaic& map, step&& paint) {
             }
             paint(mapcell{a, b[row], value[row]});
         }
+        platform::statustext(2, numbertext(std::trunc(100.0 * (i + 1) / map.columns)) + "%");
         platform::yield();
         if (SessionState.drawAbort != off) break;
     }
 }
 
-picturepoint projected(double p, double q) {
-    const modelpoint point = fromplane({p, q}, static_cast<double>(SessionState.mapThirdCoordinate));
+picturepoint projected(const mosaic& map, double p, double q) {
+    const modelpoint point = fromplane({p, q}, map.third, map.plane);
     picturepoint out;
     projectpoint(point.x, point.y, point.z, out.x, out.y);
     return out;
@@ -129,7 +136,11 @@ bool drawdither2d(DrawSurface& surface) {
         surface.box(cell.a, cell.b, cell.a + width, cell.b + height, colour);
     });
     surface.setFillStyle(fillstyle::transparent);
-    return drawscene2d(surface, false);
+    // The scene of another plane, chosen meanwhile, does not lie on this map.
+    const bool replaced = SessionState.viewPlane != map.plane;
+    if (!drawscene2d(surface, replaced)) return false;
+    if (!replaced) drawcolourscale(surface); // again, since the cells have covered its labels
+    return true;
 }
 
 bool drawdither3d(DrawSurface& surface, bool clearfirst) {
@@ -144,10 +155,10 @@ bool drawdither3d(DrawSurface& surface, bool clearfirst) {
     eachcell(map, [&](const mapcell& cell) {
         const double middle = (cell.b + cell.b + height) / 2;
         // The thickness follows the perspective of this very place.
-        const picturepoint low = projected(cell.a, cell.b);
-        const picturepoint high = projected(cell.a, cell.b + stripoverlap * height);
+        const picturepoint low = projected(map, cell.a, cell.b);
+        const picturepoint high = projected(map, cell.a, cell.b + stripoverlap * height);
         surface.setDrawWidth(-surface.toPixelsY(std::hypot(high.x - low.x, high.y - low.y)));
-        const picturepoint from = projected(cell.a, middle), to = projected(cell.a + width, middle);
+        const picturepoint from = projected(map, cell.a, middle), to = projected(map, cell.a + width, middle);
         surface.line(from.x, from.y, to.x, to.y, cellcolour(cell.value));
     });
     surface.setDrawWidth(1);

@@ -9,8 +9,9 @@ namespace orv {
 // Draw the map in the present 2D view, or in the camera's view as thick lines in the plane at
 // mapThirdCoordinate, over the scene, which is drawn first (white before it with `clearfirst`). Take the
 // values from MapGrid with useSurfer, computing it where gridReady is 0, and from all receivers otherwise.
-// With autorange they choose the levels first. Show the wait pointer and "Dithering..."; yield after each
-// column and end the columns when drawAbort is set then. Leave mapKind "Normal" and the scene's hint.
+// With autorange they choose the levels first. Show the wait pointer, "Dithering..." and the share of the
+// columns; yield after each and end the columns when drawAbort is set then. Leave mapKind "Normal" and the
+// scene's hint.
 //
 // Return whether the view can be drawn. Raise divisionbyzero, before anything of the map is on the surface,
 // without receivers and when minLevel equals maxLevel; what parametervalue raises; subscript for a grid

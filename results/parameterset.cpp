@@ -3,6 +3,7 @@
 
 #include "base/arithmetic.h"
 #include "base/formatpattern.h"
+#include "base/runtimeerror.h"
 
 #include <array>
 #include <cmath>
@@ -41,7 +42,8 @@ constexpr std::array<parameterrow, 21> parameterrows = {{
     {"Aeq", [](std::int32_t r, std::int32_t b) { return P.Aeq(r, b); }},
     {"STI",
      [](std::int32_t r, std::int32_t b) {
-         if (b < loweststiband) subscriptfailure("STI band", b, loweststiband, bandcount);
+         if (b < loweststiband)
+             throw runtimeerror{errorkind::subscript, "STI has no value below 125 Hz."};
          return P.STI(r, b);
      }},
     {"LE", [](std::int32_t r, std::int32_t b) { return P.LE(r, b); }},

@@ -36,9 +36,8 @@
 #include "base/listinput.h"
 #include "base/numbertext.h"
 #include "platform/platform.h"
+#include "room/roomload.h"
 #include "room/roommodel.h"
-#include "shell/menucommands.h"
-#include "shell/sessionstate.h"
 
 #include <array>
 #include <limits>
@@ -47,14 +46,7 @@ namespace orv {
 
 namespace {
 
-constexpr std::int32_t loadinggrey = rgb(192, 192, 192);
 constexpr std::size_t progressblock = 128; // bytes
-
-// The views and control frames that are hidden while a file is loaded; the next drawing shows them again.
-constexpr std::array viewcontrols = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
-
-constexpr std::array<std::string_view, 5> roomcommands = {"Redraw", "CamRedr2D", "render", "BLNadd",
-                                                          "MapLoad"};
 
 // What a load keeps between its lines.
 struct loading {
@@ -265,11 +257,7 @@ void loadgeometry(const std::string& name) {
     const filebytes bytes = readfile(existingpath(name));
     const std::string shown = pagetext(name);
 
-    for (const char* control : viewcontrols) platform::setvisible(control, false);
-    const std::int32_t formerbackground = platform::background(loadinggrey);
-    platform::pointer(platform::shape::wait);
-    platform::statustext(1, "Loading " + shown + " ...");
-    resetroom();
+    const std::int32_t formerbackground = startroomload("Loading " + shown + " ...");
 
     loading load;
     load.lines = openlist(bytes, shown);
@@ -291,17 +279,7 @@ void loadgeometry(const std::string& name) {
     RoomModel.sourceCount = load.sources;
     RoomModel.receiverCount = load.receivers;
     RoomModel.rayLineCount = load.raylines;
-    platform::pointer(platform::shape::normal);
-    computecentre();
-    SessionState.targetX = RoomModel.roomCentreX;
-    SessionState.targetY = RoomModel.roomCentreY;
-    SessionState.targetZ = RoomModel.roomCentreZ;
-    for (const std::string_view command : roomcommands) enablecommand(command, true);
-    SessionState.gridReady = SessionState.contourReady = 0;
-    platform::statustext(1, "");
-    platform::statustext(2, "");
-    platform::background(formerbackground);
-    platform::yield();
+    finishroomload(formerbackground);
 }
 
 } // namespace orv

@@ -178,8 +178,8 @@ picturepoint inplane(const modelpoint& point) {
     }
 }
 
-modelpoint fromplane(const picturepoint& point, double third) {
-    switch (SessionState.viewPlane) {
+modelpoint fromplane(const picturepoint& point, double third, planechoice plane) {
+    switch (plane) {
     case planechoice::YZ:
         return {third, point.x, point.y};
     case planechoice::XZ:

@@ -53,9 +53,9 @@ struct picturepoint {
 // The two coordinates of a point that the present 2D view shows: x and y, y and z, or x and z.
 picturepoint inplane(const modelpoint& point);
 
-// The point of the model whose two coordinates in the present 2D view are those of `point`, the third being
-// `third`.
-modelpoint fromplane(const picturepoint& point, double third);
+// The point of the model whose two coordinates in a 2D view, the present one, are those of `point`, the third
+// being `third`.
+modelpoint fromplane(const picturepoint& point, double third, planechoice plane = SessionState.viewPlane);
 
 // Plane a x + b y + c z + d = 0 through three points; (a, b, c) = (p3 - p1) x (p2 - p1), not normalised.
 void planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3, double& a, double& b,

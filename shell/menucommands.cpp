@@ -4,6 +4,7 @@
 #include "base/runtimeerror.h"
 #include "base/table.h"
 #include "export/wavexport.h"
+#include "interchange/interchangecommands.h"
 #include "maps/mappingoptions.h"
 #include "maps/redrawview.h"
 #include "maps/rgbsettings.h"
@@ -67,8 +68,8 @@ constexpr menutitle titles[] = {
 constexpr menucommand startrows[] = {
     row("File", "FLoad", "&Open Geometry File...", FLoad),
     row("File", "Fsave", "&Save Geometry File...", Fsave, disabled),
-    row("File", "DXFIN", "&DXF In...", nullptr),
-    row("File", "DXFOUT", "DXF &Out...", nullptr, disabled),
+    row("File", "DXFIN", "&DXF In...", DXFIN),
+    row("File", "DXFOUT", "DXF &Out...", DXFOUT, disabled),
     row("File", "ImportNastran", "Import &Nastran file", nullptr),
     row("File", "ImporRayonGeo", "&Import from Rayons...", nullptr, hidden),
     row("File", "FileExport", "&Export to Rayons...", nullptr, hidden | disabled),

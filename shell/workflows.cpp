@@ -11,6 +11,7 @@
 #include "room/geometryreader.h"
 #include "room/geometrywriter.h"
 #include "scene/scenedrawing.h"
+#include "shell/filejob.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 #include "shell/settings.h"
@@ -34,39 +35,6 @@ constexpr std::string_view mapcommands[] = {"MapDoDither2D", "MapDoDither3D", "M
 constexpr std::string_view contourcommands[] = {"MapDoContour2D", "MapDoContour3D"};
 constexpr std::string_view responsecommands[] = {"ExportWAV", "ViewImpulse"};
 
-// From the dialog to the end of the command. A workflow that runs inside another leaves the pointer and the
-// commands to the outer one.
-struct job {
-    bool outermost = !commandssuspended();
-
-    job() {
-        platform::pointer(platform::shape::wait);
-        if (!outermost) return;
-        suspendcommands(true);
-        platform::setenabled("Redisplay", false);
-    }
-    ~job() {
-        if (!outermost) return;
-        platform::pointer(platform::shape::normal);
-        platform::setenabled("Redisplay", true);
-        suspendcommands(false);
-    }
-    job(const job&) = delete;
-    job& operator=(const job&) = delete;
-};
-
-// What a file dialog gave; nothing when it was cancelled.
-using filedialog = std::string (*)(const platform::filerequest&);
-std::optional<std::string> chosenfile(filedialog ask, const char* title, const char* filter,
-                                      const std::string& proposal) {
-    try {
-        return ask({title, filter, proposal, SessionState.dataDirectory});
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-        return std::nullopt;
-    }
-}
-
 template <class names>
 void enableall(const names& commands) {
     for (const std::string_view name : commands) enablecommand(name, true);
@@ -77,16 +45,11 @@ void openroom() {
     const auto chosen = chosenfile(platform::askopenfile, "Load a Orvanta CAD File", roomfilter,
                                    present.empty() ? roompattern : present);
     if (!chosen) return;
-    const job running;
+    const filejob running;
     SessionState.geometryFileName = *chosen;
     showtitle(*chosen);
     loadgeometry(*chosen);
-    enableroomcommands();
-    showscene();
-    if (SessionState.parameterSource != 0) {
-        enablemapcommands();
-        enablecommand("ExportWAV", true);
-    }
+    showloadedroom();
 }
 
 // The result with its responses, the speech index computed and the parameters kept if the user wants it.
@@ -133,7 +96,7 @@ void Fsave() {
     const auto chosen =
         chosenfile(platform::asksavefile, "Save a Orvanta CAD File", roomfilter, savedroomproposal());
     if (!chosen) return;
-    const job running;
+    const filejob running;
     SessionState.geometryFileName = *chosen;
     // A point as the first character makes no extension.
     if (filenameof(*chosen).find('.', 1) == std::string::npos) SessionState.geometryFileName += ".ray";
@@ -146,7 +109,7 @@ void OpenRes() {
     const auto chosen = chosenfile(platform::askopenfile, "Load an Impulse Response File and its Geometry",
                                    resultfilter, resultpattern);
     if (!chosen) return;
-    const job running;
+    const filejob running;
     openresult(*chosen);
     enableroomcommands();
     enablemapcommands();
@@ -167,7 +130,7 @@ void MapLoad() {
     const auto chosen =
         chosenfile(platform::askopenfile, "Load an Impulse Response File", resultfilter, resultpattern);
     if (!chosen) return;
-    const job running;
+    const filejob running;
     openresult(*chosen);
     enablemapcommands();
     forgetmaps();
@@ -205,6 +168,14 @@ void showscene() {
         draw3dview(picture, true);
     else
         draw2dview(picture, true);
+}
+
+void showloadedroom() {
+    enableroomcommands();
+    showscene();
+    if (SessionState.parameterSource == 0) return;
+    enablemapcommands();
+    enablecommand("ExportWAV", true);
 }
 
 void enableroomcommands() {

@@ -430,6 +430,42 @@ void roomelsewhere() {
     checktitle(datafile("hall.RAY"));
 }
 
+// --- Rooms of other programs ---
+
+void importdrawing() {
+    answers::expectfile("Load an AutoCAD (TM) DXF File", datafile("studio.dxf"));
+    answers::expectbox("planarity check on 3DFACE entities", platform::answer::yes,
+                       [](QWidget&) { picture("dxf-question"); });
+    choose("DXFIN");
+    check(RoomModel.faceCount == 11 && RoomModel.holeFace(1) == 2 && RoomModel.doorFace(1) == 5,
+          "the drawing was not read whole");
+    checktitle(datafile("studio.dxf"));
+    replacefile(sessionfile("dxf-log.txt"), MainWindow->logtext);
+}
+
+// A triangle comes back with a fourth corner, so that the second drawing is compared.
+void exportdrawing() {
+    const std::string path = sessionfile("exported.dxf");
+    const auto exportandimport = [&path](const answers::look& look) {
+        answers::expectfile("Save a .DXF AutoCAD File", path, look);
+        choose("DXFOUT");
+        answers::expectfile("Load an AutoCAD (TM) DXF File", path);
+        answers::expectbox("planarity check", platform::answer::no);
+        choose("DXFIN");
+    };
+    exportandimport([](QWidget&) { picture("dxf-save-dialog"); });
+    const std::vector<double> room = savedroom();
+    std::filesystem::remove(path);
+    exportandimport({});
+    check(savedroom() == room, "the exported room is not the one that was shown");
+}
+
+void drawingin3d() {
+    const std::size_t before = picturesum();
+    choose("Redraw");
+    checkredrawn(before);
+}
+
 void leave() {
     choose("FQuit");
     check(!MainWindow->form->isVisible(), "the window is still there");
@@ -468,6 +504,9 @@ constexpr step steps[] = {
     {"F1", helpkey, ""},
     {"Another result over the room", otherresult, "2d-other-result"},
     {"A result whose room lies elsewhere", roomelsewhere, ""},
+    {"Import a drawing", importdrawing, "2d-dxf"},
+    {"Export it and read it back", exportdrawing, ""},
+    {"The drawing in 3D", drawingin3d, "3d-dxf"},
     {"Exit", leave, ""},
 };
 

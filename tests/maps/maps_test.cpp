@@ -160,8 +160,7 @@ TEST_F(maptest, mosaic2dCellByCell) {
     SessionState.Ny = 5;
     picture.surface.setFillStyle(fillstyle::transparent);
     drawdither2d(picture.surface);
-    const lines scale = items("filledbox");
-    ASSERT_EQ(scale.size(), 16U);
+    ASSERT_EQ(items("filledbox").size(), 2U * 16) << "the scale at once, and again over the cells";
     lines cells;
     for (const std::string& box : items("box "))
         if (box.find(" fill ") != std::string::npos) cells.push_back(box);
@@ -176,11 +175,14 @@ TEST_F(maptest, mosaic2dCellByCell) {
                                          colour;
             EXPECT_EQ(cells[static_cast<std::size_t>(5 * i + j)], expected);
         }
-    EXPECT_EQ(items("text").back().find("Freq.=Lin - Leq") != std::string::npos,
-              true); // the title tells of the map
+    const lines texts = items("text"); // 17 labels, the title, which tells of the map, 17 labels
+    ASSERT_EQ(texts.size(), 35U);
+    EXPECT_NE(texts[17].find("Freq.=Lin - Leq"), std::string::npos);
     EXPECT_FALSE(SessionState.mapInProgress);
     EXPECT_EQ(scripted::countcalls("yield"), 6U);
     EXPECT_TRUE(scripted::called("status 1|Dithering..."));
+    EXPECT_TRUE(scripted::called("status 2| 33%"));
+    EXPECT_EQ(scripted::statustext(2), "");
 }
 
 TEST_F(maptest, theMiddleGreyIsLeftOut) {
@@ -206,13 +208,16 @@ TEST_F(maptest, strips3d) {
     SessionState.Ny = 2;
     RoomModel.roomMaxX = 9;
     platform::setvisible("Frame1", true);
-    picture.surface.resize(750, 500, 1); // 2.4 m high
+    picture.surface.resize(750, 500, 1);                                    // 2.4 m high
+    scripted::atyield(1, [] { SessionState.viewPlane = planechoice::XY; }); // too late for this map
     ASSERT_TRUE(drawdither3d(picture.surface, true));
+    SessionState.viewPlane = planechoice::XZ;
     const lines strips = items("line");
     ASSERT_EQ(strips.size(), 6U);
     // A cell is 3 x 4 m, a fifth of that in the picture; 1.5 x .8 m of 2.4 m are 250 pixels.
     EXPECT_EQ(strips[0], "line 0 .4 .6 .4 " + hexcolour(naive(1.5, 2)) + " width 250");
     EXPECT_EQ(strips[1], "line 0 1.2 .6 1.2 " + hexcolour(naive(1.5, 6)) + " width 250");
+    EXPECT_EQ(strips[2], "line .6 .4 1.2 .4 " + hexcolour(naive(4.5, 2)) + " width 250");
     EXPECT_EQ(items("filledbox").size(), 32U); // the scale again, on top
     EXPECT_EQ(items("clear").size(), 1U);
     EXPECT_EQ(picture.surface.drawWidth, 1);
@@ -278,7 +283,7 @@ TEST_F(maptest, cancelAndImpossibleMaps) {
     checkcommand("Post", true);
     SessionState.parameterName = "STI";
     SessionState.bandIndex = 2;
-    refused("STI band");
+    refused("STI has no value below 125 Hz");
     RoomModel.receiverCount = 0;
     SessionState.autorange = true;
     refused("no receivers");

@@ -1,0 +1,62 @@
+// The main window while a room is loaded.
+#include "room/roomload.h"
+
+#include "base/numbertext.h"
+#include "platform/platform.h"
+#include "room/roommodel.h"
+#include "shell/menucommands.h"
+#include "shell/sessionstate.h"
+
+namespace orv {
+
+namespace {
+
+constexpr std::int32_t loadinggrey = rgb(192, 192, 192);
+constexpr double fulllog = 0.85; // share of the window's height
+
+// The views and control frames that are hidden meanwhile; the next drawing shows them again.
+constexpr const char* viewcontrols[] = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
+
+constexpr std::string_view roomcommands[] = {"Redraw", "CamRedr2D", "render", "BLNadd", "MapLoad"};
+
+} // namespace
+
+std::int32_t startroomload(const std::string& status) {
+    for (const char* control : viewcontrols) platform::setvisible(control, false);
+    const std::int32_t formerbackground = platform::background(loadinggrey);
+    platform::pointer(platform::shape::wait);
+    platform::statustext(1, status);
+    resetroom();
+    return formerbackground;
+}
+
+void finishroomload(std::int32_t formerbackground) {
+    platform::pointer(platform::shape::normal);
+    computecentre();
+    SessionState.targetX = RoomModel.roomCentreX;
+    SessionState.targetY = RoomModel.roomCentreY;
+    SessionState.targetZ = RoomModel.roomCentreZ;
+    for (const std::string_view command : roomcommands) enablecommand(command, true);
+    SessionState.gridReady = SessionState.contourReady = 0;
+    platform::statustext(1, "");
+    platform::statustext(2, "");
+    platform::background(formerbackground);
+    platform::yield();
+}
+
+void showprogress(loadprogress& progress, std::size_t position) {
+    const int percent = progress.size == 0 ? 100 : static_cast<int>(100 * position / progress.size);
+    if (percent != progress.percent) {
+        progress.percent = percent;
+        progress.text = wholetext(percent) + "%";
+    }
+    platform::statustext(2, progress.text);
+    platform::yield();
+}
+
+void logload(const std::string& line) {
+    if (platform::logfill() > fulllog) platform::clearlog();
+    platform::logline(line);
+}
+
+} // namespace orv
