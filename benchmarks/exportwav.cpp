@@ -1,5 +1,5 @@
 // How fast an export adds sounds to the samples of its file, against the plainest form of the loop, which
-// adds every tap of every band by itself and rounds its place each time (tests/export/plainsynthesis.h). A
+// adds every tap of every band by itself and rounds its place each time (benchmarks/plainsynthesis.h). A
 // contribution is one sound in one channel of one block. Both forms render the same response in turn, the
 // plain one its first milliseconds only, and the ratio is that of their times by contribution: 25 or above
 // for one channel (format 0), 60 or above for 32x32 (format 17). `difference` is the largest of all samples
@@ -11,13 +11,13 @@
 #include "base/files.h"
 #include "benchmarks/floor.h"
 #include "benchmarks/memory.h"
+#include "benchmarks/plainsynthesis.h"
 #include "data/filterbankdesign.h"
 #include "export/synthesis.h"
 #include "platform/platform.h"
 #include "platform/scripted/scripted.h"
 #include "room/roommodel.h"
 #include "shell/sessionstate.h"
-#include "tests/export/plainsynthesis.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,9 +1,8 @@
 // The synthesis, against its definition and against gains worked out by hand.
 #include "export/synthesis.h"
 
-#include "export/accumulator.h"
+#include "benchmarks/plainsynthesis.h"
 #include "tests/export/exporttest.h"
-#include "tests/export/plainsynthesis.h"
 
 #include <cmath>
 
@@ -130,7 +129,7 @@ TEST_F(exporttest, LengthDensityAndStreamFollowTheirRules) {
 TEST_F(exporttest, PathsTakeTheirEnergyFromTheirSlot) {
     writeunitbank();
     for (int i = 0; i < slots * bandcount; ++i) takeresponse(1)[i] = 0;
-    addpath(static_cast<double>(0.005F), {}); // slot 4, since the step is a little more than 1 ms
+    addpath(0.005, {}); // slot 4, since the step is a little more than 1 ms
     run("1ch_Omni");
     const std::vector<float> samples = samplesof("hall_07_1ch_Omni_001.wav");
     std::vector<std::size_t> places;
@@ -188,6 +187,21 @@ TEST_F(exporttest, FailuresSayWhichPathSizeOrFile) {
     const runtimeerror closed = failure("1ch_Omni", " 2", "900");
     EXPECT_EQ(closed.kind, errorkind::fileaccess);
     EXPECT_NE(closed.text.find("1ch_Omni_002.wav"), std::string::npos) << closed.text;
+}
+
+TEST_F(exporttest, RadixFollowsTheSaveDialog) {
+    openexport();
+    scripted::expectsave(scripted::cancelled, "Save a .WAV File");
+    browseradix();
+    EXPECT_EQ(SessionState.fileRadix, inside("hall.wav"));
+    scripted::expectsave(inside("other"));
+    browseradix();
+    EXPECT_EQ(platform::gettext("FileRadix"), inside("other.DXF"));
+    typeradix("");
+    scripted::expectsave(inside("a.wav"));
+    browseradix();
+    EXPECT_NE(scripted::callswith("save").back().find("|" + inside("hall.wav") + "|"), std::string::npos);
+    EXPECT_EQ(SessionState.fileRadix, inside("a.wav"));
 }
 
 } // namespace
