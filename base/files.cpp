@@ -143,6 +143,23 @@ filebytes readfile(const std::string& path) {
     return bytes;
 }
 
+partreader::partreader(const std::string& name) : path(name) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) failed(errorkind::fileaccess, path, "this is a directory, not a file");
+    errno = 0;
+    file.open(path, std::ios::binary);
+    if (!file) notopened(path, errno);
+}
+
+void partreader::read(std::uint64_t position, std::size_t count, std::string& part) {
+    part.resize(count);
+    file.clear(); // of the end that the last part met
+    file.seekg(static_cast<std::streamoff>(position));
+    file.read(part.data(), static_cast<std::streamsize>(count));
+    if (file.bad() || file.gcount() < 0) failed(errorkind::fileaccess, path, "the file cannot be read");
+    part.resize(static_cast<std::size_t>(file.gcount()));
+}
+
 void replacefile(const std::string& path, std::string_view bytes) {
     filewriter file(path);
     file.write(bytes);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,6 +22,19 @@ struct filebytes {
 
 // Reads a whole file. Raises filenotfound, or fileaccess with the system's reason.
 filebytes readfile(const std::string& path);
+
+// A file that is read in parts, for one that may be larger than memory.
+struct partreader {
+    explicit partreader(const std::string& name); // raises filenotfound or fileaccess
+
+    // The bytes from `position` on into `part`: `count` of them, fewer at the end of the file. Raises
+    // fileaccess.
+    void read(std::uint64_t position, std::size_t count, std::string& part);
+
+private:
+    std::string path;
+    std::ifstream file;
+};
 
 // Writes a file that replaces any of that name, so that a failure leaves the old one as it was: the bytes
 // go into a file beside it first, which then takes its place. Raises fileaccess.

@@ -29,11 +29,13 @@ void listwhole(std::string& line, std::int64_t value) {
 }
 
 void printnumber(std::string& line, double value) {
-    line.append(numbertext(value)).append(1, ' ');
+    appendnumber(line, value);
+    line += ' ';
 }
 
 void printwhole(std::string& line, std::int64_t value) {
-    line.append(wholetext(value)).append(1, ' ');
+    appendwhole(line, value);
+    line += ' ';
 }
 
 void printzone(std::string& line) {

@@ -207,8 +207,15 @@ std::string numbertext(double value) {
 }
 
 std::string wholetext(std::int64_t value) {
-    std::string text = value < 0 ? "" : " ";
-    return text += std::to_string(value);
+    std::string text;
+    appendwhole(text, value);
+    return text;
+}
+
+void appendwhole(std::string& text, std::int64_t value) {
+    char form[24] = {' '}; // of which the digits may take twenty
+    const char* const end = std::to_chars(form + (value < 0 ? 0 : 1), form + sizeof form, value).ptr;
+    text.append(form, static_cast<std::size_t>(end - form));
 }
 
 std::string trimmednumber(double value) {

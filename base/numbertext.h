@@ -20,6 +20,7 @@ void appendnumber(std::string& text, double value);
 
 // A whole number in full: a blank or, when negative, a minus, then all digits.
 std::string wholetext(std::int64_t value);
+void appendwhole(std::string& text, std::int64_t value);
 
 // The text without the blank in front, as list form and settings lines have it.
 std::string trimmednumber(double value);

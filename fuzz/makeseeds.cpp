@@ -82,6 +82,23 @@ std::string olderparametertext() {
     return text;
 }
 
+// Small files of other programs' formats.
+constexpr const char* cattseed =
+    ";TEMPERATURE 20\r\n;HUMIDITY 50\r\n;SOURCE A 1\r\n; DIRECTIVITY = \"Omni.SD0\"\r\n; POS =  1  2  1\r\n"
+    "; AIMPOS =  2  2  1\r\n;END\r\n\r\n;RECEIVERS\r\n;  1     3.000000     2.000000     1.200000\r\n\r\n"
+    "ABS Wood = <   15.0  11.0  10.0   7.0   6.0   7.0 :    7.0   7.0> L <   10.0  10.0  10.0  10.0  10.0  "
+    "10.0 :"
+    "   10.0  10.0> { 168 84 0}\r\n\r\nCORNERS\r\n\r\n 1      0.000000      0.000000      0.000000\r\n"
+    " 2      4.000000      0.000000      0.000000\r\n 3      4.000000      3.000000      0.000000\r\n\r\n"
+    "PLANES\r\n[1 wood /  1 2 3 / Wood ]\r\n";
+constexpr const char* nastranseed =
+    "$ Mesh\r\n$ Grid data section\r\nGRID,1,0,0.0,0.0,0.0\r\nGRID,2,0,4.0,0.0,0.0\r\n"
+    "GRID,3,0,4.0,3.0,-.5E+0\r\n$ Elements\r\nCTRIA3,1,7,1,2,3\r\nENDDATA\r\n";
+constexpr const char* rayonsseed =
+    "2\n0 3 0 0 0 4 0 0 4 3 0 0 0 1\n-1 .5 3 0 0 2 4 0 2 4 3 2 0 0 -1\n----\n"
+    "materials\n2\n0 Wood\n-1 none\n----\nsources\n1\n1 1 2 1 1 0 0 90 0\nUnknown\n"
+    "----\nreceivers\n1\n1 3 2 1.2 0 0 0\n";
+
 } // namespace
 
 int main(int count, char** arguments) {
@@ -93,6 +110,10 @@ int main(int count, char** arguments) {
         const std::string target = std::filesystem::absolute(arguments[1]).string();
         const std::string parameters = parametertext(); // changes the directory
         const std::string room = orv::samples::geometrytext();
+        const int first[] = {1};
+        const std::string paths = orv::samples::pathstext({.order = 1}, first);
+        std::string manypoints;
+        for (int i = 0; i < 11; ++i) manypoints += ",1,1,2,3";
         const std::string settings = textof(DATA_FILES "/orvanta.ini");
         const std::string materials = textof(DATA_FILES "/Orvanta.mat");
         const std::string colours = textof(DATA_FILES "/orvcolor.mat");
@@ -106,12 +127,24 @@ int main(int count, char** arguments) {
             {"fuzzgeometry", "barelinefeeds", withoutreturns(firstlines(room, 12))},
             {"fuzzgeometry", "drift",
              "EntityList\r\n Wall\r\n Face 0 1 3 0 0 0 1 0 0 0 1 0 9\r\n End\r\nEnd\r\n"},
+            {"fuzzcatt", "room", cattseed},
+            {"fuzzcatt", "barelinefeeds", withoutreturns(cattseed)},
+            {"fuzznastran", "mesh", nastranseed},
+            {"fuzznastran", "barelinefeeds", withoutreturns(nastranseed)},
+            {"fuzzrayons", "set", rayonsseed},
             {"fuzzsettings", "shipped", settings},
             {"fuzzsettings", "barelinefeeds", withoutreturns(settings)},
             {"fuzzsettings", "sixty", std::string(120, '\n')},
             {"fuzzresult", "new", shortresult(1.2)},
             {"fuzzresult", "old", shortresult(1.1)},
             {"fuzzresult", "barelinefeeds", withoutreturns(shortresult(1.2))},
+            {"fuzzraypaths", "hall", firstlines(paths, 20)},
+            {"fuzzraypaths", "barelinefeeds", withoutreturns(firstlines(paths, 3))},
+            {"fuzzraypaths", "overflow", "1,1,.02,1,1,1,1,1,1,1,1,1,1,11" + manypoints + "\r\n2 words"},
+            {"fuzzjob", "quoted", "\"d\"\r\n\"s.___\"\r\n\"a._01\", 20,0, 3,0,0,0,0,0,0,0,-30.5\r\n"},
+            {"fuzzjob", "plain", "d\ns.___\na b._01 ,0, 1 ,2,3,4,5,6,7,8,9,10\nb,0,0,0,0,0,0,0,0,0,0,0"},
+            {"fuzzsum", "new", shortresult(1.2)},
+            {"fuzzsum", "old", shortresult(1.1)},
             {"fuzzdxf", "studio", drawing},
             {"fuzzdxf", "barelinefeeds", withoutreturns(drawing)},
             {"fuzzdxf", "entities",

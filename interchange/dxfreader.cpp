@@ -45,8 +45,10 @@
 #include "shell/sessionstate.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -443,10 +445,6 @@ void setvertex(std::int32_t face, int v, const point& p) {
     RoomModel.faceVertexZ(face, v) = p.z;
 }
 
-point vertexof(std::int32_t face, int v) {
-    return {RoomModel.faceVertexX(face, v), RoomModel.faceVertexY(face, v), RoomModel.faceVertexZ(face, v)};
-}
-
 enum class planarity { plane, split, none };
 
 // How the fourth corner lies to the plane of the first three; `none` when those are no plane.
@@ -567,62 +565,93 @@ void readdrawing(loading& load) {
 
 // --- Attaching ---
 
+using axes = std::array<float, 3>;
 struct box {
-    point low, high;
+    axes low, high;
 };
 
-void extend(box& b, const point& p) {
-    b.low = {std::min(b.low.x, p.x), std::min(b.low.y, p.y), std::min(b.low.z, p.z)};
-    b.high = {std::max(b.high.x, p.x), std::max(b.high.y, p.y), std::max(b.high.z, p.z)};
+constexpr box boxfrom(float low, float high) {
+    return {{low, low, low}, {high, high, high}};
+}
+
+void extend(box& b, const axes& p) {
+    for (std::size_t axis = 0; axis < p.size(); ++axis) {
+        b.low[axis] = std::min(b.low[axis], p[axis]);
+        b.high[axis] = std::max(b.high[axis], p[axis]);
+    }
 }
 
 bool holds(const box& outer, const box& inner) {
-    return outer.low.x <= inner.low.x && outer.high.x >= inner.high.x && outer.low.y <= inner.low.y &&
-           outer.high.y >= inner.high.y && outer.low.z <= inner.low.z && outer.high.z >= inner.high.z;
+    for (std::size_t axis = 0; axis < inner.low.size(); ++axis)
+        if (outer.low[axis] > inner.low[axis] || outer.high[axis] < inner.high[axis]) return false;
+    return true;
 }
 
 box facebox(std::int32_t face) {
-    box b{{unsetbox, unsetbox, unsetbox}, {-unsetbox, -unsetbox, -unsetbox}};
-    for (int v = 1; v <= RoomModel.faceVertexCount(face); ++v) extend(b, vertexof(face, v));
-    b.low = {b.low.x - boxmargin, b.low.y - boxmargin, b.low.z - boxmargin};
-    b.high = {b.high.x + boxmargin, b.high.y + boxmargin, b.high.z + boxmargin};
+    box b = boxfrom(unsetbox, -unsetbox);
+    for (int v = 1; v <= RoomModel.faceVertexCount(face); ++v)
+        extend(b, {RoomModel.faceVertexX(face, v), RoomModel.faceVertexY(face, v),
+                   RoomModel.faceVertexZ(face, v)});
+    for (float& low : b.low) low -= boxmargin;
+    for (float& high : b.high) high += boxmargin;
     return b;
 }
 
-// The boxes of all faces, and of each run of them, so that most runs are passed at one look.
+// The boxes of all faces in runs of neighbours in space, each run with a box around it and its lowest face,
+// so that most runs are passed at one look.
 constexpr std::size_t run = 64;
-struct faceboxes {
-    std::vector<box> each; // of face 1, 2, ...
-    std::vector<box> ofrun;
+struct placedbox {
+    box around;
+    std::int32_t face = 0;
 };
+struct faceboxes {
+    std::vector<placedbox> each;
+    std::vector<placedbox> ofrun;
+};
+
+void arrange(std::span<placedbox> boxes, std::size_t axis) {
+    if (boxes.size() <= run) return;
+    const std::size_t middle = (boxes.size() / run + 1) / 2 * run;
+    std::nth_element(
+        boxes.begin(), boxes.begin() + static_cast<std::ptrdiff_t>(middle), boxes.end(),
+        [axis](const placedbox& a, const placedbox& b) { return a.around.low[axis] < b.around.low[axis]; });
+    arrange(boxes.first(middle), (axis + 1) % 3);
+    arrange(boxes.subspan(middle), (axis + 1) % 3);
+}
 
 faceboxes boxesof(std::int32_t faces) {
     faceboxes boxes;
     boxes.each.reserve(static_cast<std::size_t>(faces));
-    for (std::int32_t face = 1; face <= faces; ++face) {
-        boxes.each.push_back(facebox(face));
-        const box& b = boxes.each.back();
-        if (boxes.each.size() % run == 1) boxes.ofrun.push_back(b);
-        extend(boxes.ofrun.back(), b.low);
-        extend(boxes.ofrun.back(), b.high);
+    for (std::int32_t face = 1; face <= faces; ++face) boxes.each.push_back({facebox(face), face});
+    arrange(boxes.each, 0);
+    for (std::size_t i = 0; i < boxes.each.size(); ++i) {
+        const placedbox& b = boxes.each[i];
+        if (i % run == 0) boxes.ofrun.push_back(b);
+        placedbox& around = boxes.ofrun.back();
+        extend(around.around, b.around.low);
+        extend(around.around, b.around.high);
+        around.face = std::min(around.face, b.face);
     }
     return boxes;
 }
 
 // The first face whose box holds the other, 0 when none does.
 std::int32_t owner(const faceboxes& boxes, const box& opening) {
+    constexpr std::int32_t none = std::numeric_limits<std::int32_t>::max();
+    std::int32_t first = none;
     for (std::size_t r = 0; r < boxes.ofrun.size(); ++r) {
-        if (!holds(boxes.ofrun[r], opening)) continue;
+        if (boxes.ofrun[r].face >= first || !holds(boxes.ofrun[r].around, opening)) continue;
         const std::size_t end = std::min((r + 1) * run, boxes.each.size());
         for (std::size_t i = r * run; i < end; ++i)
-            if (holds(boxes.each[i], opening)) return static_cast<std::int32_t>(i + 1);
+            if (boxes.each[i].face < first && holds(boxes.each[i].around, opening))
+                first = boxes.each[i].face;
     }
-    return 0;
+    return first == none ? 0 : first;
 }
 
 box openingbox(std::int32_t slot, const auto& count, const auto& x, const auto& y, const auto& z) {
     constexpr float huge = std::numeric_limits<float>::max();
-    box b{{huge, huge, huge}, {-huge, -huge, -huge}};
+    box b = boxfrom(huge, -huge);
     for (int v = 1; v <= count(slot); ++v) extend(b, {x(slot, v), y(slot, v), z(slot, v)});
     return b;
 }

@@ -26,10 +26,8 @@ struct mapkind {
     bool (*draw2d)(DrawSurface& surface);
     bool (*draw3d)(DrawSurface& surface, bool clearfirst);
 };
-constexpr std::array mapkinds = {
-    mapkind{"Dither", &sessionstate::gridReady, drawdither2d, drawdither3d},
-};
-constexpr const mapkind& dither = mapkinds[0];
+constexpr mapkind dither{"Dither", &sessionstate::gridReady, drawdither2d, drawdither3d};
+constexpr std::array mapkinds = {&dither};
 
 bool drawscene(DrawSurface& surface, bool solid, bool clearfirst) {
     return solid ? drawscene3d(surface, clearfirst) : drawscene2d(surface, clearfirst);
@@ -63,8 +61,8 @@ bool presentinturn(DrawSurface& surface, bool clearfirst) {
     const std::string present = SessionState.mapKind;
     bool drawn = false;
     const mapkind* repeated = nullptr;
-    for (const mapkind& kind : mapkinds)
-        if (present == kind.name && SessionState.*kind.ready != 0) repeated = &kind;
+    for (const mapkind* kind : mapkinds)
+        if (present == kind->name && SessionState.*kind->ready != 0) repeated = kind;
     if (repeated)
         drawn = drawmap(*repeated, surface, solid, clearfirst);
     else

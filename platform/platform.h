@@ -36,6 +36,7 @@ struct filerequest {
     std::string directory; // first directory shown when the proposal names none
 };
 std::string askopenfile(const filerequest& request);
+std::vector<std::string> askopenfiles(const filerequest& request); // one or several of one directory
 std::string asksavefile(const filerequest& request);
 
 // The system's colour dialog; colours are 0x00BBGGRR.
@@ -49,6 +50,11 @@ void printersetup();
 
 // Opens one of the program's own windows by name ("About"), modally or beside the main window.
 void showwindow(const std::string& name, bool modal);
+
+// Closes a window that is open beside the main one, as its user does; brings what it shows in line with the
+// state behind it. Both do nothing when it is not open.
+void closewindow(const std::string& name);
+void updatewindow(const std::string& name);
 
 // --- The event loop ---
 

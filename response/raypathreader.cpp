@@ -119,16 +119,18 @@ bool readrecord(listreader& file, const correction& now) {
 void readrecords(listreader& file) {
     const correction now = presentcorrection();
     const double blocks = std::nearbyint(static_cast<double>(file.buffer.size()) / progressblock);
+    double percent = -1;
+    std::string progress;
     for (std::int64_t record = 1;; ++record) {
         try {
             if (!readrecord(file, now)) return;
         } catch (const runtimeerror& error) {
             recordfailure(file, record, error);
         }
-        // A file of half a block or less has no progress to tell.
-        if (blocks > 0) {
-            const double percent = Int(static_cast<double>(file.position) / progressblock / blocks * 100);
-            platform::statustext(2, numbertext(percent) + "%");
+        if (blocks > 0) { // a file of half a block or less has no progress to tell
+            const double reached = Int(static_cast<double>(file.position) / progressblock / blocks * 100);
+            if (std::exchange(percent, reached) != reached) progress = numbertext(reached) + "%";
+            platform::statustext(2, progress);
         }
         platform::yield();
     }

@@ -28,6 +28,7 @@
 #include "platform/platform.h"
 #include "response/raypathreader.h"
 #include "response/raypathset.h"
+#include "response/responseplot.h"
 #include "results/acousticparameters.h"
 #include "results/parameterset.h"
 #include "results/resultset.h"
@@ -45,13 +46,11 @@ namespace orv {
 namespace {
 
 constexpr std::size_t keylength = 10;
-constexpr std::string_view blockkey = "\r\n[Microph";
 constexpr std::int32_t progressblock = 128; // bytes
 constexpr std::int32_t loggrey = rgb(192, 192, 192);
-constexpr double fulllog = 0.85;     // share of the window's height
-constexpr float defaultspeed = 340;  // m/s
-constexpr float nocorrection = 1E9F; // s, a critical time that no slot reaches
-constexpr double newformat = 1.2;
+constexpr double fulllog = 0.85;                            // share of the window's height
+constexpr float defaultspeed = 340;                         // m/s
+constexpr float nocorrection = 1E9F;                        // s, a critical time that no slot reaches
 constexpr std::size_t positionlabel = 11, rowlabel = 6;     // characters in front of the numbers
 constexpr std::int64_t oldestrayfile = 864'000'000'000'000; // ns before the result: 10 days
 constexpr std::int32_t keptcorrections = 65536;             // offsets; later ones compute theirs anew
@@ -279,17 +278,6 @@ void skipenergies(loading& load, std::int32_t slots) {
     for (std::int64_t i = 0; i < std::int64_t{slots} * octavebands && !atend(load.file); ++i) nextvalue(load);
 }
 
-// The receiver of a block's title: what follows the first "_", 0 without one. Numbers outside the tables
-// become the next one that has no place there.
-std::int32_t blocknumber(const std::string& title) {
-    const std::size_t mark = title.find('_');
-    if (mark == std::string::npos) return 0;
-    const std::string_view behind = trimfront(std::string_view(title).substr(mark + 1));
-    const numberprefix number = readprefix(behind);
-    if (number.overflow) return behind.front() == '-' ? -1 : highestreceiver + 1;
-    return whole32(std::clamp(number.value, -1.0, highestreceiver + 1.0));
-}
-
 // Slots 0..lastSlot; the highest number that counts them stands for one more, which no machine has room for.
 std::int32_t slotcount() {
     return ResultSet.lastSlot < std::numeric_limits<std::int32_t>::max() ? ResultSet.lastSlot + 1
@@ -448,12 +436,12 @@ void warnofreverberation() {
 void loadresult(const std::string& name) {
     loading load;
     std::int32_t former = 0;
+    forgetresponse(); // the window of the former one
     platform::statustext(1, "Loading data from " + pagetext(name) + " ...");
     attempt([&] { SessionState.geometryFileName = geometrynameof(name); });
     ResultSet.soundSpeed = defaultspeed;
     for (const char* view : hiddenviews) platform::setvisible(view, false);
     former = platform::background(loggrey);
-    SessionState.selectedPath = SessionState.markedPath = 0;
     platform::clearlog();
     platform::logline("Loading " + pagetext(name) + " ....");
     platform::pointer(platform::shape::wait);
@@ -514,6 +502,15 @@ std::string raypathnameof(const std::string& result) {
 
 std::string inp10char(listreader& file) {
     return readcharacters(file, keylength);
+}
+
+std::int32_t blocknumber(std::string_view title) {
+    const std::size_t mark = title.find('_');
+    if (mark == std::string_view::npos) return 0;
+    const std::string_view behind = trimfront(title.substr(mark + 1));
+    const numberprefix number = readprefix(behind);
+    if (number.overflow) return behind.front() == '-' ? -1 : highestreceiver + 1;
+    return whole32(std::clamp(number.value, -1.0, highestreceiver + 1.0));
 }
 
 } // namespace orv

@@ -36,9 +36,7 @@ struct powersums {
     bool any = false; // a record has been added
 };
 
-// One band record; its level and directivity go into the tables, its energy into the sums. A value that
-// cannot be stored is skipped.
-void readband(listreader& reader, powersums& sums) {
+sourceband readband(listreader& reader) {
     readtext(reader);
     const std::int32_t band = readwhole32(reader);
     readline(reader);
@@ -48,19 +46,27 @@ void readband(listreader& reader, powersums& sums) {
     readtext(reader);
     const double directivity = readnumber(reader);
     readtext(reader);
-    if (band >= 1 && band <= octavebands) {
-        attempt([&] { ResultSet.sourcePower(band) = single(level); });
-        attempt([&] { ResultSet.sourceDirectivity(band) = single(directivity); });
-        attempt([&] {
-            const double energy = power(10, level / 10);
-            sums.weighted +=
-                energy * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(band)]);
-            sums.linear += energy;
-            sums.any = true;
-        });
-    }
+    return {band, level, directivity};
+}
+
+void skippattern(listreader& reader) {
     readtext(reader);
     skiplines(reader, std::int64_t{readwhole32(reader)} + patternlines);
+}
+
+// The level and directivity of a band into the tables, its energy into the sums. A value that cannot be
+// stored is skipped.
+void storeband(const sourceband& record, powersums& sums) {
+    if (record.band < 1 || record.band > octavebands) return;
+    attempt([&] { ResultSet.sourcePower(record.band) = single(record.level); });
+    attempt([&] { ResultSet.sourceDirectivity(record.band) = single(record.directivity); });
+    attempt([&] {
+        const double energy = power(10, record.level / 10);
+        sums.weighted +=
+            energy * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(record.band)]);
+        sums.linear += energy;
+        sums.any = true;
+    });
 }
 
 void storelevel(float& target, double sum) {
@@ -69,19 +75,27 @@ void storelevel(float& target, double sum) {
 
 } // namespace
 
+void readsourcefile(const std::string& path, sourcefile& file) {
+    const filebytes bytes = readfile(path);
+    listreader reader = openlist(bytes, pagetext(path));
+    skiplines(reader, headlines);
+    const std::string name(readtext(reader));
+    const std::int32_t records = readwhole32(reader);
+    file.heading = name + wholetext(records);
+    for (std::int32_t i = 0; i < records; ++i) {
+        file.bands.push_back(readband(reader));
+        skippattern(reader);
+    }
+}
+
 void readsourcedescription(const std::string& path) {
     // What stands there is never cleared, and the energies are added on top.
     powersums sums{static_cast<double>(ResultSet.sourcePower(weightedband)),
                    static_cast<double>(ResultSet.sourcePower(linearband))};
-    attempt([&] {
-        const filebytes bytes = readfile(path);
-        listreader reader = openlist(bytes, pagetext(path));
-        skiplines(reader, headlines);
-        const std::string name(readtext(reader));
-        const std::int32_t records = readwhole32(reader);
-        platform::logline(name + wholetext(records));
-        for (std::int32_t i = 0; i < records; ++i) readband(reader, sums);
-    });
+    sourcefile file;
+    attempt([&] { readsourcefile(path, file); });
+    if (!file.heading.empty()) platform::logline(file.heading);
+    for (const sourceband& record : file.bands) storeband(record, sums);
     if (!sums.any) return; // no usable file: the levels of the load before stay
     storelevel(ResultSet.sourcePower(weightedband), sums.weighted);
     storelevel(ResultSet.sourcePower(linearband), sums.linear);

@@ -45,10 +45,10 @@ void finishroomload(std::int32_t formerbackground) {
 }
 
 void showprogress(loadprogress& progress, std::size_t position) {
-    const int percent = progress.size == 0 ? 100 : static_cast<int>(100 * position / progress.size);
-    if (percent != progress.percent) {
-        progress.percent = percent;
-        progress.text = wholetext(percent) + "%";
+    if (position >= progress.change) {
+        const std::size_t percent = progress.size == 0 ? 100 : 100 * position / progress.size;
+        progress.change = progress.size == 0 ? 1 : ((percent + 1) * progress.size + 99) / 100;
+        progress.text = wholetext(static_cast<std::int64_t>(percent)) + "%";
     }
     platform::statustext(2, progress.text);
     platform::yield();

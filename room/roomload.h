@@ -18,8 +18,8 @@ void finishroomload(std::int32_t formerbackground);
 // How much of a file has been read, in the second status panel as whole percent of its bytes; a text is made
 // only when it changes.
 struct loadprogress {
-    std::size_t size = 0; // bytes
-    int percent = -1;     // shown last
+    std::size_t size = 0;   // bytes
+    std::size_t change = 0; // the position at which the percentage is another one
     std::string text;
 };
 

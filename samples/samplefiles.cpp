@@ -424,6 +424,29 @@ void writebigresult(const std::string& path, const bigoptions& options) {
     closefile(file, text);
 }
 
+void writebigpaths(const std::string& path, int paths, int receivers, bool sorted) {
+    constexpr std::size_t piece = 1 << 20; // bytes handed to the file at once
+    constexpr int mostpoints = 7;
+    constexpr double first = 0.01, length = 2; // s
+    randomstate random{1};
+    filewriter file = createfile(path);
+    std::string text;
+    for (int i = 0; i < paths; ++i) {
+        hallpath made;
+        made.source = 1 + i % 2;
+        made.time = first + length * (sorted ? static_cast<double>(i) / paths : nextuniform(random));
+        for (double& energy : made.energy) energy = std::pow(10, 3 + 6 * nextuniform(random));
+        for (int j = 0; j < i % (mostpoints + 1); ++j) {
+            made.faces.push_back(1 + (i + j) % 90);
+            made.points.push_back(
+                {36 * nextuniform(random), 20 * nextuniform(random) - 10, 12 * nextuniform(random)});
+        }
+        addpath(text, 1 + i % receivers, made, 1);
+        if (text.size() > piece) put(file, text);
+    }
+    closefile(file, text);
+}
+
 void writebiggeometry(const std::string& path, int faces, int receivers) {
     constexpr double length = 36;
     constexpr double width = 20;

@@ -57,6 +57,10 @@ double bigdecaytime(const bigoptions& options, int band);
 // Raises fileaccess.
 void writebigresult(const std::string& path, const bigoptions& options);
 
+// A ray path file of `paths` paths, dealt out to the receivers 1..`receivers` in turn, with up to seven
+// reflection points each. Each receiver's come in order of time, or in none. Raises fileaccess.
+void writebigpaths(const std::string& path, int paths, int receivers, bool sorted);
+
 // A geometry file of a box room whose six sides are divided into tiles, `faces` of them in all (1 or more),
 // each in a wall group, with two sources and the given number of receivers on a level grid. Counts are not
 // limited, so that files beyond a reader's capacity can be made. Raises fileaccess.

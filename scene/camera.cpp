@@ -262,6 +262,12 @@ void cameraleft(std::string_view control, const std::string& text) {
     redrawwhenauto();
 }
 
+void readcameraposition() {
+    for (const camerafield& field : camerafields)
+        if (field.control.starts_with("Cam"))
+            storefield(field, platform::gettext(std::string(field.control)), true);
+}
+
 void cameraspin(std::string_view spin, bool up) {
     if (drawingruns()) return; // Enter is not taken now, and the field must not show what nobody stored
     const auto act = [](std::string_view control, double value, std::string_view pattern) {

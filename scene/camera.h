@@ -79,6 +79,9 @@ void cameraentered(std::string_view control, const std::string& text);
 // A field has lost the focus.
 void cameraleft(std::string_view control, const std::string& text);
 
+// Takes what CamX, CamY and CamZ show now, a 0 too.
+void readcameraposition();
+
 // A spin button, SpinFocal or Spin2 to Spin7: writes the next number into its field and acts as Enter there.
 void cameraspin(std::string_view spin, bool up);
 

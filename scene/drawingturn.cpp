@@ -2,6 +2,7 @@
 #include "scene/drawingturn.h"
 
 #include "platform/platform.h"
+#include "response/raypathdisplay.h"
 #include "shell/sessionstate.h"
 
 #include <vector>
@@ -46,6 +47,8 @@ void taketurn(DrawSurface& surface, bool clearfirst, drawing wanted) {
             platform::pointer(platform::shape::normal);
         } else if (!wanted)
             surface.keep();
+        // Last of all and in no picture that is kept, since it comes and goes between drawings.
+        if (!wanted) drawmarkedpath(surface);
     }
 }
 

@@ -9,6 +9,7 @@
 #include "room/roommodel.h"
 #include "scene/camera.h"
 #include "scene/drawingturn.h"
+#include "scene/modelpoints.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
@@ -25,19 +26,10 @@ constexpr double raylength = 50;   // of a ray line, in its direction triples
 constexpr double shrinkfactor = 0.7;
 constexpr double axes2d = 1.2, axes3d = 1.3; // length of the axes to the room's maxima
 
-constexpr std::string_view hint2d = "Left Click and drag for panning the image...";
-constexpr std::string_view hint3d =
-    "Left Click and drag for panning the image, Right Click and drag for rotation...";
-
 double wide(float value) {
     return static_cast<double>(value);
 }
 
-modelpoint facepoint(std::int32_t face, int vertex) {
-    const roommodel& r = RoomModel;
-    return {wide(r.faceVertexX(face, vertex)), wide(r.faceVertexY(face, vertex)),
-            wide(r.faceVertexZ(face, vertex))};
-}
 modelpoint holepoint(std::int32_t hole, int vertex) {
     const roommodel& r = RoomModel;
     return {wide(r.holeVertexX(hole, vertex)), wide(r.holeVertexY(hole, vertex)),
@@ -48,14 +40,6 @@ modelpoint doorpoint(std::int32_t door, int vertex) {
     return {wide(r.doorVertexX(door, vertex)), wide(r.doorVertexY(door, vertex)),
             wide(r.doorVertexZ(door, vertex))};
 }
-modelpoint sourcepoint(std::int32_t source) {
-    const roommodel& r = RoomModel;
-    return {wide(r.sourceX(source)), wide(r.sourceY(source)), wide(r.sourceZ(source))};
-}
-modelpoint receiverpoint(std::int32_t receiver) {
-    const roommodel& r = RoomModel;
-    return {wide(r.receiverX(receiver)), wide(r.receiverY(receiver)), wide(r.receiverZ(receiver))};
-}
 modelpoint raystart(std::int32_t ray) {
     const roommodel& r = RoomModel;
     return {wide(r.rayLineX1(ray)), wide(r.rayLineY1(ray)), wide(r.rayLineZ1(ray))};
@@ -65,12 +49,6 @@ modelpoint rayend(std::int32_t ray) {
     return {wide(r.rayLineX1(ray)) + raylength * wide(r.rayLineX2(ray)),
             wide(r.rayLineY1(ray)) + raylength * wide(r.rayLineY2(ray)),
             wide(r.rayLineZ1(ray)) + raylength * wide(r.rayLineZ2(ray))};
-}
-
-picturepoint projected(const modelpoint& p) {
-    picturepoint out;
-    projectpoint(p.x, p.y, p.z, out.x, out.y);
-    return out;
 }
 
 // Runs `drawface` for every face until the user stops it.
@@ -343,7 +321,7 @@ bool drawscene2d(DrawSurface& surface, bool clearfirst) {
     attempt([&] { drawposted(surface); }); // a parameter need not have a value in every band
     drawblanking2d(surface);
     drawtitle(surface);
-    finish(hint2d);
+    finish(panhint2d);
     return true;
 }
 
@@ -366,7 +344,7 @@ bool drawscene3d(DrawSurface& surface, bool clearfirst) {
     attempt([&] { drawraylines3d(surface); });
     attempt([&] { drawblanking3d(surface); });
     drawtitle(surface);
-    finish(hint3d);
+    finish(panhint3d);
     return true;
 }
 

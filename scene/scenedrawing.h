@@ -5,8 +5,14 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace orv {
+
+// What the status bar says of the pointer in the two kinds of view.
+constexpr std::string_view panhint2d = "Left Click and drag for panning the image...";
+constexpr std::string_view panhint3d =
+    "Left Click and drag for panning the image, Right Click and drag for rotation...";
 
 // Draw the whole scene, in their turn (scene/drawingturn.h); with `clearfirst` the surface is made white
 // first. Show the wait pointer meanwhile, the view's groups of controls and its hint in the status bar, and

@@ -7,6 +7,7 @@
 #include "platform/qt/qttext.h"
 #include "platform/qt/windowhook.h"
 #include "scene/camera.h"
+#include "scene/pointer.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 #include "shell/startup.h"
@@ -129,6 +130,8 @@ void buildarea(Ui::Orvview& form) {
     window.emptytext = form.EmptyText;
     window.column = form.ControlColumn;
     form.Picture1->setAttribute(Qt::WA_OpaquePaintEvent);
+    form.Picture1->setMouseTracking(true); // a band follows the pointer without a button too
+    platform::pointer(platform::shape::normal);
     form.LoadLog->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     const QColor ground = form.LoadLog->palette().color(QPalette::Window);
     window.restingbackground = window.background = corecolour(ground);
@@ -166,10 +169,32 @@ void paintpicture() {
     painter.drawImage(QPoint(0, 0), picturecontents(MainWindow->picture));
 }
 
+// The pointer's events of the picture in its window coordinates; nothing during a job that keeps it.
+void pointpicture(const pointerevent& event) {
+    if (commandssuspended()) return;
+    const DrawSurface& surface = MainWindow->picture.surface;
+    const double x = surface.fromDeviceX(event.x * surface.scale);
+    const double y = surface.fromDeviceY(event.y * surface.scale);
+    const pointerbuttons buttons{event.left, event.right};
+    switch (event.action) {
+    case pointeraction::press:
+        return picturepress(buttons, x, y);
+    case pointeraction::move:
+        return picturemove(buttons, x, y);
+    case pointeraction::release:
+        return picturerelease(buttons, x, y);
+    case pointeraction::doubleclick:
+        return picturedoubleclick();
+    }
+}
+
 // Keys arrive at the window before any control; those of an open menu are the menu's.
 void presskey(int key) {
     if (QApplication::activePopupWidget() || QApplication::activeModalWidget()) return;
-    if (key == Qt::Key_Escape) mainkey(keyescape);
+    if (key == Qt::Key_Escape) {
+        mainkey(keyescape);
+        pictureescape();
+    }
     if (key == Qt::Key_F1) mainkey(keyf1);
 }
 
@@ -232,7 +257,7 @@ void connectcontrols() {
 void connectwindow() {
     mainwindow& window = *MainWindow;
     window.picture.changed = [] { MainWindow->picturewidget->update(); };
-    hook(*window.picturewidget, {.paint = paintpicture});
+    hook(*window.picturewidget, {.paint = paintpicture, .pointer = pointpicture});
     hook(*window.area, {.resize = fitpicture});
     hook(*window.form, {.close = closeall});
     window.form->winId(); // makes the window that keys arrive at

@@ -9,6 +9,8 @@
 #include "maps/redrawview.h"
 #include "maps/rgbsettings.h"
 #include "platform/platform.h"
+#include "response/raypathdisplay.h"
+#include "response/responseplot.h"
 #include "results/speechindex.h"
 #include "results/tablecells.h"
 #include "scene/viewcommands.h"
@@ -16,6 +18,8 @@
 #include "shell/sessionstate.h"
 #include "shell/startup.h"
 #include "shell/workflows.h"
+#include "tools/optimizer.h"
+#include "tools/sumlist.h"
 
 #include <algorithm>
 #include <array>
@@ -70,19 +74,19 @@ constexpr menucommand startrows[] = {
     row("File", "Fsave", "&Save Geometry File...", Fsave, disabled),
     row("File", "DXFIN", "&DXF In...", DXFIN),
     row("File", "DXFOUT", "DXF &Out...", DXFOUT, disabled),
-    row("File", "ImportNastran", "Import &Nastran file", nullptr),
-    row("File", "ImporRayonGeo", "&Import from Rayons...", nullptr, hidden),
-    row("File", "FileExport", "&Export to Rayons...", nullptr, hidden | disabled),
-    row("File", "ImportCatt", "Import from &Catt Acoustics", nullptr),
-    row("File", "ExportCatt", "Export to Catt Acoustics", nullptr, disabled),
+    row("File", "ImportNastran", "Import &Nastran file", ImportNastran),
+    row("File", "ImporRayonGeo", "&Import from Rayons...", ImporRayonGeo, hidden),
+    row("File", "FileExport", "&Export to Rayons...", FileExport, hidden | disabled),
+    row("File", "ImportCatt", "Import from &Catt Acoustics", ImportCatt),
+    row("File", "ExportCatt", "Export to Catt Acoustics", ExportCatt, disabled),
     separator("File"),
     row("File", "OpenRes", "Open &Imp.Resp.+Geometry files...", OpenRes),
     row("File", "MapLoad", "Open &Imp.Resp. file only...", MapLoad, disabled),
     row("File", "importrayonresp", "Import &Rayons Response...", nullptr, hidden | disabled),
     row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", ExportWAV, disabled),
     separator("File"),
-    row("File", "SumEq", "Sum && Equalize", nullptr),
-    row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", nullptr),
+    row("File", "SumEq", "Sum && Equalize", SumEq),
+    row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", AlfaBetaOpt),
     separator("File"),
     row("File", "Fprint", "&Auto Print Screen (Gray)...", nullptr, hidden),
     row("File", "Cprint", "&Print Image...", Cprint, disabled),
@@ -106,8 +110,8 @@ constexpr menucommand startrows[] = {
     row("CamOpt", "CamRedr2D", "Draw &2D", CamRedr2D, disabled),
     row("CamOpt", "render", "&Render...", nullptr, hidden | disabled),
     separator("CamOpt"),
-    row("CamOpt", "ViewImpulse", "&Impulse Response", nullptr, disabled),
-    row("CamOpt", "viewraypaths", "Ray &Paths", nullptr, disabled | tickable),
+    row("CamOpt", "ViewImpulse", "&Impulse Response", ViewImpulse, disabled),
+    row("CamOpt", "viewraypaths", "Ray &Paths", viewraypaths, disabled | tickable),
     separator("CamOpt"),
     row("CamOpt", "ViewOpt", "&View Options...", ViewOpt),
     row("CamOpt", "AutRed", "&AutoRedraw", toggleautoredraw, hidden | tickable),

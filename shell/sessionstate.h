@@ -114,7 +114,9 @@ struct sessionstate {
     double decaySlope = 0;     // dB/s, of the last decay fitted
     std::int32_t receiversShown = 0;
     std::string tableMode;
-    std::int32_t selectedPath = 0, markedPath = 0;
+    std::int32_t selectedPath = 0, markedPath = 0; // the cursor's, and the one drawn in the scene; 0 none
+    float viewStart = 0, viewEnd = 0;              // s, what the plot of a response shows
+    std::int16_t schroederOn = 0;                  // -1 while the plot shows the decay curve
     bool pathsExist = false;
 
     // Export

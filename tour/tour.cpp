@@ -7,9 +7,11 @@
 #include "base/files.h"
 #include "platform/qt/answers.h"
 #include "platform/qt/platformqt.h"
+#include "response/responseplot.h"
 #include "results/parameterset.h"
 #include "results/resultset.h"
 #include "room/roommodel.h"
+#include "scene/modelpoints.h"
 #include "shell/mainwindow.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
@@ -23,7 +25,9 @@
 #include <QMainWindow>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSlider>
 #include <QStackedWidget>
+#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 
@@ -430,6 +434,90 @@ void roomelsewhere() {
     checktitle(datafile("hall.RAY"));
 }
 
+// --- Result tools: sum and equalise, the Alfa-Beta optimizer ---
+
+// Two results are chosen, one is delayed and one weighed, and the job is written; then both are summed as
+// they are. The sum opens like any other result.
+void sumsources() {
+    const std::string both = "\"" + datafile("hall._01") + "\" \"" + datafile("hall._02") + "\"";
+    answers::expectwindow("SumEqualize", [both](QWidget& window) {
+        const auto clicked = [&window](const char* name) {
+            QTest::mouseClick(window.findChild<QPushButton*>(name), Qt::LeftButton);
+        };
+        const auto slide = [&window](const char* name, int value) {
+            window.findChild<QSlider*>(name)->setValue(value);
+        };
+        answers::expectfile("Select output files to be summed", both);
+        clicked("SelectInput");
+        answers::expectfile("Save result file", datafile("sum.___"));
+        clicked("SelectOutput");
+        auto& grid = *window.findChild<QTableWidget*>("MSFlexGrid1");
+        check(grid.rowCount() == sources, "not every chosen file is listed");
+        grid.selectRow(1);
+        slide("Slider2", 20);
+        window.findChild<QCheckBox*>("Check1")->setChecked(true);
+        slide("Slider1_5", -6);
+        window.findChild<QCheckBox*>("Check1")->setChecked(false);
+        slide("Slider1_0", 12);
+        picture("sum-equalize");
+        slide("Slider2", 0);
+        for (int band = 0; band < 10; ++band) slide(("Slider1_" + std::to_string(band)).c_str(), 0);
+        clicked("Compute");
+    });
+    choose("SumEq");
+    std::filesystem::copy_file(datafile("Jobsummer.job"), sessionfile("Jobsummer.job"),
+                               std::filesystem::copy_options::overwrite_existing);
+    check(canopen(datafile("sum.___")), "no sum was written");
+}
+
+// Against the result that was calculated with both sources at once.
+void opensum() {
+    const float together = ParameterSet.Leq(0, linearband);
+    answers::expectfile("Load an Impulse Response File", datafile("sum.___"));
+    expectspeechindex(platform::answer::no);
+    choose("MapLoad");
+    const double apart = static_cast<double>(ParameterSet.Leq(0, linearband) - together);
+    check(std::fabs(apart) < 0.1, "the sum's level is " + std::to_string(apart) + " dB off");
+    checkdecay();
+}
+
+// Two results with different numbers of pyramids: with the constants of the calculation their curves
+// coincide, without correction they do not.
+void tuneconstants() {
+    answers::expectwindow("Optimizer", [](QWidget& window) {
+        const auto clicked = [&window](const char* name) {
+            QTest::mouseClick(window.findChild<QPushButton*>(name), Qt::LeftButton);
+        };
+        const auto typed = [&window](const char* name, const char* text) {
+            auto& field = *window.findChild<QLineEdit*>(name);
+            field.setFocus();
+            field.selectAll();
+            QTest::keyClicks(&field, text);
+        };
+        picture("optimizer-empty");
+        answers::expectfile("Load an Impulse Response File", datafile("hall._03"));
+        clicked("Command1_0");
+        answers::expectfile("Load an Impulse Response File", datafile("hall._04"));
+        clicked("Command1_1");
+        window.findChild<QComboBox*>("Combo1")->setCurrentIndex(band1k - 1);
+        picture("optimizer-impulse");
+        auto& schroeder = *window.findChild<QRadioButton*>("Option2");
+        QTest::mouseClick(&schroeder, Qt::LeftButton, {}, QPoint(8, schroeder.height() / 2));
+        typed("TextBeta", "0");
+        clicked("Command2");
+        picture("optimizer-uncorrected");
+        typed("TextBeta", "1");
+        clicked("Command2");
+        picture("optimizer-tuned");
+        clicked("CommandSave");
+        QTest::keyClick(&window, Qt::Key_Escape);
+    });
+    choose("AlfaBetaOpt");
+    const filebytes settings = readfile(datafile("orvanta.ini"));
+    check(std::string_view(settings).find("Beta=1 scale") != std::string_view::npos,
+          "the constants were not saved");
+}
+
 // --- Rooms of other programs ---
 
 void importdrawing() {
@@ -466,9 +554,152 @@ void drawingin3d() {
     checkredrawn(before);
 }
 
+void checkroom(int faces, int roomsources, int roomreceivers, const char* name) {
+    check(RoomModel.faceCount == faces && RoomModel.sourceCount == roomsources &&
+              RoomModel.receiverCount == roomreceivers,
+          "the room was not read whole");
+    checktitle(datafile(name));
+}
+
+void importcatt() {
+    answers::expectfile("Load a Catt Acoustics .GEO File", datafile("lecture.geo"));
+    choose("ImportCatt");
+    checkroom(12, 1, 16, "lecture.ray");
+    replacefile(sessionfile("catt.txt"), MainWindow->logtext);
+}
+
+// Both the file for the other program and the one that this program keeps give the same room.
+void exportcatt() {
+    const std::vector<double> room = savedroom();
+    const std::string exported = sessionfile("lecture.geo"), saved = sessionfile("lecture.ray");
+    answers::expectfile("Save a .GEO File for Catt Acoustics", exported);
+    choose("ExportCatt");
+    resetroom();
+    answers::expectfile("Load a Catt Acoustics .GEO File", exported);
+    choose("ImportCatt");
+    check(savedroom() == room, "the exported room is not the one that was shown");
+    answers::expectfile("Save a Orvanta CAD File", saved);
+    choose("Fsave");
+    resetroom();
+    answers::expectfile("Load a Orvanta CAD File", saved);
+    choose("FLoad");
+    check(savedroom() == room, "the saved room is not the one that was imported");
+}
+
+void importnastran() {
+    answers::expectfile("Load a Nastran NAS File", datafile("rotunda.nas"));
+    choose("ImportNastran");
+    checkroom(432, 0, 0, "rotunda.ray");
+    replacefile(sessionfile("nastran.txt"), MainWindow->logtext);
+    check(!isenabled("MapOptions"), "a result is still in memory");
+}
+
+// Its entry is not shown.
+void importrayons() {
+    answers::expectfile("Load a Rayons GEO File", datafile("booth.geo"));
+    runcommand("ImporRayonGeo");
+    checkroom(7, 1, 2, "booth.ray");
+}
+
 void leave() {
     choose("FQuit");
     check(!MainWindow->form->isVisible(), "the window is still there");
+}
+
+// --- The impulse response and the ray paths ---
+
+QWidget& responsewindow() {
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->objectName() == "ImpulseResponse" && window->isVisible()) return *window;
+    check(false, "the impulse response window is not shown");
+    return *MainWindow->form;
+}
+
+QWidget& plotof(QWidget& window) {
+    return *window.findChild<QWidget*>("Picture1");
+}
+
+// The plot's pixel at a time and level.
+QPoint plotpoint(const QWidget& plot, double time, double level) {
+    const double start = static_cast<double>(SessionState.viewStart);
+    const double span = static_cast<double>(SessionState.viewEnd) - start;
+    const double x = (time - start + 0.05 * span) / (1.1 * span) * plot.width();
+    return QPoint(static_cast<int>(x), static_cast<int>((130 - level) / 140 * plot.height()));
+}
+
+// The picture's pixel of a receiver in the 3D view.
+QPoint receiverpixel(std::int32_t receiver) {
+    const DrawSurface& picture = platform::picture();
+    const picturepoint at = projected(receiverpoint(receiver));
+    return QPoint(static_cast<int>(picture.toDeviceX(at.x) / picture.scale),
+                  static_cast<int>(picture.toDeviceY(at.y) / picture.scale));
+}
+
+void dragpicture(Qt::MouseButton button, const QPoint& by, const char* picturename) {
+    QWidget& shown = *MainWindow->picturewidget;
+    const QPoint from = shown.rect().center();
+    const std::size_t before = picturesum();
+    QTest::mousePress(&shown, button, {}, from);
+    QTest::mouseEvent(QTest::MouseMove, &shown, button, {}, from + by / 2);
+    QTest::mouseEvent(QTest::MouseMove, &shown, button, {}, from + by);
+    picture(picturename);
+    QTest::mouseRelease(&shown, button, {}, from + by);
+    checkredrawn(before);
+}
+
+// The decay between 0.2 and 1 s of the sample hall at 1 kHz is the receiver's T20, as near as the eye has it.
+void impulseresponse() {
+    answers::expectwindow("ImpulseResponse", [](QWidget& window) {
+        QWidget& plot = plotof(window);
+        QTest::mouseClick(window.findChild<QPushButton*>("schlabel"), Qt::LeftButton);
+        QTest::mouseClick(&plot, Qt::LeftButton, {}, plotpoint(plot, 0.2, 60));
+        QTest::mouseClick(&plot, Qt::RightButton, {}, plotpoint(plot, 1, 60));
+        picture("impulse-response");
+        const double measured = static_cast<double>(ResponsePlot.measuredDecay);
+        const double known = static_cast<double>(ParameterSet.T20(1, band1k));
+        check(std::fabs(measured - known) < 0.15 * known,
+              "the measured decay is " + std::to_string(measured) + " s and the receiver's T20 " +
+                  std::to_string(known));
+        QTest::mousePress(&plot, Qt::LeftButton, {}, plotpoint(plot, 0.02, 100));
+        QTest::mouseEvent(QTest::MouseMove, &plot, Qt::LeftButton, {}, plotpoint(plot, 0.2, 40));
+        picture("impulse-response-drag");
+        QTest::mouseRelease(&plot, Qt::LeftButton, {}, plotpoint(plot, 0.2, 40));
+        picture("impulse-response-zoom");
+        check(SessionState.viewEnd < 0.25F, "the drag has not zoomed");
+        QTest::keyClick(&plot, Qt::Key_Escape);
+        check(SessionState.viewEnd > 2, "Escape has not shown the whole response");
+        window.close();
+    });
+    choose("ViewImpulse");
+}
+
+// One path in the scene and in the plot; without it the scene is as before.
+void raypaths() {
+    type("FocLenght", "24");
+    choose("Redraw");
+    const std::size_t before = picturesum();
+    choose("viewraypaths");
+    QWidget& window = responsewindow();
+    window.resize(700, 460);
+    window.move(MainWindow->form->pos() + QPoint(560, 560));
+    QTest::mouseClick(MainWindow->picturewidget, Qt::LeftButton, {}, receiverpixel(14));
+    check(ResponsePlot.RecNo == 14, "the click has chosen receiver " + std::to_string(ResponsePlot.RecNo));
+    QTest::keyClick(&plotof(window), Qt::Key_Up);
+    QTest::keyClick(&plotof(window), Qt::Key_Right);
+    picture("ray-path");
+    check(SessionState.markedPath == 7, "the marked path is " + std::to_string(SessionState.markedPath));
+    choose("viewraypaths");
+    check(picturesum() == before, "something of the path is left in the scene");
+}
+
+void orbit() {
+    dragpicture(Qt::RightButton, QPoint(60, 40), "3d-orbiting");
+}
+
+void panned() {
+    dragpicture(Qt::LeftButton, QPoint(120, -60), "3d-panning");
+    check(SessionState.panX < 0 && SessionState.panY > 0, "the pan is not that of the drag");
+    SessionState.panX = SessionState.panY = 0;
 }
 
 constexpr step steps[] = {
@@ -480,6 +711,7 @@ constexpr step steps[] = {
     {"Table of receiver 12", onereceiver, ""},
     {"Table of all receivers at 125 Hz", roundrobin, ""},
     {"Speech index with noise", speechindex, ""},
+    {"The impulse response and its decay", impulseresponse, ""},
     {"Export to WAV in four formats", exportwav, ""},
     {"The parameters alone", parametersalone, ""},
     {"View YZ", sideview, "2d-yz"},
@@ -503,10 +735,20 @@ constexpr step steps[] = {
     {"About", about, ""},
     {"F1", helpkey, ""},
     {"Another result over the room", otherresult, "2d-other-result"},
+    {"A ray path in the scene and the plot", raypaths, ""},
+    {"Orbit with the right button", orbit, "3d-orbited"},
+    {"Pan with the left button", panned, "3d-panned"},
+    {"Sum two sources", sumsources, ""},
+    {"Open the sum", opensum, ""},
+    {"Tune Alfa and Beta on two results", tuneconstants, ""},
     {"A result whose room lies elsewhere", roomelsewhere, ""},
     {"Import a drawing", importdrawing, "2d-dxf"},
     {"Export it and read it back", exportdrawing, ""},
     {"The drawing in 3D", drawingin3d, "3d-dxf"},
+    {"Import a Catt room", importcatt, "catt"},
+    {"Export it and save it", exportcatt, ""},
+    {"Import a Nastran mesh", importnastran, "nastran"},
+    {"Import a Rayons set", importrayons, "rayons"},
     {"Exit", leave, ""},
 };
 

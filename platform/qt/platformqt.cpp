@@ -8,6 +8,9 @@
 #include "maps/rgbsettingsdialog.h"
 #include "platform/platform.h"
 #include "platform/qt/qttext.h"
+#include "response/raypathdisplay.h"
+#include "response/responseplot.h"
+#include "response/responsewindow.h"
 #include "results/stidialog.h"
 #include "results/tablewindow.h"
 #include "scene/paintersurface.h"
@@ -16,6 +19,8 @@
 #include "shell/mainwindow.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
+#include "tools/optimizerwindow.h"
+#include "tools/sumequalizewindow.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -64,10 +69,13 @@ struct namedwindow {
 };
 constexpr namedwindow namedwindows[] = {
     {"About", showabout},
+    {responsewindowname, showresponsewindow},
+    {"Alfa-Beta Optimizer", showoptimizerwindow},
     {"Export to WAV", showexportdialog},
     {"Mapping Options", showmappingoptions},
     {"RGB Settings", showrgbsettings},
     {"STI Options", showstidialog},
+    {"Sum & Equalize", showsumequalizewindow},
     {"Table", showtablewindow},
     {"View Options", showviewoptions},
 };
@@ -146,10 +154,11 @@ QStringList namefilters(const std::string& filter) {
     return filters;
 }
 
-std::string askfile(const filerequest& request, QFileDialog::AcceptMode mode) {
+std::vector<std::string> askfiles(const filerequest& request, QFileDialog::FileMode files) {
     QFileDialog dialog(dialogparent(), qttext(request.title));
+    const auto mode = files == QFileDialog::AnyFile ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen;
     dialog.setAcceptMode(mode);
-    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    dialog.setFileMode(files);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setOption(QFileDialog::DontUseNativeDialog, !nativedialogs());
     dialog.resize(dialogwidth, dialogheight);
@@ -165,7 +174,10 @@ std::string askfile(const filerequest& request, QFileDialog::AcceptMode mode) {
     if (!pattern) dialog.selectFile(proposal.fileName());
 
     if (rundialog(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) cancel();
-    return corepath(QDir::toNativeSeparators(dialog.selectedFiles().constFirst()));
+    std::vector<std::string> paths;
+    for (const QString& path : dialog.selectedFiles())
+        paths.push_back(corepath(QDir::toNativeSeparators(path)));
+    return paths;
 }
 
 QPrinter& theprinter() {
@@ -266,11 +278,15 @@ answer messagebox(const std::string& title, const std::string& text, buttons cho
 }
 
 std::string askopenfile(const filerequest& request) {
-    return askfile(request, QFileDialog::AcceptOpen);
+    return askfiles(request, QFileDialog::ExistingFile).front();
+}
+
+std::vector<std::string> askopenfiles(const filerequest& request) {
+    return askfiles(request, QFileDialog::ExistingFiles);
 }
 
 std::string asksavefile(const filerequest& request) {
-    return askfile(request, QFileDialog::AcceptSave);
+    return askfiles(request, QFileDialog::AnyFile).front();
 }
 
 std::int32_t askcolour(std::int32_t present) {
@@ -324,6 +340,15 @@ void showwindow(const std::string& name, bool modal) {
     throw runtimeerror{errorkind::subscript, "No window is named \"" + name + "\"."};
 }
 
+// The response window is the only one that stays open beside the main one.
+void closewindow(const std::string& name) {
+    if (name == responsewindowname) closeresponsewindow();
+}
+
+void updatewindow(const std::string& name) {
+    if (name == responsewindowname) updateresponsewindow();
+}
+
 // --- The event loop ---
 
 void yield() {
@@ -349,8 +374,9 @@ void halt(int status) {
 void pointer(shape form) {
     showwait(form == shape::wait);
     if (form == shape::wait || !MainWindow) return;
+    // The sign of panning rests over the picture, and the arrow where receivers are picked.
     if (form == shape::normal)
-        MainWindow->picturewidget->unsetCursor();
+        MainWindow->picturewidget->setCursor(raypathsshown() ? Qt::ArrowCursor : Qt::SizeAllCursor);
     else
         MainWindow->picturewidget->setCursor(form == shape::placedpoint ? placedcursor()
                                                                         : QCursor(cursorof(form)));

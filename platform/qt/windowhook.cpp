@@ -64,7 +64,7 @@ struct filter : QObject {
             if (const auto& press = static_cast<const QKeyEvent&>(*event);
                 calls.key && (calls.repeatedkeys || !press.isAutoRepeat()))
                 enter([&] { calls.key(press.key()); });
-            return false;
+            return calls.keytaken && calls.keytaken(static_cast<const QKeyEvent&>(*event).key());
         case QEvent::Resize:
             if (calls.resize) enter(calls.resize);
             return false;

@@ -23,6 +23,7 @@ struct windowhook {
     std::function<void()> paint = {};                      // in place of the widget's own painting
     std::function<void(const pointerevent&)> pointer = {}; // the widget gets it too
     std::function<void(int)> key = {};               // a Qt::Key, once per press; the widget gets it too
+    std::function<bool(int)> keytaken = {};          // whether the widget does not get the key after all
     bool repeatedkeys = false;                       // a key that is held down counts again and again
     std::function<void()> resize = {};               // the widget has its new size
     std::function<void()> close = {};                // asked to close; it then does

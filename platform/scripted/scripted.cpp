@@ -40,6 +40,7 @@ struct state {
     std::vector<std::string> calls;
     std::deque<expectation> expected;
     std::vector<delayedstep> steps;
+    std::map<std::string, step> closing;
     std::int64_t yields = 0;
     std::map<std::string, std::string> texts;
     std::map<std::string, bool> visible, enabled, chosen;
@@ -218,6 +219,10 @@ std::vector<std::string> pending() {
     return left;
 }
 
+void atclose(std::string name, step run) {
+    now.closing[std::move(name)] = std::move(run);
+}
+
 void atyield(int n, step run) {
     now.steps.push_back({now.yields + n, std::move(run)});
 }
@@ -305,6 +310,16 @@ std::string askopenfile(const filerequest& request) {
     return answeredpath(kind::open, "open", request);
 }
 
+std::vector<std::string> askopenfiles(const filerequest& request) {
+    std::vector<std::string> paths(1);
+    for (const char c : answeredpath(kind::open, "open", request))
+        if (c == '\n')
+            paths.emplace_back();
+        else
+            paths.back() += c;
+    return paths;
+}
+
 std::string asksavefile(const filerequest& request) {
     return answeredpath(kind::save, "save", request);
 }
@@ -333,6 +348,19 @@ void showwindow(const std::string& name, bool modal) {
     note("window " + name + (modal ? " modal" : " modeless"));
     const auto taken = takeexpected(kind::window, name, "");
     if (taken && taken->inside) taken->inside();
+}
+
+void closewindow(const std::string& name) {
+    note("closewindow " + name);
+    const auto found = now.closing.find(name);
+    if (found == now.closing.end()) return;
+    const step close = std::move(found->second);
+    now.closing.erase(found);
+    close();
+}
+
+void updatewindow(const std::string& name) {
+    note("updatewindow " + name);
 }
 
 void yield() {

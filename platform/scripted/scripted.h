@@ -6,9 +6,8 @@
 //     box|TITLE|TEXT|yesno|stop|no        buttons, icon, default button
 //     open|TITLE|FILTER|PROPOSAL|DIR      save|... alike
 //     colour 255                          the colour shown first
-//     print   printersetup                window About modal|modeless
-//     yield   beep   close   halt 1       pointer wait
-//     status 1|TEXT   title|TEXT   background 12632256
+//     print   printersetup                window About modal|modeless   closewindow About   updatewindow
+//     About yield   beep   close   halt 1       pointer wait status 1|TEXT   title|TEXT   background 12632256
 //     clearlog   log|TEXT
 //     text CamX|-10   visible Frame1 0    enabled Redisplay 1   chosen XY 1
 //     rows RecNo 31   row List1|TEXT      row List1 selected|TEXT
@@ -58,7 +57,7 @@ using step = std::function<void()>;
 void expectbox(std::string fragment, platform::answer given);
 
 // ... a file dialog whose title holds `fragment`; answered with a path or `cancelled`.
-void expectopen(std::optional<std::string> path, std::string fragment = {});
+void expectopen(std::optional<std::string> path, std::string fragment = {}); // several: a line for each
 void expectsave(std::optional<std::string> path, std::string fragment = {});
 
 // ... the colour dialog.
@@ -71,6 +70,9 @@ void expectprintersetup(bool confirmed = true);
 
 // ... a window of the program; `inside` runs while it is open.
 void expectwindow(std::string name, step inside = {});
+
+// What the next closing of a window does, once.
+void atclose(std::string name, step run);
 
 // What was expected and has not been shown, one line each.
 std::vector<std::string> pending();

@@ -4,7 +4,9 @@
 #include "tests/testsupport.h"
 
 #include "base/listinput.h"
+#include "interchange/cattreader.h"
 #include "interchange/dxfreader.h"
+#include "interchange/nastranreader.h"
 
 #include <algorithm>
 #include <random>
@@ -24,6 +26,9 @@ constexpr formatreader formatreaders[] = {
          scripted::expectbox("DXFIN", platform::answer::yes);
          loaddxf(name);
      }},
+    {".GEO", loadcatt},
+    {".NAS", loadnastran},
+    {".BDF", loadnastran},
 };
 
 struct variant {

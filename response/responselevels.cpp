@@ -1,0 +1,93 @@
+// Energies into decibels, for the response that is looked at.
+#include "response/responselevels.h"
+
+#include "base/arithmetic.h"
+#include "response/raypathset.h"
+#include "results/acousticparameters.h"
+#include "results/resultset.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orv {
+
+responselevels ResponseLevels;
+
+namespace {
+
+// 4.342944819 ln(energy), and 0 for an energy of 1 or less, which is the plot's floor.
+float floorlevel(double energy) {
+    return energy > 1 ? static_cast<float>(decibelsperneper * std::log(energy)) : 0;
+}
+
+// The energies of all slots, zeros where there is no response.
+std::vector<double> energiesof(std::int32_t receiver, std::int32_t band) {
+    const auto slots = static_cast<std::size_t>(std::max(ResultSet.lastSlot, 0)) + 1;
+    std::vector<double> energies(slots);
+    if (receiver > ImpulseResponse.receivers) return energies;
+    const float* const row = ImpulseResponse.rowof(receiver);
+    const auto present = std::min(slots, static_cast<std::size_t>(ImpulseResponse.slots));
+    for (std::size_t t = 0; row && t < present; ++t)
+        energies[t] = static_cast<double>(row[t * bandcount + static_cast<std::size_t>(band - 1)]);
+    return energies;
+}
+
+void integrate(const std::vector<double>& energies, std::vector<float>& decay) {
+    decay.assign(energies.size(), 0);
+    double sum = 1;
+    for (std::size_t t = energies.size(); t-- > 0;) {
+        sum += energies[t];
+        if (sum > 0) decay[t] = static_cast<float>(decibelsperneper * std::log(sum));
+    }
+}
+
+// Takes the paths of a receiver out of the energies, and their levels into pathLevel.
+void takepaths(std::int32_t receiver, std::int32_t band, std::vector<double>& energies) {
+    responselevels& L = ResponseLevels;
+    L.pathCount = pathsof(receiver);
+    L.pathLevel.assign(static_cast<std::size_t>(L.pathCount) + 1, 0);
+    for (std::int32_t k = 1; k <= L.pathCount; ++k) {
+        const raypath& path = *findpath(receiver, k);
+        const auto energy = static_cast<double>(path.energy[static_cast<std::size_t>(band)]);
+        if (!(energy > 1)) continue;
+        L.pathLevel[static_cast<std::size_t>(k)] = static_cast<float>(10 * std::log10(energy));
+        if (const std::int32_t slot = slotofpath(path); slot >= 0)
+            energies[static_cast<std::size_t>(slot)] -= energy;
+    }
+}
+
+} // namespace
+
+bool computelevels(std::int32_t receiver, std::int32_t band, bool paths) {
+    responselevels& L = ResponseLevels;
+    if (L.shownReceiver == receiver && L.shownBand == band && L.withPaths == paths) return false;
+    L.shownReceiver = receiver;
+    L.shownBand = band;
+    L.withPaths = paths;
+    L.pathCount = 0;
+    L.pathLevel.assign(1, 0);
+    std::vector<double> energies = energiesof(receiver, band);
+    integrate(energies, L.schroederLevel);
+    if (paths) takepaths(receiver, band, energies);
+    L.responseLevel.resize(energies.size());
+    std::transform(energies.begin(), energies.end(), L.responseLevel.begin(), floorlevel);
+    return true;
+}
+
+void forgetlevels() {
+    ResponseLevels.shownReceiver = -1;
+    ResponseLevels.pathCount = 0;
+}
+
+std::int32_t slotofpath(const raypath& path) {
+    const double slot = Int(path.time / static_cast<double>(ResultSet.timeStep));
+    return slot >= 0 && slot <= ResultSet.lastSlot ? static_cast<std::int32_t>(slot) : -1;
+}
+
+float levelat(const std::vector<float>& levels, std::int64_t index) {
+    return index >= 0 && static_cast<std::size_t>(index) < levels.size()
+               ? levels[static_cast<std::size_t>(index)]
+               : 0;
+}
+
+} // namespace orv

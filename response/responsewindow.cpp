@@ -1,0 +1,262 @@
+// The window "Impulse Response": hands its events to the plot and shows what the plot has made of them.
+#include "response/responsewindow.h"
+
+#include "platform/qt/boundary.h"
+#include "platform/qt/platformqt.h"
+#include "platform/qt/qttext.h"
+#include "platform/qt/windowhook.h"
+#include "response/raypathdisplay.h"
+#include "response/responseplot.h"
+#include "room/roommodel.h"
+#include "scene/paintersurface.h"
+#include "shell/mainwindow.h"
+#include "shell/sessionstate.h"
+#include "ui_responsewindow.h"
+
+#include <QAbstractListModel>
+#include <QDialog>
+#include <QGuiApplication>
+#include <QListView>
+#include <QMainWindow>
+#include <QPainter>
+#include <QScreen>
+
+#include <algorithm>
+#include <memory>
+
+namespace orv {
+
+namespace {
+
+constexpr const char* widestvalue = "-888.88 dB";
+constexpr int cellpadding = 8;   // pixels
+constexpr int numberlength = 10; // characters that the lists have room for
+constexpr const char* curveshown = "background: white; color: black; border: 1px solid #808080; "
+                                   "padding: 2px; text-align: right";
+constexpr const char* curvehidden =
+    "background: rgb(128, 128, 128); color: white; border: 1px solid #808080; "
+    "padding: 2px; text-align: right";
+
+// Qt's keys by the plot's codes.
+constexpr struct {
+    Qt::Key key;
+    int code;
+} keycodes[] = {{Qt::Key_Return, plotenter},  {Qt::Key_Enter, plotenter},       {Qt::Key_Escape, plotescape},
+                {Qt::Key_PageUp, plotpageup}, {Qt::Key_PageDown, plotpagedown}, {Qt::Key_End, plotend},
+                {Qt::Key_Home, plothome},     {Qt::Key_Left, plotleft},         {Qt::Key_Up, plotup},
+                {Qt::Key_Right, plotright},   {Qt::Key_Down, plotdown}};
+
+int codeof(int key) {
+    for (const auto& row : keycodes)
+        if (row.key == key) return row.code;
+    return 0;
+}
+
+// "Room" and the receivers; there can be 100000.
+struct receivermodel : QAbstractListModel {
+    int rowCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : std::max(RoomModel.receiverCount, 0) + 1;
+    }
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (role != Qt::DisplayRole) return {};
+        return index.row() == 0 ? QString("Room") : "Rec." + QString::number(index.row());
+    }
+};
+
+struct responsewindow {
+    receivermodel receivers;
+    paintersurface picture{1, 1, 1};
+    QDialog* dialog = new QDialog(MainWindow->form.get()); // which deletes itself with this
+    Ui::ImpulseResponse form;
+    bool open = false; // its first plot has been drawn
+};
+std::unique_ptr<responsewindow> shown;
+
+// --- What the plot has made ---
+
+void showtexts(bool time) {
+    const responseplot& p = ResponsePlot;
+    const Ui::ImpulseResponse& form = shown->form;
+    if (time) form.Xtext->setText(qttext(p.Xtext)); // not while somebody types there
+    form.SPLlabel->setText(qttext(p.SPLlabel));
+    form.schlabel->setText(qttext(p.schlabel));
+    form.revtime->setText(qttext(p.revtime));
+    form.PathN->setText(qttext(p.PathN));
+    form.PathLenght->setText(qttext(p.PathLenght));
+    form.schlabel->setStyleSheet(SessionState.schroederOn != 0 ? curveshown : curvehidden);
+}
+
+void showchoices() {
+    shown->form.RecNo->setCurrentIndex(ResponsePlot.RecNo);
+    shown->form.FreqNo->setCurrentIndex(ResponsePlot.FreqNo);
+}
+
+// --- Events ---
+
+void fitplot() {
+    responsewindow& w = *shown;
+    if (!w.open) return;
+    const QWidget& plot = *w.form.Picture1;
+    resizepicture(w.picture, plot.width(), plot.height(), plot.devicePixelRatioF());
+    impulsedraw(static_cast<double>(SessionState.viewStart), static_cast<double>(SessionState.viewEnd));
+}
+
+void paintplot() {
+    QPainter painter(shown->form.Picture1);
+    painter.drawImage(QPoint(0, 0), picturecontents(shown->picture));
+}
+
+void pointplot(const pointerevent& event) {
+    const DrawSurface& surface = shown->picture.surface;
+    const double time = surface.fromDeviceX(event.x * surface.scale);
+    switch (event.action) {
+    case pointeraction::press:
+    case pointeraction::doubleclick:
+        if (event.left || event.right) pressplot(time, event.left ? 1 : 2);
+        break;
+    case pointeraction::move:
+        if (event.left) evidence(time);
+        return;
+    case pointeraction::release:
+        if (event.left) zoom();
+        break;
+    }
+    showtexts(true);
+}
+
+// Keys with a modifier are the control's own.
+bool isplain() {
+    return (QGuiApplication::keyboardModifiers() &
+            (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+}
+
+void keyplot(int key) {
+    if (!isplain()) return;
+    presskey(codeof(key), coretext(shown->form.Xtext->text()));
+    showtexts(isplotkey(codeof(key)));
+}
+
+void closed() {
+    if (!shown || !shown->open) return;
+    shown->open = false;
+    closeplot();
+    shown->dialog->deleteLater();
+}
+
+bool isopen() {
+    return shown && shown->open;
+}
+
+// --- Building ---
+
+void connectlists() {
+    const Ui::ImpulseResponse& form = shown->form;
+    for (int band = 1; band <= bandcount; ++band)
+        form.FreqNo->addItem(qttext(bandName.at(static_cast<std::size_t>(band))));
+    form.RecNo->setModel(&shown->receivers);
+    const struct {
+        QComboBox* list;
+        void (*choose)(std::int32_t entry);
+    } lists[] = {{form.RecNo, choosereceiver}, {form.FreqNo, choosefrequency}};
+    for (const auto& [list, choose] : lists) {
+        list->setMinimumContentsLength(numberlength);
+        if (auto* view = qobject_cast<QListView*>(list->view())) view->setUniformItemSizes(true);
+        QObject::connect(list, &QComboBox::activated, list, [choose = choose](int entry) {
+            enter([&] { choose(entry); });
+            showchoices(); // the room may have been refused
+            showtexts(true);
+        });
+    }
+}
+
+void sizereadouts() {
+    const Ui::ImpulseResponse& form = shown->form;
+    const int width = form.SPLlabel->fontMetrics().horizontalAdvance(widestvalue) + 2 * cellpadding;
+    for (QWidget* value : std::initializer_list<QWidget*>{form.Xtext, form.SPLlabel, form.schlabel,
+                                                          form.revtime, form.PathN, form.PathLenght})
+        value->setFixedWidth(width);
+    form.PathN->setVisible(raypathsshown());
+    form.PathNCaption->setVisible(raypathsshown());
+}
+
+void connectwindow() {
+    const Ui::ImpulseResponse& form = shown->form;
+    windowhook keys;
+    keys.key = keyplot;
+    keys.repeatedkeys = true;
+    keys.keytaken = [](int key) { return isplain() && isplotkey(codeof(key)); };
+    for (QWidget* control : std::initializer_list<QWidget*>{form.Xtext, form.RecNo, form.FreqNo})
+        hook(*control, keys);
+    windowhook plot = keys;
+    plot.paint = paintplot;
+    plot.pointer = pointplot;
+    plot.resize = fitplot;
+    hook(*form.Picture1, plot);
+    // Escape on the button too, which would close the window otherwise.
+    windowhook escape;
+    escape.key = [](int key) {
+        if (key == Qt::Key_Escape) keyplot(key);
+    };
+    escape.keytaken = [](int key) { return key == Qt::Key_Escape; };
+    hook(*form.schlabel, escape);
+    hook(*shown->dialog, {.close = closed});
+    QObject::connect(shown->dialog, &QDialog::finished, [] { enter(closed); });
+    QObject::connect(form.schlabel, &QPushButton::clicked, form.schlabel, [] {
+        enter(toggleschroeder);
+        showtexts(true);
+    });
+    QObject::connect(shown->dialog, &QObject::destroyed, [] { shown.reset(); });
+    shown->picture.changed = [plotwidget = form.Picture1] { plotwidget->update(); };
+}
+
+void placewindow() {
+    QDialog& dialog = *shown->dialog;
+    const QRect screen = MainWindow->form->screen()->availableGeometry();
+    const QPoint corner = screen.center() - dialog.rect().center();
+    dialog.move(std::max(corner.x(), screen.left()), std::max(corner.y(), screen.top()));
+}
+
+void openplotnow() {
+    responsewindow& w = *shown;
+    const QWidget& plot = *w.form.Picture1;
+    w.dialog->layout()->activate();
+    resizepicture(w.picture, plot.width(), plot.height(), plot.devicePixelRatioF());
+    w.open = true;
+    openplot(w.picture.surface);
+    showchoices();
+    showtexts(true);
+}
+
+} // namespace
+
+void showresponsewindow(bool modal) {
+    if (isopen()) return;
+    if (shown) delete shown->dialog; // a former one that waits for its end
+    shown = std::make_unique<responsewindow>();
+    QDialog& dialog = *shown->dialog;
+    shown->form.setupUi(&dialog);
+    dialog.setWindowFlag(Qt::WindowMaximizeButtonHint);
+    shown->form.Picture1->setAttribute(Qt::WA_OpaquePaintEvent);
+    connectlists();
+    sizereadouts();
+    connectwindow();
+    placewindow();
+    openplotnow();
+    shown->form.RecNo->setFocus();
+    if (modal)
+        platform::rundialog(dialog);
+    else
+        dialog.show();
+}
+
+void closeresponsewindow() {
+    if (isopen()) shown->dialog->close();
+}
+
+void updateresponsewindow() {
+    if (!isopen()) return;
+    showchoices();
+    showtexts(true);
+}
+
+} // namespace orv

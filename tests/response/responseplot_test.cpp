@@ -1,0 +1,343 @@
+// The plot of a response, its cursors and keys, and the paths that it shows together with the scene.
+#include "response/responseplot.h"
+
+#include "response/raypathdisplay.h"
+#include "response/raypathset.h"
+#include "response/responselevels.h"
+#include "scene/camera.h"
+#include "scene/scenedrawing.h"
+#include "tests/testsupport.h"
+
+#include <cmath>
+
+namespace orv {
+namespace {
+
+using lines = std::vector<std::string>;
+
+constexpr int khz1 = 6; // bandIndex
+
+// 1000 pixels to the second and 10 to the dB, for a response of 1 s.
+struct plots : sessiontest {
+    recordsurface plot{1100, 1400};
+
+    plots() {
+        ResponsePlot = responseplot{};
+        forgetlevels();
+        RayPathSet = raypathset{};
+        ResultSet.soundSpeed = 340;
+        SessionState.parameterSource = 1;
+        response(4, 0.25F);
+    }
+
+    // Two receivers with empty responses.
+    void response(std::int32_t lastslot, float step) const {
+        ResultSet.timeStep = step;
+        ResultSet.lastSlot = lastslot;
+        RoomModel.receiverCount = 2;
+        createresponse(lastslot + 1, 2);
+        forgetlevels();
+    }
+    static float& energy(std::int32_t receiver, std::int32_t slot) {
+        return takeresponse(receiver)[slot * bandcount + khz1 - 1];
+    }
+
+    void open() {
+        showwholeresponse();
+        openplot(plot.surface);
+    }
+    lines drawn(const std::function<void()>& act) {
+        plot.lines.clear();
+        act();
+        return plot.lines;
+    }
+    static void drag(double from, double to) {
+        pressplot(from, 1);
+        evidence((from + to) / 2);
+        evidence(to);
+        zoom();
+    }
+
+    // Paths of receiver 1 or 2 from source 1, each over the given points, of a level of 20 dB.
+    static void path(std::size_t receiver, double time, std::int32_t points = 0, std::int32_t face = 1) {
+        RayPathSet.pathCountOf.resize(3);
+        RayPathSet.paths.resize(3);
+        raypath& made = RayPathSet.paths[receiver].emplace_back();
+        ++RayPathSet.pathCountOf[receiver];
+        made.source = 1;
+        made.time = time;
+        made.energy[khz1] = 100;
+        made.pointCount = points;
+        for (std::size_t j = 1; j <= pathpoints; ++j) {
+            made.face[j] = face;
+            made.x[j] = static_cast<float>(j);
+        }
+    }
+    // As the menu entry does, with the window's part.
+    void showpaths() {
+        RoomModel.sourceCount = 1;
+        scripted::expectwindow(responsewindowname, [&] { openplot(plot.surface); });
+        viewraypaths();
+    }
+};
+
+TEST_F(plots, everythingInItsPlace) {
+    energy(1, 1) = 1000;
+    energy(1, 2) = 10;
+    energy(1, 3) = 1; // the floor
+    SessionState.schroederOn = -1;
+    const lines expected = {
+        "clear FFFFFF", "window -.05 130 1.05 -10",
+        // time axis
+        "line 0 0 0 -3 FF0000", "text -.016 -3 000000 0.00", "line .25 0 .25 -3 FF0000",
+        "text .234 -3 000000 0.25", "line .5 0 .5 -3 FF0000", "text .484 -3 000000 0.50",
+        "line .75 0 .75 -3 FF0000", "text .734 -3 000000 0.75", "line 1 0 1 -3 FF0000",
+        "text .984 -3 000000 1.00", "text 1.016 -3 000000   s", "text -.036 130 000000 dB",
+        // bars, half a step wide
+        "filledbox 0 0 .125 0 000000", "filledbox .25 30 .375 0 000000", "filledbox .5 10 .625 0 000000",
+        "filledbox .75 0 .875 0 000000", "filledbox 1 0 1.053 0 000000",
+        // decay, in the middle of each step
+        "line .125 30.05181 .375 30.05181 0000FF width 2", "line .375 30.05181 .625 10.79181 0000FF width 2",
+        "line .625 10.79181 .875 3.0103 0000FF width 2", "line .875 3.0103 1.054 .83 0000FF width 2"};
+    SessionState.viewEnd = 1;
+    lines got = drawn([&] { open(); });
+    ASSERT_GT(got.size(), expected.size());
+    for (std::size_t i = 0; i + 1 < expected.size(); ++i) EXPECT_EQ(got[i], expected[i]);
+    got.erase(got.begin(), got.begin() + static_cast<std::ptrdiff_t>(expected.size()));
+    got.erase(got.begin(), got.end() - 4);
+    EXPECT_EQ(got, (lines{"box 0 120 1 0 000000", "line 0 0 0 120 FF0000 mode 7",
+                          "line 0 0 .25 0 008000 mode 7", "line 0 120.5 0 123 008000 mode 7"}));
+    EXPECT_EQ(ResponsePlot.FreqNo, 5);
+    EXPECT_EQ(ResponsePlot.RecNo, 1);
+}
+
+TEST_F(plots, aCursorLeavesNothingBehind) {
+    energy(1, 2) = 10;
+    open();
+    const lines first = drawn([] { pressplot(0.6, 1); }); // cut to its slot
+    EXPECT_EQ(first, (lines{"line 0 0 0 120 FF0000 mode 7", "line 0 0 .25 0 008000 mode 7",
+                            "line 0 120.5 0 123 008000 mode 7", "line .5 0 .5 120 FF0000 mode 7",
+                            "line .5 10 .75 10 008000 mode 7", "line .5 120.5 .5 123 008000 mode 7"}));
+    EXPECT_EQ(ResponsePlot.Xtext, "0.5");
+    EXPECT_EQ(ResponsePlot.PathLenght, "170");
+    EXPECT_EQ(ResponsePlot.SPLlabel, "10.0 dB");
+    EXPECT_EQ(ResponsePlot.schlabel, "10.4 dB"); // 10 and the 1 that it begins with
+    EXPECT_EQ(ResponsePlot.PathN, "");
+    updatecursor(7, 1);
+    EXPECT_EQ(ResponsePlot.cursorStart, 1.0F) << "limited to the response";
+    EXPECT_EQ(drawn([] { pressplot(0.3, 2); }),
+              (lines{"line .25 0 .25 120 FFFF00 mode 7", "line .25 0 .5 0 FFFF00 mode 7"}));
+    EXPECT_EQ(drawn([] { pressplot(0.3, 2); }).size(), 4U);
+}
+
+TEST_F(plots, dragsZoomFromEitherSideAndKeysGoBack) {
+    open();
+    EXPECT_EQ(drawn([] { drag(0.5, 0.505); }).size(), 6U + 4U); // the box comes, moves and goes
+    EXPECT_EQ(SessionState.viewEnd, 1.0F);
+    EXPECT_EQ(ResponsePlot.dragEnd, ResponsePlot.cursorStart);
+    for (const auto& [from, to] : {std::pair(0.25, 0.6), std::pair(0.75, -0.1)}) {
+        drag(from, to);
+        EXPECT_EQ(SessionState.viewStart, std::max(static_cast<float>(std::min(from, to)), 0.0F));
+        EXPECT_EQ(SessionState.viewEnd, static_cast<float>(std::max(from, to)));
+        presskey(plotescape, "");
+        EXPECT_EQ(SessionState.viewStart, 0.0F);
+        EXPECT_EQ(SessionState.viewEnd, 1.0F);
+    }
+    EXPECT_EQ(drawn([] { drag(0.25, 0.6); })[1].substr(0, 4), "line");
+}
+
+TEST_F(plots, keysMoveTheCursor) {
+    response(1000, 0.001F);
+    open();
+    const struct {
+        int key;
+        const char *from, *to;
+    } cases[] = {{plotright, "0.1", "0.101"},   {plotleft, "0.1", "0.099"},  {plotup, "0.1", "0.11"},
+                 {plotdown, "0.1", "0.09"},     {plotpageup, "0.1", "0.12"}, {plotpagedown, "0.1", "0.08"},
+                 {plotenter, ".2504", "0.25"},  {plothome, "0.1", "0.001"},  {plotend, "0.1", "0.999"},
+                 {plotpageup, "0.99", "0.999"}, {plotleft, "0", "0.0"}};
+    for (const auto& one : cases) {
+        presskey(one.key, one.from);
+        EXPECT_EQ(ResponsePlot.Xtext, one.to) << one.key;
+    }
+    response(1000, 0.0001F); // finer than the text
+    open();
+    pressplot(0.01, 1);
+    for (int i = 0; i < 20; ++i) presskey(plotright, ResponsePlot.Xtext);
+    EXPECT_EQ(ResponsePlot.Xtext, "0.012");
+    response(1000, 0.001F);
+    open();
+    updatecursor(0, 1);
+    presskey('7', "0.1"); // typed: the cursor waits for Enter
+    EXPECT_EQ(ResponsePlot.Xtext, "0.0");
+    EXPECT_EQ(ResponsePlot.PathLenght, "33.66");
+}
+
+// A pure exponential gives its decay time; the energy far above the floor of 1 leaves the line straight.
+TEST_F(plots, decayOfAnExponential) {
+    response(1000, 0.001F);
+    const double seconds = 0.5;
+    for (std::int32_t t = 0; t <= 1000; ++t)
+        energy(1, t) = static_cast<float>(1e14 * std::pow(10.0, -6 * 0.001 * t / seconds));
+    open();
+    EXPECT_EQ(ResponsePlot.revtime, "0.00 s") << "both cursors at 0";
+    pressplot(0.05, 1);
+    pressplot(0.35, 2);
+    EXPECT_NEAR(static_cast<double>(ResponsePlot.measuredDrop), 36, 1E-3);
+    EXPECT_NEAR(static_cast<double>(ResponsePlot.measuredDecay), seconds, 1E-4);
+    EXPECT_EQ(ResponsePlot.revtime, "0.50 s");
+    pressplot(0.01, 2); // nothing falls backwards
+    EXPECT_EQ(ResponsePlot.revtime, "0.00 s");
+    // A line is laid through 32767 points at most; behind them the two levels alone give the decay.
+    response(40000, 0.001F);
+    for (std::int32_t t = 0; t <= 40000; ++t)
+        energy(1, t) = static_cast<float>(1e16 * std::pow(10.0, -6 * 0.001 * t / 20));
+    open();
+    pressplot(33, 1);
+    pressplot(36, 2);
+    EXPECT_FLOAT_EQ(ResponsePlot.measuredDecay, 60 * 3 / ResponsePlot.measuredDrop);
+}
+
+TEST_F(plots, levelsFollowReceiverBandAndLoad) {
+    energy(1, 1) = 1000;
+    energy(2, 1) = 100;
+    open();
+    choosereceiver(2);
+    EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 20);
+    choosefrequency(4);
+    EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 0);
+    choosereceiver(0); // the room, which has no response of its own here
+    EXPECT_EQ(ResponseLevels.shownReceiver, 0);
+    choosereceiver(2);
+    choosefrequency(5);
+    energy(2, 1) = 10000;
+    impulsedraw(0, 1);
+    EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 20) << "kept while nothing else is chosen";
+    scripted::atclose(responsewindowname, closeplot);
+    forgetresponse();
+    open();
+    choosereceiver(2);
+    EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 40);
+    ResultSet.timeStep = 0; // no response at all
+    pressplot(0.1, 1);
+    presskey(plotright, "1");
+    impulsedraw(0, 0);
+}
+
+TEST_F(plots, barsShowWhatPathsDoNotExplain) {
+    energy(1, 1) = 300;
+    path(1, 0.26);
+    path(1, 0.3);
+    path(1, 9); // later than the response
+    showpaths();
+    EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 20);
+    EXPECT_FLOAT_EQ(ResponseLevels.pathLevel[3], 20);
+    drawn([] { impulsedraw(0, 1); });
+    const auto spikes = std::count_if(plot.lines.begin(), plot.lines.end(), [](const std::string& line) {
+        return line.find("FF00FF") != line.npos;
+    });
+    EXPECT_EQ(spikes, 2);
+    EXPECT_EQ(plot.lines[plot.lines.size() - 2], "line .26 20 .51 20 FF0000 mode 7");
+    choosereceiver(0);
+    EXPECT_EQ(ResponsePlot.RecNo, 1) << "only single receivers have paths";
+    presskey(plotright, "");
+    EXPECT_EQ(ResponsePlot.PathN, "2");
+    EXPECT_EQ(ResponsePlot.Xtext, "0.3");
+    presskey(plotdown, "");
+    EXPECT_EQ(SessionState.markedPath, 1);
+    presskey(plotend, "");
+    EXPECT_EQ(ResponsePlot.schlabel, "---");
+    presskey(plotenter, "0.29");
+    EXPECT_EQ(SessionState.selectedPath, 2);
+    choosereceiver(2); // which has none
+    EXPECT_EQ(SessionState.markedPath, 0);
+    presskey(plotright, "");
+    pressplot(0.5, 1);
+    EXPECT_EQ(ResponsePlot.PathN, "0");
+}
+
+TEST_F(plots, nearestInTimeAndTheLaterOfTwo) {
+    for (const double time : {0.25, 0.5, 0.5, 1.0}) path(1, time);
+    ResponsePlot.RecNo = 1;
+    const std::pair<double, int> cases[] = {{0, 1},    {0.3, 1},  {0.375, 2}, {0.5, 3},
+                                            {0.75, 4}, {0.74, 3}, {2, 4}};
+    for (const auto& [time, number] : cases) EXPECT_EQ(nearpath(time), number) << time;
+    ResponsePlot.RecNo = 2;
+    EXPECT_EQ(nearpath(1), 0);
+}
+
+// Looks along y: u = 5 x / (y + 10), v = 5 z / (y + 10).
+struct scenepaths : plots {
+    scenepaths() {
+        SessionState.focalLength = 0.05F;
+        SessionState.cameraY = -10;
+        SessionState.colourRays = rgb(255, 0, 0);
+        RoomModel.sourceCount = RoomModel.faceCount = 1;
+        RoomModel.faceVertexCount(1) = 3;
+        RoomModel.faceVertexX(1, 2) = 1;
+        RoomModel.faceVertexZ(1, 3) = 1;
+        RoomModel.sourceX(1) = -1;
+        RoomModel.receiverZ(1) = 1;
+        RoomModel.receiverX(1) = RoomModel.receiverY(1) = 0;
+        extendbox(2, 2, 2);
+        extendbox(-2, -2, -2);
+        path(1, 0.1, 1);
+    }
+};
+
+TEST_F(scenepaths, fromSourceOverTheFacesToTheReceiver) {
+    for (const bool solid : {false, true}) {
+        solid ? draw3dview(picture.surface, true) : draw2dview(picture.surface, true);
+        picture.lines.clear();
+        drawpath(picture.surface, 1, 1);
+        const lines flat = {"plot -1 0 FF0000 mode 10", "line -1 0 1 0 FF0000 mode 10",
+                            "line 1 0 0 0 FF0000 mode 10"};
+        const lines spatial = {"plot -.5 0 FF0000 mode 10",
+                               "line -.5 0 .5 0 FF0000 mode 10",
+                               "line 0 0 .5 0 FF0000 width 3 mode 10",
+                               "line .5 0 0 .5 FF0000 width 3 mode 10",
+                               "line 0 .5 0 0 FF0000 width 3 mode 10",
+                               "line .5 0 0 .5 FF0000 mode 10"};
+        EXPECT_EQ(picture.lines, solid ? spatial : flat);
+    }
+    picture.lines.clear();
+    path(1, 2);         // later than the response
+    path(1, 0.5, 1, 2); // a face that the room does not have
+    path(1, 0.6, -5);
+    RayPathSet.paths[1].back().source = 2;
+    for (const std::int32_t none : {0, 2, 3, 4, 5}) drawpath(picture.surface, none, 1);
+    drawpath(picture.surface, 1, 2);
+    drawpath(picture.surface, 1, -1);
+    EXPECT_EQ(picture.lines, lines());
+}
+
+TEST_F(scenepaths, theMarkedPathIsOnThePictureOnce) {
+    path(1, 0.2);
+    enablecommand("ViewImpulse", true);
+    draw2dview(picture.surface, true);
+    picture.lines.clear();
+    const auto count = [&] {
+        return std::count(picture.lines.begin(), picture.lines.end(), "plot -1 0 FF0000 mode 10");
+    };
+    showpaths();
+    EXPECT_EQ(count(), 1);
+    EXPECT_TRUE(ischecked("viewraypaths"));
+    EXPECT_FALSE(isenabled("ViewImpulse"));
+    EXPECT_EQ(scripted::statustext(1), "Click near to a receiver for selecting its response...");
+    presskey(plotright, ""); // out with the one, in with the other
+    EXPECT_EQ(count(), 3);
+    EXPECT_EQ(SessionState.markedPath, 2);
+    picture.lines.clear();
+    draw2dview(picture.surface, true);
+    EXPECT_EQ(picture.lines.back(), "line -1 0 0 0 FF0000 mode 10");
+    scripted::atclose(responsewindowname, closeplot);
+    viewraypaths();
+    EXPECT_EQ(count(), 2);
+    EXPECT_FALSE(ischecked("viewraypaths"));
+    EXPECT_TRUE(isenabled("ViewImpulse"));
+    EXPECT_EQ(SessionState.markedPath, 0);
+    EXPECT_EQ(scripted::pointershape(), platform::shape::sizeall);
+}
+
+} // namespace
+} // namespace orv
