@@ -3,6 +3,7 @@
 
 #include "base/runtimeerror.h"
 #include "base/table.h"
+#include "export/wavexport.h"
 #include "interchange/interchangecommands.h"
 #include "maps/mappingoptions.h"
 #include "maps/redrawview.h"
@@ -82,7 +83,7 @@ constexpr menucommand startrows[] = {
     row("File", "OpenRes", "Open &Imp.Resp.+Geometry files...", OpenRes),
     row("File", "MapLoad", "Open &Imp.Resp. file only...", MapLoad, disabled),
     row("File", "importrayonresp", "Import &Rayons Response...", nullptr, hidden | disabled),
-    row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", nullptr, disabled),
+    row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", ExportWAV, disabled),
     separator("File"),
     row("File", "SumEq", "Sum && Equalize", SumEq),
     row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", AlfaBetaOpt),

@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "export/exportdialog.h"
 #include "maps/mappingoptionsdialog.h"
 #include "maps/rgbsettingsdialog.h"
 #include "platform/platform.h"
@@ -70,6 +71,7 @@ constexpr namedwindow namedwindows[] = {
     {"About", showabout},
     {responsewindowname, showresponsewindow},
     {"Alfa-Beta Optimizer", showoptimizerwindow},
+    {"Export to WAV", showexportdialog},
     {"Mapping Options", showmappingoptions},
     {"RGB Settings", showrgbsettings},
     {"STI Options", showstidialog},
