@@ -121,6 +121,10 @@ void clippicture(); // the image of Picture1
 void showregionsettings();
 void opendocument(const std::string& path);
 
+// Starts a command line in a normal window and does not wait for it. Raises filenotfound with a text that
+// names the program when it cannot be started.
+void startcommand(const std::string& commandline);
+
 // The decimal and group marks of the user's region.
 struct regionmarks {
     std::string decimal;

@@ -56,6 +56,7 @@ struct state {
     std::uint64_t memory = std::uint64_t{8} << 30;
     std::string programdirectory = ".";
     int loglines = 40;
+    bool programs = true;
 };
 
 state now;
@@ -273,6 +274,10 @@ void setregion(platform::regionmarks marks) {
 
 void setmemory(std::uint64_t bytes) {
     now.memory = bytes;
+}
+
+void setprograms(bool there) {
+    now.programs = there;
 }
 
 void setprogramdirectory(std::string directory) {
@@ -512,6 +517,13 @@ void showregionsettings() {
 
 void opendocument(const std::string& path) {
     note("document|" + path);
+}
+
+void startcommand(const std::string& commandline) {
+    note("start|" + commandline);
+    if (!now.programs)
+        throw runtimeerror{errorkind::filenotfound,
+                           commandline.substr(0, commandline.find(' ')) + " cannot be started."};
 }
 
 regionmarks userregion() {

@@ -14,7 +14,7 @@
 //     progress ProgressBar1 12.5
 //     command Redraw enabled|disabled     then " checked" and " hidden" where they hold;
 //                                         by the rules, and only when that differs from the line before
-//     cliptext|TEXT   clippicture         regionsettings   document|PATH
+//     cliptext|TEXT   clippicture         regionsettings   document|PATH   start|COMMAND
 #pragma once
 
 #include "platform/platform.h"
@@ -98,6 +98,7 @@ void setpicture(DrawSurface* surface);       // not owned; null at first, and as
 void setregion(platform::regionmarks marks); // "." and "," at first
 void setmemory(std::uint64_t bytes);         // 8 GiB at first
 void setprogramdirectory(std::string directory); // "." at first
+void setprograms(bool there);                    // whether a command line finds its program; yes at first
 void setloglines(int lines);                     // lines that fill the window with the log, 40 at first
 
 // What platform::halt throws here; no runtimeerror, so that no trap of the program stops it.
