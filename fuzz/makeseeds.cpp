@@ -2,6 +2,7 @@
 // hall and the shipped settings. They are short, since a fuzzer is fastest then.
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "data/filterbankdesign.h"
 #include "fuzz/fuzzscratch.h"
 #include "maps/levelfile.h"
 #include "results/parameterfile.h"
@@ -118,7 +119,10 @@ int main(int count, char** arguments) {
         const std::string materials = textof(DATA_FILES "/Orvanta.mat");
         const std::string colours = textof(DATA_FILES "/orvcolor.mat");
         const std::string drawing = textof(SAMPLE_FILES "/studio.dxf");
+        const std::string bank = orv::filterbankbytes(orv::designfilters(48000), 48000);
         const seed seeds[] = {
+            {"fuzzfilterbank", "short", bank.substr(0, 400)},
+            {"fuzzfilterbank", "header", bank.substr(0, 40)},
             {"fuzzgeometry", "hall", firstlines(room, 60)},
             {"fuzzgeometry", "end", room.substr(room.rfind(" Source"))},
             {"fuzzgeometry", "barelinefeeds", withoutreturns(firstlines(room, 12))},

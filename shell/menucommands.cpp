@@ -3,6 +3,7 @@
 
 #include "base/runtimeerror.h"
 #include "base/table.h"
+#include "export/wavexport.h"
 #include "interchange/interchangecommands.h"
 #include "maps/blanking.h"
 #include "maps/blankingeditor.h"
@@ -78,7 +79,7 @@ constexpr menucommand startrows[] = {
     row("File", "OpenRes", "Open &Imp.Resp.+Geometry files...", OpenRes),
     row("File", "MapLoad", "Open &Imp.Resp. file only...", MapLoad, disabled),
     row("File", "importrayonresp", "Import &Rayons Response...", nullptr, hidden | disabled),
-    row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", nullptr, disabled),
+    row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", ExportWAV, disabled),
     separator("File"),
     row("File", "SumEq", "Sum && Equalize", SumEq),
     row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", AlfaBetaOpt),

@@ -34,6 +34,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -202,6 +203,36 @@ void speechindex() {
     answers::expectbox("could have been changed", platform::answer::cancel);
     choose("STIopt");
     check(ParameterSet.STI(12, 11) < before, "noise has not lowered the index");
+}
+
+// --- Export to WAV ---
+
+// Exports receiver 12 in a format; the file lies in the session's directory. Its size is that of the whole
+// response at 48 kHz.
+void exportformat(QWidget& dialog, const char* label, std::uint64_t samples) {
+    auto& formats = *dialog.findChild<QComboBox*>("Outformat");
+    formats.setCurrentIndex(formats.findText(label));
+    QTest::mouseClick(dialog.findChild<QPushButton*>("StartExport"), Qt::LeftButton);
+    const std::string file = sessionfile("hall_01_" + std::string(label) + "_012.wav");
+    constexpr std::uint64_t headersize = 44, rate = 48000, seconds = 3;
+    check(canopen(file) && filesize(file) == headersize + 4 * samples * rate * seconds,
+          file + " is not as long as the response");
+}
+
+void exportwav() {
+    answers::expectwindow("WavExport", [](QWidget& dialog) {
+        dialog.findChild<QComboBox*>("RecNo")->setCurrentIndex(11);
+        auto& radix = *dialog.findChild<QLineEdit*>("FileRadix");
+        radix.selectAll();
+        QTest::keyClicks(&radix, QString::fromStdString(sessiondirectory() + "/hall.wav"));
+        exportformat(dialog, "1ch_Omni", 1);
+        exportformat(dialog, "2ch_Stereo", 2);
+        exportformat(dialog, "16ch_3rd_order_Ambisonics_(Ambix)", 16);
+        exportformat(dialog, "4x4_MIMO_Ambix1xAmbix1", 16);
+        picture("export-wav");
+        QTest::mouseClick(dialog.findChild<QPushButton*>("Command2"), Qt::LeftButton);
+    });
+    choose("ExportWAV");
 }
 
 // The second time the parameters alone can be taken, and the noise is that of the file again.
@@ -792,6 +823,7 @@ constexpr step steps[] = {
     {"Table of all receivers at 125 Hz", roundrobin, ""},
     {"Speech index with noise", speechindex, ""},
     {"The impulse response and its decay", impulseresponse, ""},
+    {"Export to WAV in four formats", exportwav, ""},
     {"The parameters alone", parametersalone, ""},
     {"View YZ", sideview, "2d-yz"},
     {"View XZ", longview, "2d-xz"},

@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "export/exportdialog.h"
 #include "maps/blankingdialog.h"
 #include "maps/mappingoptionsdialog.h"
 #include "maps/rgbsettingsdialog.h"
@@ -72,6 +73,7 @@ constexpr namedwindow namedwindows[] = {
     {"BLN Options", showblankingoptions},
     {responsewindowname, showresponsewindow},
     {"Alfa-Beta Optimizer", showoptimizerwindow},
+    {"Export to WAV", showexportdialog},
     {"Mapping Options", showmappingoptions},
     {"RGB Settings", showrgbsettings},
     {"STI Options", showstidialog},

@@ -1,6 +1,7 @@
 // The scripted double of the window system.
 #include "platform/scripted/scripted.h"
 
+#include "base/numbertext.h"
 #include "base/runtimeerror.h"
 #include "shell/menucommands.h"
 
@@ -43,6 +44,7 @@ struct state {
     std::int64_t yields = 0;
     std::map<std::string, std::string> texts;
     std::map<std::string, bool> visible, enabled, chosen;
+    std::map<std::string, std::vector<std::string>> rows;
     std::map<std::string, std::string> commands; // the last line of each
     std::string status[2], title;
     std::vector<std::string> log;
@@ -236,6 +238,10 @@ bool isenabled(const std::string& control) {
 
 bool ischosen(const std::string& control) {
     return valueof(now.chosen, control, false);
+}
+
+const std::vector<std::string>& rowsof(const std::string& control) {
+    return now.rows[control];
 }
 
 std::string statustext(int panel) {
@@ -461,6 +467,29 @@ void setenabled(const std::string& control, bool enabled) {
 void setchosen(const std::string& control, bool chosen) {
     note(switchline("chosen", control, chosen));
     now.chosen[control] = chosen;
+}
+
+bool isenabled(const std::string& control) {
+    return scripted::isenabled(control);
+}
+
+bool ischosen(const std::string& control) {
+    return scripted::ischosen(control);
+}
+
+void setrows(const std::string& control, const std::vector<std::string>& rows) {
+    note("rows " + control + " " + std::to_string(rows.size()));
+    now.rows[control] = rows;
+    now.texts[control] = rows.empty() ? std::string() : rows.front();
+}
+
+void addrow(const std::string& control, const std::string& text, bool selected) {
+    note("row " + control + (selected ? " selected|" : "|") + text);
+    now.rows[control].push_back(text);
+}
+
+void setprogress(const std::string& control, double percent) {
+    if (recording) note("progress " + control + numbertext(percent));
 }
 
 void showcommand(const menucommand& row) {

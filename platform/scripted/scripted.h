@@ -10,6 +10,8 @@
 //     About yield   beep   close   halt 1       pointer wait status 1|TEXT   title|TEXT   background 12632256
 //     clearlog   log|TEXT
 //     text CamX|-10   visible Frame1 0    enabled Redisplay 1   chosen XY 1
+//     rows RecNo 31   row List1|TEXT      row List1 selected|TEXT
+//     progress ProgressBar1 12.5
 //     command Redraw enabled|disabled     then " checked" and " hidden" where they hold;
 //                                         by the rules, and only when that differs from the line before
 //     cliptext|TEXT   clippicture         regionsettings   document|PATH   start|COMMAND
@@ -83,7 +85,8 @@ std::int64_t yieldcount();
 
 bool isenabled(const std::string& control); // true until set
 bool ischosen(const std::string& control);  // false until set
-std::string statustext(int panel);          // kept while calls are recorded, as the two below
+const std::vector<std::string>& rowsof(const std::string& control);
+std::string statustext(int panel); // kept while calls are recorded, as the two below
 std::string title();
 const std::vector<std::string>& logtext(); // the lines since the last clearlog
 platform::shape pointershape();
