@@ -38,11 +38,20 @@ double wide(float value) {
     return static_cast<double>(value);
 }
 
+// A drawing lets the pointer in while its own pen may be wide.
+struct thinpen {
+    DrawSurface& picture;
+    const double former = picture.drawWidth;
+    explicit thinpen(DrawSurface& surface) : picture(surface) { picture.setDrawWidth(1); }
+    ~thinpen() { picture.setDrawWidth(former); }
+};
+
 bool solidview() {
     return platform::isvisible("Frame1");
 }
 
 void drawaxes(DrawSurface& surface) {
+    const thinpen thin(surface);
     const roommodel& r = RoomModel;
     const struct {
         modelpoint end;
@@ -100,6 +109,7 @@ void orbitto(double x, double y) {
 
 void stretchband(double x, double y) {
     DrawSurface& picture = platform::picture();
+    const thinpen thin(picture);
     picture.setDrawStyle(drawstyle::dotted);
     picture.setDrawMode(drawmodexor);
     picture.line(drag.startX, drag.startY, drag.lastX, drag.lastY, QBColor(11));

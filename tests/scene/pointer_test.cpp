@@ -53,6 +53,13 @@ TEST_F(pointertest, aDragMovesThePictureByItself) {
         EXPECT_EQ(bands, 4);
         draw2dview(picture.surface, true);
     }
+    picture.surface.setDrawWidth(9); // of a map that is being drawn
+    picturepress(left, 0, 0);
+    picture.lines.clear();
+    picturemove(left, 1, 1);
+    EXPECT_EQ(picture.lines.back(), "line 0 0 1 1 00FFFF dotted mode 7");
+    EXPECT_EQ(picture.surface.drawWidth, 9);
+    picturerelease(left, 0, 0);
     picture.lines.clear();
     picturerelease(left, 0, 0); // no press went before
     picturemove({}, 5, 5);
