@@ -4,6 +4,7 @@
 // the memory that a load takes at most, `allowed_MB` the file and 1.1 times the ImpulseResponse table.
 #include "base/files.h"
 #include "benchmarks/floor.h"
+#include "benchmarks/memory.h"
 #include "platform/scripted/scripted.h"
 #include "results/parameterset.h"
 #include "results/resultreader.h"
@@ -17,24 +18,11 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace {
 
 constexpr int receivers = 200, slots = 2000;
-
-// A figure of the process in bytes; VmHWM is the most memory that it has had.
-double memoryfigure(const std::string& name) {
-    std::ifstream status("/proc/self/status");
-    for (std::string word; status >> word;)
-        if (word == name + ":") {
-            double kilobytes = 0;
-            status >> kilobytes;
-            return 1024 * kilobytes;
-        }
-    return 0;
-}
 
 void loadresult(benchmark::State& state) {
     const std::string path = (std::filesystem::temp_directory_path() / "orvanta_benchmark._01").string();
@@ -55,9 +43,9 @@ void loadresult(benchmark::State& state) {
     }
     // Only the first load of the process has no more of its own.
     static const double peak = [&path] {
-        const double before = memoryfigure("VmRSS");
+        const double before = orv::memoryfigure("VmRSS");
         orv::loadresult(path);
-        return memoryfigure("VmHWM") - before;
+        return orv::memoryfigure("VmHWM") - before;
     }();
 
     const orv::filebytes bytes = orv::readfile(path);

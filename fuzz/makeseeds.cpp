@@ -2,7 +2,9 @@
 // hall and the shipped settings. They are short, since a fuzzer is fastest then.
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "data/filterbankdesign.h"
 #include "fuzz/fuzzscratch.h"
+#include "maps/levelfile.h"
 #include "results/parameterfile.h"
 #include "results/resultreader.h"
 #include "results/speechindex.h"
@@ -117,7 +119,10 @@ int main(int count, char** arguments) {
         const std::string materials = textof(DATA_FILES "/Orvanta.mat");
         const std::string colours = textof(DATA_FILES "/orvcolor.mat");
         const std::string drawing = textof(SAMPLE_FILES "/studio.dxf");
+        const std::string bank = orv::filterbankbytes(orv::designfilters(48000), 48000);
         const seed seeds[] = {
+            {"fuzzfilterbank", "short", bank.substr(0, 400)},
+            {"fuzzfilterbank", "header", bank.substr(0, 40)},
             {"fuzzgeometry", "hall", firstlines(room, 60)},
             {"fuzzgeometry", "end", room.substr(room.rfind(" Source"))},
             {"fuzzgeometry", "barelinefeeds", withoutreturns(firstlines(room, 12))},
@@ -152,6 +157,19 @@ int main(int count, char** arguments) {
             {"fuzzparameters", "notail", parameters.substr(0, parameters.find("\"Parameter =\",\"EDT\""))},
             {"fuzzparameters", "older", olderparametertext()},
             {"fuzzparameters", "barelinefeeds", withoutreturns(parameters)},
+            {"fuzzexchange", "blanking",
+             "0"
+             "4,1\r\n0,0\r\n2.5,0\r\n.5,-3\r\n0,0\r\n1,0\r\n-2,7\r\n"},
+            {"fuzzexchange", "grid",
+             "1DSAA\r\n3 2\r\n0 1\r\n0 1\r\n1 6\r\n1 2 3\r\n\r\n4 1.70141E+38 6\r\n\r\n"},
+            {"fuzzexchange", "levels", "2" + orv::leveltext(-3, 80)},
+            {"fuzzexchange", "points",
+             "3 0             1             80\r\n-1            nan            70\r\n"
+             " 2             2             71\r\n 4             1             75\r\n"},
+            {"fuzzexchange", "contours",
+             "40\nSECTION\n2\nENTITIES\n0\nLWPOLYLINE\n62\n5\n100\nAcDbPolyline\n90\n2\n10\n1\n20\n1\n10\n3\n"
+             "20\n1\n"
+             "0\nPOLYLINE\n62\n1\n10\n0\n20\n0\n0\nVERTEX\n10\n2\n20\n1\n0\nSEQEND\n0\nENDSEC\n"},
         };
         for (const seed& one : seeds) {
             const std::string directory = orv::joinpath(target, one.target);

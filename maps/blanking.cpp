@@ -17,13 +17,13 @@
 #include "base/files.h"
 #include "base/listinput.h"
 #include "base/listoutput.h"
+#include "base/numbertext.h"
+#include "base/runtimeerror.h"
 #include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
-#include "scene/scenedrawing.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
-#include "shell/workflows.h"
 
 #include <algorithm>
 
@@ -83,6 +83,16 @@ void readpolygon(listreader& file, std::int32_t line) {
     }
 }
 
+// A line that is being entered would go on in a table that has changed under it.
+void giveupline() {
+    BlankingLines.addingLine = BlankingLines.rubberBand = off;
+}
+
+void redrawcleared() {
+    platform::picture().clear();
+    redrawview(platform::picture());
+}
+
 } // namespace
 
 void readblanking(const std::string& path) {
@@ -131,6 +141,15 @@ std::vector<blankingpolygon> blankingpolygons(const std::string& path) {
     return polygons;
 }
 
+bool checkblankingoptions() {
+    double size = 0;
+    attempt([&] { size = lenientnumber(BlankingOptions.gridsize); });
+    if (!BlankingOptions.snap || size != 0) return true;
+    platform::messagebox("Warning", "Points cannot snap to a grid of size 0.", platform::buttons::ok,
+                         platform::icon::exclamation, platform::answer::ok);
+    return false;
+}
+
 void enableblankingcommands(bool enabled) {
     for (const std::string_view name : linecommands) enablecommand(name, enabled);
 }
@@ -139,6 +158,7 @@ void loadblanking() {
     BlankingLines.blankingFile =
         platform::askopenfile({"Load a Blanking File", "SURFER's Blanking Files (*.BLN)|*.BLN", filepattern,
                                SessionState.dataDirectory});
+    giveupline();
     readblanking(BlankingLines.blankingFile);
     SessionState.gridReady = SessionState.contourReady = 0;
     enableblankingcommands(true);
@@ -167,6 +187,7 @@ void BLNsave() {
 }
 
 void BLNnew() {
+    giveupline();
     BlankingLines.blanklineCount = 0;
     enablecommand("BLNsave", false);
     enablecommand("BLNnew", false);
@@ -174,15 +195,14 @@ void BLNnew() {
         SessionState.useBlanking = false;
         SessionState.gridReady = SessionState.contourReady = 0;
     }
-    platform::picture().clear();
-    redrawview(platform::picture());
+    redrawcleared();
 }
 
 void BLNview() {
     const bool shown = !ischecked("BLNview");
     checkcommand("BLNview", shown);
     checkcommand("Vbln", shown);
-    if (shown && BlankingLines.blanklineCount > 0) showscene();
+    if (shown && BlankingLines.blanklineCount > 0) redrawcleared();
 }
 
 } // namespace orv

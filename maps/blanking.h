@@ -25,6 +25,12 @@ struct blankinglines {
     fixedtable<"blanklineX", float, highestblankline, blanklinehighestpoint> blanklineX{};
     fixedtable<"blanklineY", float, highestblankline, blanklinehighestpoint> blanklineY{};
     std::string blankingFile; // that was loaded or saved last; "" at first
+
+    // The line that is being entered (maps/blankingeditor.h), which is the last one of the table.
+    float addingLine = 0;                  // -1 meanwhile
+    float rubberBand = 0;                  // -1 while its band follows the pointer
+    std::int32_t pointIndex = 0;           // of the point that the next click sets
+    double lastPointX = 0, lastPointY = 0; // where the band ends
 };
 
 extern blankinglines BlankingLines;
@@ -38,6 +44,10 @@ struct blankingoptions {
 };
 
 extern blankingoptions BlankingOptions;
+
+// Whether lines can be drawn so: not where points snap to a grid whose size reads as 0, which a box then
+// says.
+bool checkblankingoptions();
 
 // Reads a file over the present lines, widens x and y of the room's box by every point, and sets the count at
 // the end. What stands before a failure stays. Raises subscript for a 51st line or a 151st point, else as the
@@ -55,7 +65,8 @@ struct blankingpolygon {
 std::vector<blankingpolygon> blankingpolygons(const std::string& path); // without limits of its own
 
 // Asks for a file and reads it: blankingFile, the lines, the menu entries; a grid or contour map made before
-// is none any more. Raises cancelled, and what readblanking raises.
+// is none any more, and a line that is being entered is given up. Raises cancelled, and what readblanking
+// raises.
 void loadblanking();
 
 // Enables or disables "Clear", "Delete Line" and "Save..." together.

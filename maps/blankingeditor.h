@@ -1,15 +1,31 @@
-// Entering a blanking line on the main picture, click by click.
+// Entering a blanking line on the main picture, click by click: BLNadd begins it, a click near its first
+// point closes it, Escape throws it away. What is entered meanwhile is drawn reversibly over the picture.
 #pragma once
 
+#include "scene/drawsurface.h"
+
 namespace orv {
+
+// "Add Line...": shows the options, then begins a line on a 2D picture. Raises subscript for a 51st line.
+void BLNadd();
+
+// "Options": shows them; the hint in the status bar then tells of them while a line is being entered.
+void BLNoptions();
 
 // Whether a line is being entered, and whether its band follows the pointer.
 bool lineeditoractive();
 bool lineeditorfollows();
 
-// The pointer's events of that time, in window coordinates of the picture, and the Escape key.
+// The pointer's events of that time, in window coordinates of the picture. Only a left click sets a point:
+// cut to the centimetre below, put on the grid with `snap`, brought onto an axis through the point before
+// with `ortho`. Raise subscript for a 151st point, and divisionbyzero for a grid size that reads as 0.
 void lineeditorclick(bool left, double x, double y);
 void lineeditormove(double x, double y);
+
+// The picture has been drawn anew: what follows the pointer is put on it again.
+void lineeditorredrawn(DrawSurface& surface);
+
+// The Escape key: the whole line goes.
 void lineeditorescape();
 
 } // namespace orv

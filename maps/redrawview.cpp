@@ -2,6 +2,7 @@
 #include "maps/redrawview.h"
 
 #include "base/runtimeerror.h"
+#include "maps/contourmaps.h"
 #include "maps/mosaicmaps.h"
 #include "platform/platform.h"
 #include "scene/drawingturn.h"
@@ -27,7 +28,8 @@ struct mapkind {
     bool (*draw3d)(DrawSurface& surface, bool clearfirst);
 };
 constexpr mapkind dither{"Dither", &sessionstate::gridReady, drawdither2d, drawdither3d};
-constexpr std::array mapkinds = {&dither};
+constexpr mapkind contour{"Contour", &sessionstate::contourReady, drawcontour2d, drawcontour3d};
+constexpr std::array mapkinds = {&dither, &contour};
 
 bool drawscene(DrawSurface& surface, bool solid, bool clearfirst) {
     return solid ? drawscene3d(surface, clearfirst) : drawscene2d(surface, clearfirst);
@@ -89,6 +91,14 @@ void MapDoDither2D() {
 
 void MapDoDither3D() {
     domap(mapinturn<dither, true>);
+}
+
+void MapDoContour2D() {
+    domap(mapinturn<contour, false>);
+}
+
+void MapDoContour3D() {
+    domap(mapinturn<contour, true>);
 }
 
 } // namespace orv

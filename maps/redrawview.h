@@ -7,9 +7,9 @@
 namespace orv {
 
 // The present picture once more, in its turn (scene/drawingturn.h), without clearing: the last map where it
-// is still good (mapKind "Dither" and gridReady), otherwise the plain scene; in 3D when the camera group is
-// shown. Keeps mapKind. A map without a gridding engine is therefore not repeated, which would take its time
-// again.
+// is still good (mapKind "Dither" and gridReady, "Contour" and contourReady), otherwise the plain scene; in
+// 3D when the camera group is shown. Keeps mapKind. A map without a gridding engine is therefore not
+// repeated, which would take its time again.
 void redrawview(DrawSurface& surface);
 
 // --- Menu commands. Show the mapping options, and unless they are cancelled draw the map on the cleared main
@@ -17,5 +17,7 @@ void redrawview(DrawSurface& surface);
 
 void MapDoDither2D();
 void MapDoDither3D();
+void MapDoContour2D();
+void MapDoContour3D();
 
 } // namespace orv

@@ -98,6 +98,15 @@ bool isvisible(const std::string& control);
 void setenabled(const std::string& control, bool enabled);
 void setchosen(const std::string& control, bool chosen);
 
+// These and those above also find a control of the dialog in front, when the main window has none of that
+// name. The rows of a list or a drop-down list, the first of which is then selected; one more row of a list,
+// which is selected if wanted; a progress bar from 0 to 100.
+bool isenabled(const std::string& control);
+bool ischosen(const std::string& control);
+void setrows(const std::string& control, const std::vector<std::string>& rows);
+void addrow(const std::string& control, const std::string& text, bool selected);
+void setprogress(const std::string& control, double percent);
+
 // A menu command whose state has changed.
 void showcommand(const menucommand& command);
 
@@ -111,6 +120,10 @@ void clippicture(); // the image of Picture1
 // not wait for either.
 void showregionsettings();
 void opendocument(const std::string& path);
+
+// Starts a command line in a normal window and does not wait for it. Raises filenotfound with a text that
+// names the program when it cannot be started.
+void startcommand(const std::string& commandline);
 
 // The decimal and group marks of the user's region.
 struct regionmarks {

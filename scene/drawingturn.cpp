@@ -1,6 +1,7 @@
 // The drawings that run, and what waits behind each.
 #include "scene/drawingturn.h"
 
+#include "maps/blankingeditor.h"
 #include "platform/platform.h"
 #include "response/raypathdisplay.h"
 #include "shell/sessionstate.h"
@@ -53,8 +54,11 @@ void taketurn(DrawSurface& surface, bool clearfirst, drawing wanted) {
             platform::pointer(platform::shape::normal);
         } else if (!wanted)
             surface.keep();
-        // Last of all and in no picture that is kept, since it comes and goes between drawings.
-        if (!wanted) drawmarkedpath(surface);
+        // Last of all and in no picture that is kept, since they come and go between drawings.
+        if (!wanted) {
+            drawmarkedpath(surface);
+            lineeditorredrawn(surface);
+        }
     }
 }
 

@@ -3,10 +3,14 @@
 
 #include "base/runtimeerror.h"
 #include "base/table.h"
+#include "export/wavexport.h"
 #include "interchange/interchangecommands.h"
+#include "maps/blanking.h"
+#include "maps/blankingeditor.h"
 #include "maps/mappingoptions.h"
 #include "maps/redrawview.h"
 #include "maps/rgbsettings.h"
+#include "maps/surfer.h"
 #include "platform/platform.h"
 #include "response/raypathdisplay.h"
 #include "response/responseplot.h"
@@ -54,13 +58,6 @@ void toggle() {
     checkcommand(name.text, !ischecked(name.text));
 }
 
-// Two entries, one setting.
-void toggleblanking() {
-    const bool shown = !ischecked("BLNview");
-    checkcommand("BLNview", shown);
-    checkcommand("Vbln", shown);
-}
-
 constexpr menutitle titles[] = {
     {"File", "&File"}, {"Edit", "&Edit"},   {"view", "Capture"}, {"CamOpt", "&View"}, {"tabl", "&Table"},
     {"Map", "&Map"},   {"BL", "&Blanking"}, {"Sur", "&Surfer"},  {"help", "&Help"},
@@ -82,7 +79,7 @@ constexpr menucommand startrows[] = {
     row("File", "OpenRes", "Open &Imp.Resp.+Geometry files...", OpenRes),
     row("File", "MapLoad", "Open &Imp.Resp. file only...", MapLoad, disabled),
     row("File", "importrayonresp", "Import &Rayons Response...", nullptr, hidden | disabled),
-    row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", nullptr, disabled),
+    row("File", "ExportWAV", "Export Imp.Resp. to &WAV...", ExportWAV, disabled),
     separator("File"),
     row("File", "SumEq", "Sum && Equalize", SumEq),
     row("File", "AlfaBetaOpt", "AlfaBeta Optimizer", AlfaBetaOpt),
@@ -117,7 +114,7 @@ constexpr menucommand startrows[] = {
     row("CamOpt", "Vroom", "&View Room", toggle<"Vroom">, hidden | ticked),
     row("CamOpt", "Vsource", "View &Sources", toggle<"Vsource">, hidden | ticked),
     row("CamOpt", "CamVrec", "View &Receivers", toggle<"CamVrec">, hidden | ticked),
-    row("CamOpt", "Vbln", "View &BLNs", toggleblanking, hidden | ticked),
+    row("CamOpt", "Vbln", "View &BLNs", BLNview, hidden | ticked),
     row("CamOpt", "Vaxes", "View &Axes", toggle<"Vaxes">, hidden | ticked),
     row("CamOpt", "Post", "&Post Values", toggle<"Post">, hidden | ticked),
     row("CamOpt", "Vrays", "View &Rays", toggle<"Vrays">, hidden | tickable),
@@ -159,24 +156,24 @@ constexpr menucommand startrows[] = {
     row("Map", "MapDoDither3D", "DoDither &3D...", MapDoDither3D, disabled),
     row("Map", "MapDoDither2D", "DoDither &2D...", MapDoDither2D, disabled),
     separator("Map"),
-    row("Map", "MapDoContour3D", "DoContour 3D...", nullptr, disabled),
-    row("Map", "MapDoContour2D", "DoContour 2D...", nullptr, disabled),
+    row("Map", "MapDoContour3D", "DoContour 3D...", MapDoContour3D, disabled),
+    row("Map", "MapDoContour2D", "DoContour 2D...", MapDoContour2D, disabled),
 
-    row("BL", "BLNnew", "&Clear", nullptr, disabled),
-    row("BL", "BLNload", "&Load...", nullptr),
-    row("BL", "BLNadd", "&Add Line...", nullptr, disabled),
+    row("BL", "BLNnew", "&Clear", BLNnew, disabled),
+    row("BL", "BLNload", "&Load...", BLNload),
+    row("BL", "BLNadd", "&Add Line...", BLNadd, disabled),
     row("BL", "BLNdel", "&Delete Line", nullptr, hidden | disabled),
-    row("BL", "BLNsave", "&Save...", nullptr, disabled),
-    row("BL", "BLNoptions", "&Options", nullptr),
+    row("BL", "BLNsave", "&Save...", BLNsave, disabled),
+    row("BL", "BLNoptions", "&Options", BLNoptions),
     separator("BL", hidden),
-    row("BL", "BLNview", "&View BLNs", toggleblanking, hidden | ticked),
+    row("BL", "BLNview", "&View BLNs", BLNview, hidden | ticked),
 
-    row("Sur", "SurfGrid", "&Grid...", nullptr),
-    row("Sur", "SurfTopo", "&Topo...", nullptr, hidden),
-    row("Sur", "SurfSurf", "&Surf...", nullptr, hidden),
-    row("Sur", "SurfPlot", "&Plot...", nullptr, hidden),
-    row("Sur", "SurfSetP", "&Set Plotter...", nullptr, hidden),
-    row("Sur", "SurfEnable", "Enable &Access (for expert Surfer users only)", nullptr, tickable),
+    row("Sur", "SurfGrid", "&Grid...", SurfGrid),
+    row("Sur", "SurfTopo", "&Topo...", SurfTopo, hidden),
+    row("Sur", "SurfSurf", "&Surf...", SurfSurf, hidden),
+    row("Sur", "SurfPlot", "&Plot...", SurfPlot, hidden),
+    row("Sur", "SurfSetP", "&Set Plotter...", SurfSetP, hidden),
+    row("Sur", "SurfEnable", "Enable &Access (for expert Surfer users only)", SurfEnable, tickable),
 
     row("help", "Hhelp", "&Help...", Hhelp),
     row("help", "HAbout", "&About...", HAbout),

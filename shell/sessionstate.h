@@ -119,6 +119,10 @@ struct sessionstate {
     std::int16_t schroederOn = 0;                  // -1 while the plot shows the decay curve
     bool pathsExist = false;
 
+    // Export
+    std::string fileRadix;             // what the names of WAV files are made of
+    std::int32_t requestedSamples = 0; // wanted length of a block
+
     // Speech transmission index; bands 125 Hz..8 kHz are 0..6
     std::int32_t backgroundNoiseFlag = 0, forceVoiceSplFlag = 0, equalizeSpectrumFlag = 0;
     double femaleModulation = 0; // of the last evaluation with noise

@@ -210,8 +210,12 @@ std::string datafile(const std::string& name) {
 }
 
 std::string sessionfile(const std::string& name) {
-    made.push_back(joinpath(joinpath(outputdirectory, "session"), name));
+    made.push_back(joinpath(sessiondirectory(), name));
     return made.back();
+}
+
+std::string sessiondirectory() {
+    return joinpath(outputdirectory, "session");
 }
 
 double processage() {

@@ -54,9 +54,10 @@ std::size_t picturesum();
 
 // --- Files ---
 
-// A file of the data directory, and one of the session that is left behind.
+// A file of the data directory, and one of the session that is left behind, in its directory.
 std::string datafile(const std::string& name);
 std::string sessionfile(const std::string& name);
+std::string sessiondirectory();
 
 // Milliseconds since the start of this process; 0 where the system does not tell.
 double processage();

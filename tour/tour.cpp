@@ -5,6 +5,7 @@
 #include "tour/guide.h"
 
 #include "base/files.h"
+#include "maps/blanking.h"
 #include "platform/qt/answers.h"
 #include "platform/qt/platformqt.h"
 #include "response/responseplot.h"
@@ -33,6 +34,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -201,6 +203,36 @@ void speechindex() {
     answers::expectbox("could have been changed", platform::answer::cancel);
     choose("STIopt");
     check(ParameterSet.STI(12, 11) < before, "noise has not lowered the index");
+}
+
+// --- Export to WAV ---
+
+// Exports receiver 12 in a format; the file lies in the session's directory. Its size is that of the whole
+// response at 48 kHz.
+void exportformat(QWidget& dialog, const char* label, std::uint64_t samples) {
+    auto& formats = *dialog.findChild<QComboBox*>("Outformat");
+    formats.setCurrentIndex(formats.findText(label));
+    QTest::mouseClick(dialog.findChild<QPushButton*>("StartExport"), Qt::LeftButton);
+    const std::string file = sessionfile("hall_01_" + std::string(label) + "_012.wav");
+    constexpr std::uint64_t headersize = 44, rate = 48000, seconds = 3;
+    check(canopen(file) && filesize(file) == headersize + 4 * samples * rate * seconds,
+          file + " is not as long as the response");
+}
+
+void exportwav() {
+    answers::expectwindow("WavExport", [](QWidget& dialog) {
+        dialog.findChild<QComboBox*>("RecNo")->setCurrentIndex(11);
+        auto& radix = *dialog.findChild<QLineEdit*>("FileRadix");
+        radix.selectAll();
+        QTest::keyClicks(&radix, QString::fromStdString(sessiondirectory() + "/hall.wav"));
+        exportformat(dialog, "1ch_Omni", 1);
+        exportformat(dialog, "2ch_Stereo", 2);
+        exportformat(dialog, "16ch_3rd_order_Ambisonics_(Ambix)", 16);
+        exportformat(dialog, "4x4_MIMO_Ambix1xAmbix1", 16);
+        picture("export-wav");
+        QTest::mouseClick(dialog.findChild<QPushButton*>("Command2"), Qt::LeftButton);
+    });
+    choose("ExportWAV");
 }
 
 // The second time the parameters alone can be taken, and the noise is that of the file again.
@@ -671,6 +703,116 @@ void panned() {
     SessionState.panX = SessionState.panY = 0;
 }
 
+// --- Contours and blanking lines ---
+
+std::string blankinglinefile;
+
+void clickboxto(QWidget& dialog, const char* box, bool ticked) {
+    if (dialog.findChild<QCheckBox*>(box)->isChecked() != ticked) clickin(dialog, box);
+}
+
+// Contours are offered only with the engine.
+void useengine(bool used) {
+    answers::expectwindow("MappingOptions", [=](QWidget& dialog) {
+        if (!used) clickboxto(dialog, "blanking", false);
+        clickboxto(dialog, "Surfer", used);
+        clickin(dialog, "Command1");
+    });
+    if (used) answers::expectbox("SURFER must be installed", platform::answer::ok);
+    choose("MapOptions");
+}
+
+// A gridded map by one of the methods.
+void drawgridded(const char* command, const char* kind, const char* method, const char* scheme,
+                 bool blanked) {
+    answers::expectwindow("MappingOptions", [=](QWidget& dialog) {
+        clickboxto(dialog, "blanking", blanked);
+        dialog.findChild<QComboBox*>("Interpol")->setCurrentText(method);
+        dialog.findChild<QComboBox*>("Colsch")->setCurrentText(scheme);
+        auto* const third = dialog.findChild<QLineEdit*>("Zvalue");
+        third->selectAll();
+        QTest::keyClicks(third, "1.2");
+        clickin(dialog, "Command1");
+    });
+    if (blanked && !SessionState.useBlanking) answers::expectfile("Load a Blanking File", blankinglinefile);
+    const std::size_t before = picturesum();
+    choose(command);
+    checkredrawn(before);
+    check(SessionState.mapKind == kind && SessionState.gridReady != 0, "there is no map from a grid");
+}
+
+void contoursinplan() {
+    useengine(true);
+    drawgridded("MapDoContour2D", "Contour", "Kriging", "Iris", false);
+    picture("contours-2d");
+    drawgridded("MapDoDither2D", "Dither", "Radial basis function", "Iris", false);
+}
+
+void clickpicture(double x, double y) {
+    const DrawSurface& surface = platform::picture();
+    const QPoint at(static_cast<int>(std::lround(surface.toDeviceX(x) / surface.scale)),
+                    static_cast<int>(std::lround(surface.toDeviceY(y) / surface.scale)));
+    QWidget& shown = *MainWindow->picturewidget;
+    QTest::mouseMove(&shown, at);
+    QTest::mouseEvent(QTest::MouseMove, &shown, Qt::NoButton, {}, at);
+    QTest::mouseClick(&shown, Qt::LeftButton, {}, at);
+}
+
+// A line on the half metre that is thrown away, then one that is kept and saved.
+void enterblankingline() {
+    const auto begin = [](bool outside, const char* picturename) {
+        answers::expectwindow("BLNopt", [=](QWidget& dialog) {
+            clickin(dialog, outside ? "BLNoutside" : "BLNinside");
+            clickboxto(dialog, "Snap", true);
+            auto* const size = dialog.findChild<QLineEdit*>("gridsize");
+            size->selectAll();
+            QTest::keyClicks(size, ".5");
+            if (picturename) picture(picturename);
+            clickin(dialog, "Command1");
+        });
+        choose("BLNadd");
+    };
+    begin(false, "blanking-options");
+    clickpicture(5.1, 5.1);
+    press(Qt::Key_Escape);
+    check(BlankingLines.blanklineCount == 0, "Escape has kept the line");
+    begin(true, nullptr);
+    for (const auto& [x, y] : {std::pair{8.1, -8.4}, {26.1, -8.4}, {32.1, -3.4}, {32.1, 3.6}, {26.1, 8.6}})
+        clickpicture(x, y);
+    picture("blanking-line");
+    clickpicture(8.1, 8.6);
+    clickpicture(8.1, -8.4);
+    check(BlankingLines.blanklinePoints(1) == 7 && BlankingLines.addingLine == 0, "the line is not closed");
+    blankinglinefile = sessionfile("stalls.bln");
+    answers::expectfile("Save a Blanking File", blankinglinefile);
+    choose("BLNsave");
+}
+
+void blankedmap() {
+    drawgridded("MapDoDither2D", "Dither", "Minimum curvature", "Iris", true);
+    picture("map-2d-blanked");
+    drawgridded("MapDoContour2D", "Contour", "Minimum curvature", "R-G-B", true);
+    picture("contours-2d-blanked");
+    useengine(false);
+    choose("BLNnew");
+    check(BlankingLines.blanklineCount == 0, "there still is a line");
+}
+
+void contoursinspace() {
+    useengine(true);
+    drawgridded("MapDoContour3D", "Contour", "Radial basis function", "Blue-Red", false);
+    picture("contours-3d");
+    useengine(false);
+}
+
+void surfermenu() {
+    choose("SurfEnable");
+    lookintomenu("Sur", "menu-surfer");
+    answers::expectbox("GRIDw.PIF", platform::answer::ok, [](QWidget&) { picture("surfer-missing"); });
+    choose("SurfGrid");
+    choose("SurfEnable");
+}
+
 constexpr step steps[] = {
     {"Start", start, "start"},
     {"The File menu", filemenu, ""},
@@ -681,6 +823,7 @@ constexpr step steps[] = {
     {"Table of all receivers at 125 Hz", roundrobin, ""},
     {"Speech index with noise", speechindex, ""},
     {"The impulse response and its decay", impulseresponse, ""},
+    {"Export to WAV in four formats", exportwav, ""},
     {"The parameters alone", parametersalone, ""},
     {"View YZ", sideview, "2d-yz"},
     {"View XZ", longview, "2d-xz"},
@@ -690,6 +833,10 @@ constexpr step steps[] = {
     {"Posted values: C80 at 1 kHz", posted, "2d-posted"},
     {"Map of C80 in plan", mapinplan, "map-2d"},
     {"Map of C80 in section", mapinsection, ""},
+    {"Contours of C80 in plan", contoursinplan, "map-2d-gridded"},
+    {"Enter a blanking line", enterblankingline, "blanking-line-closed"},
+    {"Map within a blanking line", blankedmap, ""},
+    {"The Surfer menu", surfermenu, ""},
     {"Zoom by focal length", zoom, "2d-zoom"},
     {"Draw 3D", spatial, "3d"},
     {"Focal length by its steps", focallength, "3d-wide"},
@@ -697,6 +844,7 @@ constexpr step steps[] = {
     {"Camera and target by their steps", cameraspun, "3d-steps"},
     {"Map of C80 in 3D", mapinspace, "map-3d"},
     {"Map of C80 across the hall", mapinspacesection, "map-3d-section"},
+    {"Contours of C80 in 3D", contoursinspace, ""},
     {"Save the room and read it back", saveroom, ""},
     {"Copy the picture", copypicture, ""},
     {"Print the picture to a file", print, ""},

@@ -10,14 +10,19 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
+#include <QComboBox>
 #include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMainWindow>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QScrollBar>
 #include <QStackedWidget>
+#include <QStringListModel>
 
 namespace orv::platform {
 
@@ -50,9 +55,17 @@ void refreshsoon() {
     QMetaObject::invokeMethod(window.form.get(), refresh, Qt::QueuedConnection);
 }
 
+// A control of the main window itself, else of the dialog in front, else of one that has just been closed.
 QWidget& controlof(const std::string& name) {
-    if (QWidget* found = MainWindow->form->findChild<QWidget*>(QString::fromStdString(name))) return *found;
-    throw runtimeerror{errorkind::subscript, "The main window has no control named \"" + name + "\"."};
+    QWidget* const dialog = QApplication::activeModalWidget();
+    QWidget* elsewhere = nullptr;
+    const auto controls = MainWindow->form->findChildren<QWidget*>(QString::fromStdString(name));
+    for (QWidget* found : controls) {
+        if (found->window() == MainWindow->form.get()) return *found;
+        if (!elsewhere || found->window() == dialog) elsewhere = found;
+    }
+    if (elsewhere) return *elsewhere;
+    throw runtimeerror{errorkind::subscript, "No window has a control named \"" + name + "\"."};
 }
 
 // Calls back with the control as what it is; nothing for one without a text.
@@ -123,8 +136,10 @@ void settext(const std::string& control, const std::string& text) {
 }
 
 std::string gettext(const std::string& control) {
+    QWidget& asked = controlof(control);
+    if (const auto* list = qobject_cast<QComboBox*>(&asked)) return coretext(list->currentText());
     std::string text;
-    withtext(controlof(control), [&](auto& shown) { text = coretext(shown.text()); });
+    withtext(asked, [&](auto& shown) { text = coretext(shown.text()); });
     return text;
 }
 
@@ -152,6 +167,41 @@ void setenabled(const std::string& control, bool enabled) {
 
 void setchosen(const std::string& control, bool chosen) {
     if (auto* button = qobject_cast<QAbstractButton*>(&controlof(control))) button->setChecked(chosen);
+}
+
+bool isenabled(const std::string& control) {
+    return controlof(control).isEnabled();
+}
+
+bool ischosen(const std::string& control) {
+    const auto* button = qobject_cast<QAbstractButton*>(&controlof(control));
+    return button && button->isChecked();
+}
+
+void setrows(const std::string& control, const std::vector<std::string>& rows) {
+    QStringList texts;
+    for (const std::string& row : rows) texts += qttext(row);
+    QWidget& shown = controlof(control);
+    if (auto* list = qobject_cast<QListWidget*>(&shown)) {
+        list->clear();
+        list->addItems(texts);
+        list->setCurrentRow(0);
+    } else if (auto* box = qobject_cast<QComboBox*>(&shown)) {
+        box->setModel(new QStringListModel(texts, box)); // quick also for 100000 rows
+        box->setCurrentIndex(0);
+    }
+}
+
+void addrow(const std::string& control, const std::string& text, bool selected) {
+    auto* list = qobject_cast<QListWidget*>(&controlof(control));
+    if (!list) return;
+    list->addItem(qttext(text));
+    if (selected) list->setCurrentRow(list->count() - 1);
+}
+
+void setprogress(const std::string& control, double percent) {
+    if (auto* bar = qobject_cast<QProgressBar*>(&controlof(control)))
+        bar->setValue(static_cast<int>(percent));
 }
 
 void showcommand(const menucommand& command) {

@@ -3,6 +3,8 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "export/exportdialog.h"
+#include "maps/blankingdialog.h"
 #include "maps/mappingoptionsdialog.h"
 #include "maps/rgbsettingsdialog.h"
 #include "platform/platform.h"
@@ -68,8 +70,10 @@ struct namedwindow {
 };
 constexpr namedwindow namedwindows[] = {
     {"About", showabout},
+    {"BLN Options", showblankingoptions},
     {responsewindowname, showresponsewindow},
     {"Alfa-Beta Optimizer", showoptimizerwindow},
+    {"Export to WAV", showexportdialog},
     {"Mapping Options", showmappingoptions},
     {"RGB Settings", showrgbsettings},
     {"STI Options", showstidialog},
@@ -419,6 +423,13 @@ void opendocument(const std::string& path) {
 #endif
     messagebox("Help", "No program was found that opens " + pagetext(path) + ".", buttons::ok,
                icon::information, answer::ok);
+}
+
+void startcommand(const std::string& commandline) {
+    QStringList words = QProcess::splitCommand(qttext(commandline));
+    const QString program = words.isEmpty() ? QString() : words.takeFirst();
+    if (!QProcess::startDetached(program, words))
+        throw runtimeerror{errorkind::filenotfound, program.toStdString() + " cannot be started."};
 }
 
 regionmarks userregion() {

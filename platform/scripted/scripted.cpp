@@ -1,6 +1,7 @@
 // The scripted double of the window system.
 #include "platform/scripted/scripted.h"
 
+#include "base/numbertext.h"
 #include "base/runtimeerror.h"
 #include "shell/menucommands.h"
 
@@ -43,6 +44,7 @@ struct state {
     std::int64_t yields = 0;
     std::map<std::string, std::string> texts;
     std::map<std::string, bool> visible, enabled, chosen;
+    std::map<std::string, std::vector<std::string>> rows;
     std::map<std::string, std::string> commands; // the last line of each
     std::string status[2], title;
     std::vector<std::string> log;
@@ -54,6 +56,7 @@ struct state {
     std::uint64_t memory = std::uint64_t{8} << 30;
     std::string programdirectory = ".";
     int loglines = 40;
+    bool programs = true;
 };
 
 state now;
@@ -237,6 +240,10 @@ bool ischosen(const std::string& control) {
     return valueof(now.chosen, control, false);
 }
 
+const std::vector<std::string>& rowsof(const std::string& control) {
+    return now.rows[control];
+}
+
 std::string statustext(int panel) {
     return panel == 1 || panel == 2 ? now.status[panel - 1] : std::string();
 }
@@ -267,6 +274,10 @@ void setregion(platform::regionmarks marks) {
 
 void setmemory(std::uint64_t bytes) {
     now.memory = bytes;
+}
+
+void setprograms(bool there) {
+    now.programs = there;
 }
 
 void setprogramdirectory(std::string directory) {
@@ -458,6 +469,29 @@ void setchosen(const std::string& control, bool chosen) {
     now.chosen[control] = chosen;
 }
 
+bool isenabled(const std::string& control) {
+    return scripted::isenabled(control);
+}
+
+bool ischosen(const std::string& control) {
+    return scripted::ischosen(control);
+}
+
+void setrows(const std::string& control, const std::vector<std::string>& rows) {
+    note("rows " + control + " " + std::to_string(rows.size()));
+    now.rows[control] = rows;
+    now.texts[control] = rows.empty() ? std::string() : rows.front();
+}
+
+void addrow(const std::string& control, const std::string& text, bool selected) {
+    note("row " + control + (selected ? " selected|" : "|") + text);
+    now.rows[control].push_back(text);
+}
+
+void setprogress(const std::string& control, double percent) {
+    if (recording) note("progress " + control + numbertext(percent));
+}
+
 void showcommand(const menucommand& row) {
     const std::string name(row.name);
     std::string line = "command " + name + (row.enabled ? " enabled" : " disabled") +
@@ -483,6 +517,13 @@ void showregionsettings() {
 
 void opendocument(const std::string& path) {
     note("document|" + path);
+}
+
+void startcommand(const std::string& commandline) {
+    note("start|" + commandline);
+    if (!now.programs)
+        throw runtimeerror{errorkind::filenotfound,
+                           commandline.substr(0, commandline.find(' ')) + " cannot be started."};
 }
 
 regionmarks userregion() {

@@ -10,9 +10,11 @@
 //     About yield   beep   close   halt 1       pointer wait status 1|TEXT   title|TEXT   background 12632256
 //     clearlog   log|TEXT
 //     text CamX|-10   visible Frame1 0    enabled Redisplay 1   chosen XY 1
+//     rows RecNo 31   row List1|TEXT      row List1 selected|TEXT
+//     progress ProgressBar1 12.5
 //     command Redraw enabled|disabled     then " checked" and " hidden" where they hold;
 //                                         by the rules, and only when that differs from the line before
-//     cliptext|TEXT   clippicture         regionsettings   document|PATH
+//     cliptext|TEXT   clippicture         regionsettings   document|PATH   start|COMMAND
 #pragma once
 
 #include "platform/platform.h"
@@ -83,7 +85,8 @@ std::int64_t yieldcount();
 
 bool isenabled(const std::string& control); // true until set
 bool ischosen(const std::string& control);  // false until set
-std::string statustext(int panel);          // kept while calls are recorded, as the two below
+const std::vector<std::string>& rowsof(const std::string& control);
+std::string statustext(int panel); // kept while calls are recorded, as the two below
 std::string title();
 const std::vector<std::string>& logtext(); // the lines since the last clearlog
 platform::shape pointershape();
@@ -95,6 +98,7 @@ void setpicture(DrawSurface* surface);       // not owned; null at first, and as
 void setregion(platform::regionmarks marks); // "." and "," at first
 void setmemory(std::uint64_t bytes);         // 8 GiB at first
 void setprogramdirectory(std::string directory); // "." at first
+void setprograms(bool there);                    // whether a command line finds its program; yes at first
 void setloglines(int lines);                     // lines that fill the window with the log, 40 at first
 
 // What platform::halt throws here; no runtimeerror, so that no trap of the program stops it.

@@ -1,0 +1,162 @@
+// Contour maps: what the reader of contour files takes for a line and its colour, the order of the drawing,
+// and the two commands from receivers to lines.
+#include "maps/contourmaps.h"
+
+#include "maps/levelfile.h"
+#include "maps/redrawview.h"
+#include "maps/surfer.h"
+#include "tests/failures.h"
+#include "tests/testsupport.h"
+
+namespace orv {
+namespace {
+
+using lines = std::vector<std::string>;
+
+struct contourtest : sessiontest {
+    contourtest() {
+        sessionstate& s = SessionState;
+        s.resultFileName = inside("hall._01");
+        s.parameterName = "Leq";
+        s.parameterSource = 1;
+        s.bandIndex = 12;
+        s.focalLength = 0.05F;
+        s.Nx = s.Ny = 20;
+        s.minLevel = 60;
+        s.maxLevel = 76;
+        s.surferMethod = 3;
+        s.colourSchemeIndex = 1;
+        s.useSurfer = true;
+        s.gridReady = s.contourReady = -1;
+        for (const char* layer : {"Vroom", "Vsource", "CamVrec", "Vaxes", "Post", "Vbln", "BLNview"})
+            checkcommand(layer, false);
+        extendbox(0, 0, 0);
+        extendbox(20, 10, 5);
+        RoomModel.receiverCount = 4;
+        for (std::int32_t i = 1; i <= 4; ++i) {
+            RoomModel.receiverX(i) = i % 2 == 0 ? 20.0F : 0.0F;
+            RoomModel.receiverY(i) = i > 2 ? 10.0F : 0.0F;
+            ParameterSet.Leq(i, 12) = i % 2 == 0 ? 76.0F : 60.0F; // .8 dB per m along x
+        }
+    }
+
+    // The lines, and plots if any, that the entities of a file draw.
+    lines drawn(const std::string& entities, const std::string& before = "") {
+        writetext(contourfilename(), before + "0\nSECTION\n2\nENTITIES\n" + entities);
+        picture.lines.clear();
+        drawcontour2d(picture.surface);
+        lines found;
+        for (const std::string& line : picture.lines)
+            if (line.starts_with("line") || line.starts_with("plot")) found.push_back(line);
+        return found;
+    }
+};
+
+std::string colour(int level) {
+    const int c = 16 * level + 8;
+    char text[32];
+    std::snprintf(text, sizeof text, " %02X00%02X width 2", c, 255 - c);
+    return text;
+}
+
+TEST_F(contourtest, LightPolylinesEndAtTheirCount) {
+    const std::string head = "0\nLWPOLYLINE\n5\n1A\n8\n0\n62\n5\n100\nAcDbPolyline\n";
+    EXPECT_EQ(drawn(head + "90\n2\n70\n1\n10\n1\n20\n1\n10\n3\n20\n1\n10\n9\n20\n9\n0\nENDSEC\n"),
+              (lines{"line 1 1 3 1" + colour(3)}));
+    // A count that is passed by its step, or none at all: on to the end of the file, through other entities.
+    EXPECT_EQ(drawn(head + "10\n1\n20\n1\n90\n1\n10\n2\n20\n1\n10\n3\n20\n3\n0\nENDSEC\n"), lines{});
+    EXPECT_EQ(drawn(head + "10\n1\n20\n1\n0\nENDSEC\n10\n2\n20\n2\n").size(), 1U);
+    EXPECT_EQ(drawn(head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3").size(), 1U); // cut within a point
+}
+
+TEST_F(contourtest, OldPolylinesBeginAtThePointOfTheirHeader) {
+    EXPECT_EQ(
+        drawn("0\nPOLYLINE\n62\n1\n10\n0\n20\n0\n0\nVERTEX\n10\n2\n20\n1\n0\nVERTEX\n62\n5\n10\n3\n20\n2\n"
+              "0\nSEQEND\n0\nVERTEX\n10\n9\n20\n9\n0\nENDSEC\n"),
+        (lines{"line 0 0 2 1" + colour(15), "line 2 1 3 2" + colour(15)}));
+}
+
+TEST_F(contourtest, ColoursComeFromTheLastCode62OfAll) {
+    const std::string line = "100\nAcDbPolyline\n90\n2\n10\n1\n20\n1\n10\n3\n20\n1\n";
+    for (int level = 0; level < levelcount; ++level) {
+        const std::string number = std::to_string(levelcolours[static_cast<std::size_t>(level)].number);
+        EXPECT_EQ(drawn(line, "0\nSECTION\n2\nTABLES\n62\n" + number + "\n0\nENDSEC\n"),
+                  (lines{"line 1 1 3 1" + colour(level)}));
+    }
+    EXPECT_EQ(drawn("62\n7\n" + line), (lines{"line 1 1 3 1 000000 width 2"})); // of no level
+    EXPECT_EQ(drawn(line), (lines{"line 1 1 3 1 000000 width 2"})); // 0, which each map begins with
+    EXPECT_TRUE(drawn("62\n256\n0\nLINE\n10\n1\n20\n1\n0\nENDSEC\n").empty()); // never looked up
+    EXPECT_EQ(kindof([&] { drawn("62\n256\n" + line); }), errorkind::subscript);
+    EXPECT_EQ(kindof([&] { drawn("62\n-1\n" + line); }), errorkind::subscript);
+    EXPECT_EQ(kindof([&] { drawn("word\n"); }), errorkind::typemismatch);
+    EXPECT_TRUE(drawn("0\nacdbpolyline\n100\nACDBPOLYLINE\n10\n1\n20\n1\n10\n2\n20\n2\n").empty());
+}
+
+TEST_F(contourtest, SchemesOfOneColourHaveNoScale) {
+    const std::string line = "62\n5\n100\nAcDbPolyline\n90\n2\n10\n1\n20\n1\n10\n3\n20\n1\n0\nENDSEC\n";
+    for (const auto& [scheme, expected] : {std::pair{3.0F, "000080"}, {4.0F, "000000"}}) {
+        SessionState.colourSchemeIndex = scheme;
+        EXPECT_EQ(drawn(line), (lines{std::string("line 1 1 3 1 ") + expected + " width 2"}));
+        EXPECT_EQ(std::count_if(picture.lines.begin(), picture.lines.end(),
+                                [](const std::string& drawing) { return drawing.starts_with("filledbox"); }),
+                  0);
+    }
+    const contourpalette palette = makecontourpalette();
+    EXPECT_EQ(palette[0], 0);
+    EXPECT_EQ(palette[7], 0);
+    SessionState.colourSchemeIndex = 1;
+    EXPECT_EQ(makecontourpalette()[263], rgb(255, 0, 0));
+}
+
+TEST_F(contourtest, CommandsGridContourAndDraw) {
+    SessionState.gridReady = SessionState.contourReady = 0;
+    for (const char* name : {"MapDoContour2D", "MapDoContour3D"}) enablecommand(name, true);
+    scripted::expectwindow("Mapping Options");
+    runcommand("MapDoContour2D");
+    EXPECT_EQ(SessionState.mapKind, "Contour");
+    EXPECT_EQ(SessionState.contourReady, -1);
+    EXPECT_EQ(scripted::statustext(2), "");
+    // Levels 61 .. 75 stand a metre and a quarter apart.
+    lines found;
+    for (const std::string& line : picture.lines)
+        if (line.starts_with("line 5 ") || line.starts_with("line 18.7")) found.push_back(line);
+    ASSERT_FALSE(found.empty());
+    EXPECT_NE(found.front().find(colour(4)), std::string::npos);
+    EXPECT_NE(found.back().find(colour(15)), std::string::npos);
+
+    // A redraw reads the file again, in 3D too; without it there is a reason and the plain scene.
+    SessionState.cameraX = 10, SessionState.cameraY = -30, SessionState.cameraZ = 20;
+    SessionState.targetX = 10, SessionState.targetY = 5;
+    platform::setvisible("Frame1", true);
+    picture.lines.clear();
+    redrawview(picture.surface);
+    EXPECT_GT(std::count_if(picture.lines.begin(), picture.lines.end(),
+                            [](const std::string& line) { return line.ends_with(" width 2"); }),
+              100);
+    EXPECT_EQ(picture.surface.drawWidth, 2);
+    std::filesystem::remove(contourfilename());
+    scripted::expectbox("orvanta.dxf", platform::answer::ok);
+    redrawview(picture.surface);
+    SessionState.maxLevel = SessionState.minLevel;
+    scripted::expectbox("the same", platform::answer::ok);
+    redrawview(picture.surface);
+}
+
+TEST_F(contourtest, RealContourFilesAreDrawn) {
+    const std::string folder = std::string(REAL_FILES) + "/dxf/";
+    if (!canopen(folder + "usa_lwpolylines.dxf")) GTEST_SKIP();
+    RoomModel.roomMinX = RoomModel.roomMinY = -1e6F;
+    RoomModel.roomMaxX = RoomModel.roomMaxY = 1e6F;
+    const auto count = [&](const char* name) {
+        writetext(contourfilename(), readtext(folder + name));
+        picture.lines.clear();
+        drawcontour2d(picture.surface);
+        return std::count_if(picture.lines.begin(), picture.lines.end(),
+                             [](const std::string& line) { return line.starts_with("line"); });
+    };
+    EXPECT_EQ(count("gdal_contour_16colours_lwpolyline.dxf"), 423 - 40);
+    EXPECT_EQ(count("usa_lwpolylines.dxf"), 5650 - 59);
+}
+
+} // namespace
+} // namespace orv
