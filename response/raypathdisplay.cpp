@@ -14,7 +14,9 @@
 #include "shell/sessionstate.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace orv {
 
@@ -36,6 +38,21 @@ void eachcorner(const raypath& path, std::int32_t receiver, step&& visit) {
     if (path.pointCount >= 0) visit(receiverpoint(receiver), 0);
 }
 
+// A path as it is drawn, in window coordinates.
+struct drawnpath {
+    struct stroke {
+        picturepoint from, to;
+        double width; // pixels
+    };
+    std::int32_t colour;
+    picturepoint source;
+    std::vector<stroke> strokes;
+};
+
+// The one that is on the main picture now. It goes by being drawn once more, whatever has become of view,
+// colour and room since.
+std::optional<drawnpath> onpicture;
+
 bool isdrawable(const raypath& path) {
     if (slotofpath(path) < 0 || path.source < 1 || path.source > RoomModel.sourceCount) return false;
     for (std::int32_t j = 1; j <= path.pointCount; ++j)
@@ -45,20 +62,43 @@ bool isdrawable(const raypath& path) {
     return true;
 }
 
-void outlineface(DrawSurface& surface, std::int32_t face) {
+void outlineface(drawnpath& into, std::int32_t face) {
     const int n = RoomModel.faceVertexCount(face);
-    surface.setDrawWidth(facewidth);
-    for (int k = 1; k <= n; ++k) {
-        const picturepoint p = projected(facepoint(face, k)),
-                           q = projected(facepoint(face, k < n ? k + 1 : 1));
-        surface.line(p.x, p.y, q.x, q.y, SessionState.colourRays);
-    }
-    surface.setDrawWidth(1);
+    for (int k = 1; k <= n; ++k)
+        into.strokes.push_back(
+            {projected(facepoint(face, k)), projected(facepoint(face, k < n ? k + 1 : 1)), facewidth});
 }
 
-// On the main picture, between drawings; a running one draws the marked path at its end.
-void drawonpicture(std::int32_t path, std::int32_t receiver) {
-    if (!drawingruns()) drawpath(platform::picture(), path, receiver);
+// A path in the present view; none for one that is not drawn.
+std::optional<drawnpath> placedpath(std::int32_t path, std::int32_t receiver) {
+    const raypath* const found = findpath(receiver, path);
+    if (!found || !isdrawable(*found)) return std::nullopt;
+    const bool solid = platform::isvisible("Frame1");
+    const auto place = [solid](const modelpoint& p) { return solid ? projected(p) : inplane(p); };
+    picturepoint last = place(sourcepoint(found->source));
+    drawnpath placed{SessionState.colourRays, last, {}};
+    eachcorner(*found, receiver, [&](const modelpoint& corner, std::int32_t face) {
+        const picturepoint next = place(corner);
+        placed.strokes.push_back({last, next, 1});
+        if (solid && face > 0) outlineface(placed, face);
+        last = next;
+    });
+    return placed;
+}
+
+void draw(DrawSurface& surface, const std::optional<drawnpath>& path) {
+    if (!path) return;
+    surface.setDrawMode(drawmodeinversexor);
+    surface.setDrawStyle(drawstyle::solid);
+    surface.setForeColor(path->colour);
+    surface.setDrawWidth(1);
+    surface.plot(path->source.x, path->source.y);
+    for (const drawnpath::stroke& stroke : path->strokes) {
+        surface.setDrawWidth(stroke.width);
+        surface.line(stroke.from.x, stroke.from.y, stroke.to.x, stroke.to.y, path->colour);
+    }
+    surface.setDrawWidth(1);
+    surface.setDrawMode(drawmodecopy);
 }
 
 void showpaths() {
@@ -100,33 +140,24 @@ std::int32_t nearpath(double time) {
 }
 
 void drawpath(DrawSurface& surface, std::int32_t path, std::int32_t receiver) {
-    const raypath* const drawn = findpath(receiver, path);
-    if (!drawn || !isdrawable(*drawn)) return;
-    const bool solid = platform::isvisible("Frame1");
-    const auto place = [solid](const modelpoint& p) { return solid ? projected(p) : inplane(p); };
-    surface.setDrawMode(drawmodeinversexor);
-    surface.setDrawStyle(drawstyle::solid);
-    surface.setForeColor(SessionState.colourRays);
-    picturepoint last = place(sourcepoint(drawn->source));
-    surface.plot(last.x, last.y);
-    eachcorner(*drawn, receiver, [&](const modelpoint& corner, std::int32_t face) {
-        const picturepoint next = place(corner);
-        surface.line(last.x, last.y, next.x, next.y, SessionState.colourRays);
-        if (solid && face > 0) outlineface(surface, face);
-        last = next;
-    });
-    surface.setDrawMode(drawmodecopy);
+    draw(surface, placedpath(path, receiver));
 }
 
 void markpath(std::int32_t path, std::int32_t receiver) {
-    if (SessionState.markedPath > 0) drawonpicture(SessionState.markedPath, receiver);
     SessionState.markedPath = path;
-    if (path > 0) drawonpicture(path, receiver);
+    DrawSurface& picture = platform::picture();
+    if (drawingruns(picture)) return; // which draws the marked path at its end
+    draw(picture, onpicture);
+    onpicture = placedpath(path, receiver);
+    draw(picture, onpicture);
 }
 
 void drawmarkedpath(DrawSurface& surface) {
+    std::optional<drawnpath> marked;
     if (raypathsshown())
-        drawpath(surface, SessionState.markedPath, std::max(1, ResponseLevels.shownReceiver));
+        marked = placedpath(SessionState.markedPath, std::max(1, ResponseLevels.shownReceiver));
+    draw(surface, marked);
+    if (&surface == &platform::picture()) onpicture = std::move(marked);
 }
 
 } // namespace orv

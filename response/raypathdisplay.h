@@ -27,8 +27,8 @@ std::int32_t nearpath(double time);
 // behind the response, and one whose source or a face is none of the room's.
 void drawpath(DrawSurface& surface, std::int32_t path, std::int32_t receiver);
 
-// Removes the marked path from the main picture, if there is one, and marks and draws another; 0 for none.
-// `receiver` is the one that the path belongs to.
+// Removes the marked path from the main picture, if there is one, and marks and draws another, path 0 for
+// none. A drawing that runs there draws it at its end.
 void markpath(std::int32_t path, std::int32_t receiver);
 
 // The marked path on a picture that has just been drawn.

@@ -19,7 +19,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace orv {
 
@@ -63,11 +62,10 @@ double nearestslot(double time) {
     return Int(time / step() + 0.5);
 }
 
-// The slot that levels are read at: nearest, halves to even.
+// The slot that levels are read at: nearest, halves to even; the one behind the last for all later times.
 std::int64_t slotat(double time) {
     const double slot = std::nearbyint(time / step());
-    return slot >= 0 && slot <= std::numeric_limits<std::int32_t>::max() ? static_cast<std::int64_t>(slot)
-                                                                         : -1;
+    return slot >= 0 ? static_cast<std::int64_t>(std::min(slot, ResultSet.lastSlot + 1.0)) : -1;
 }
 
 void redraw() {
@@ -86,7 +84,7 @@ template <class drawing>
 void toggle(plotmark& mark, drawing draw) {
     mark.drawn = !mark.drawn;
     DrawSurface* const surface = ResponsePlot.surface;
-    if (!surface) return;
+    if (!surface || surface->defaultWindow) return; // there is no plot: one of a single slot has no width
     surface->setDrawMode(drawmodexor);
     surface->setFillStyle(fillstyle::transparent);
     draw(*surface, mark);
@@ -365,11 +363,9 @@ void impulsedraw(double t1, double t2) {
     const responseplot& p = ResponsePlot;
     const std::int32_t receiver = std::max(p.RecNo, 0), band = std::max(p.FreqNo, 0) + 1;
     const bool paths = raypathsshown();
-    const std::int32_t former = ResponseLevels.shownReceiver;
-    const std::int32_t marked = SessionState.markedPath;
     const bool fresh = computelevels(receiver, band, paths);
-    if (fresh && paths) {
-        if (marked > 0) markpath(0, former);
+    // Kept levels do not keep the path: the window's end has unmarked it.
+    if (paths && (fresh || SessionState.selectedPath == 0)) {
         SessionState.selectedPath = std::min(1, ResponseLevels.pathCount);
         markpath(SessionState.selectedPath, receiver);
     }

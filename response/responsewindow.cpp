@@ -31,6 +31,7 @@ namespace {
 constexpr const char* widestvalue = "-888.88 dB";
 constexpr int cellpadding = 8;   // pixels
 constexpr int numberlength = 10; // characters that the lists have room for
+constexpr int lowheight = 400;   // pixels, beside the scene
 constexpr const char* curveshown = "background: white; color: black; border: 1px solid #808080; "
                                    "padding: 2px; text-align: right";
 constexpr const char* curvehidden =
@@ -209,8 +210,11 @@ void connectwindow() {
     shown->picture.changed = [plotwidget = form.Picture1] { plotwidget->update(); };
 }
 
-void placewindow() {
+// In the middle of the screen; small where the scene behind it is worked with too.
+void placewindow(bool modal) {
     QDialog& dialog = *shown->dialog;
+    dialog.layout()->activate();
+    if (!modal) dialog.resize(dialog.minimumWidth(), lowheight);
     const QRect screen = MainWindow->form->screen()->availableGeometry();
     const QPoint corner = screen.center() - dialog.rect().center();
     dialog.move(std::max(corner.x(), screen.left()), std::max(corner.y(), screen.top()));
@@ -240,7 +244,7 @@ void showresponsewindow(bool modal) {
     connectlists();
     sizereadouts();
     connectwindow();
-    placewindow();
+    placewindow(modal);
     openplotnow();
     shown->form.RecNo->setFocus();
     if (modal)

@@ -6,6 +6,7 @@
 #include "response/raypathdisplay.h"
 #include "shell/sessionstate.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace orv {
@@ -23,6 +24,11 @@ std::vector<runningdrawing> running;
 
 bool drawingruns() {
     return !running.empty();
+}
+
+bool drawingruns(const DrawSurface& surface) {
+    return std::any_of(running.begin(), running.end(),
+                       [&](const runningdrawing& each) { return each.surface == &surface; });
 }
 
 void taketurn(DrawSurface& surface, bool clearfirst, drawing wanted) {

@@ -16,7 +16,8 @@ using drawing = bool (*)(DrawSurface& surface, bool clearfirst);
 // one waits and the call returns at once. What the drawing raises passes on.
 void taketurn(DrawSurface& surface, bool clearfirst, drawing wanted);
 
-// Whether a drawing runs now.
+// Whether a drawing runs now: any, or one on this surface.
 bool drawingruns();
+bool drawingruns(const DrawSurface& surface);
 
 } // namespace orv

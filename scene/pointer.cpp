@@ -28,6 +28,8 @@ constexpr double axislength = 1.3; // to the room's maxima
 
 struct picturedrag {
     bool dragging = false;
+    bool orbiting =
+        false; // the camera's start is known; not for a right button that went down in another view
     double startX = 0, startY = 0;
     double lastX = 0, lastY = 0; // the band's end
     double orbitRadius = 0, orbitAzimuth = 0, orbitElevation = 0;
@@ -38,11 +40,20 @@ double wide(float value) {
     return static_cast<double>(value);
 }
 
+// A drawing lets the pointer in while its own pen may be wide.
+struct thinpen {
+    DrawSurface& picture;
+    const double former = picture.drawWidth;
+    explicit thinpen(DrawSurface& surface) : picture(surface) { picture.setDrawWidth(1); }
+    ~thinpen() { picture.setDrawWidth(former); }
+};
+
 bool solidview() {
     return platform::isvisible("Frame1");
 }
 
 void drawaxes(DrawSurface& surface) {
+    const thinpen thin(surface);
     const roommodel& r = RoomModel;
     const struct {
         modelpoint end;
@@ -61,6 +72,7 @@ void drawaxes(DrawSurface& surface) {
 
 void startorbit() {
     readcameraposition();
+    drag.orbiting = true;
     const sessionstate& s = SessionState;
     const double dx = wide(s.cameraX) - wide(s.targetX), dy = wide(s.cameraY) - wide(s.targetY);
     const double dz = wide(s.cameraZ) - wide(s.targetZ);
@@ -100,6 +112,7 @@ void orbitto(double x, double y) {
 
 void stretchband(double x, double y) {
     DrawSurface& picture = platform::picture();
+    const thinpen thin(picture);
     picture.setDrawStyle(drawstyle::dotted);
     picture.setDrawMode(drawmodexor);
     picture.line(drag.startX, drag.startY, drag.lastX, drag.lastY, QBColor(11));
@@ -131,7 +144,7 @@ void picturemove(pointerbuttons held, double x, double y) {
         platform::pointer(platform::shape::sizeall);
         platform::statustext(1, std::string(solidview() ? panhint3d : panhint2d));
     }
-    if (solidview() && held.right)
+    if (drag.orbiting && solidview() && held.right)
         orbitto(x, y);
     else
         stretchband(x, y);
@@ -142,7 +155,7 @@ void picturerelease(pointerbuttons released, double x, double y) {
     DrawSurface& picture = platform::picture();
     const double dx = (x - drag.startX) / picture.windowWidth();
     const double dy = (y - drag.startY) / picture.windowHeight();
-    drag.dragging = false;
+    drag.dragging = drag.orbiting = false;
     if (!(solidview() && released.right)) {
         SessionState.panX = static_cast<float>(wide(SessionState.panX) - dx);
         SessionState.panY = static_cast<float>(wide(SessionState.panY) - dy);

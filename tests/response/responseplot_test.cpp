@@ -337,6 +337,13 @@ TEST_F(scenepaths, theMarkedPathIsOnThePictureOnce) {
     EXPECT_TRUE(isenabled("ViewImpulse"));
     EXPECT_EQ(SessionState.markedPath, 0);
     EXPECT_EQ(scripted::pointershape(), platform::shape::sizeall);
+    showpaths(); // with the levels kept
+    EXPECT_EQ(SessionState.markedPath, 1);
+    EXPECT_EQ(count(), 3);
+    SessionState.viewPlane = planechoice::YZ; // what the next drawing is to show
+    SessionState.colourRays = rgb(0, 0, 255);
+    presskey(plotright, "");
+    EXPECT_EQ(count(), 4) << "a path goes as it was drawn";
 }
 
 } // namespace

@@ -53,6 +53,13 @@ TEST_F(pointertest, aDragMovesThePictureByItself) {
         EXPECT_EQ(bands, 4);
         draw2dview(picture.surface, true);
     }
+    picture.surface.setDrawWidth(9); // of a map that is being drawn
+    picturepress(left, 0, 0);
+    picture.lines.clear();
+    picturemove(left, 1, 1);
+    EXPECT_EQ(picture.lines.back(), "line 0 0 1 1 00FFFF dotted mode 7");
+    EXPECT_EQ(picture.surface.drawWidth, 9);
+    picturerelease(left, 0, 0);
     picture.lines.clear();
     picturerelease(left, 0, 0); // no press went before
     picturemove({}, 5, 5);
@@ -81,6 +88,13 @@ TEST_F(pointertest, anOrbitTurnsTheCameraAboutItsTarget) {
     picturerelease(right, 0, 0);
     EXPECT_EQ(s.panX, 0.0F);
     EXPECT_GT(picture.lines.size(), 12U) << "the scene is back";
+    draw2dview(picture.surface, true);
+    picturepress(right, 0, 0);
+    draw3dview(picture.surface, true); // by a key, with the button held
+    const float camera = s.cameraX;
+    picturemove(right, 1, 1);
+    EXPECT_EQ(s.cameraX, camera) << "no orbit has begun";
+    picturerelease(right, 1, 1);
     // A camera on its target has nowhere to turn; the program goes on.
     for (const char* field : {"CamX", "CamY", "CamZ"}) platform::settext(field, "0");
     drag(right, 0.1, 0.1);
