@@ -9,6 +9,7 @@
 #include "interchange/nastranreader.h"
 #include "interchange/rayons.h"
 #include "platform/platform.h"
+#include "response/responseplot.h"
 #include "results/speechindex.h"
 #include "shell/filejob.h"
 #include "shell/menucommands.h"
@@ -29,6 +30,7 @@ constexpr std::string_view resultcommands[] = {
 
 // The loaded result counts as gone, until another one is loaded.
 void forgetresult() {
+    forgetresponse(); // a window with its ray paths may be open
     SessionState.parameterSource = 0;
     SessionState.resultFileName.clear();
     for (const std::string_view name : resultcommands) enablecommand(name, false);
