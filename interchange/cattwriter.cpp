@@ -176,7 +176,8 @@ std::vector<std::int16_t> usedmaterials() {
 bandvalues percentages(const bandtable& table, int row) {
     bandvalues values{};
     for (int band = firstband; band <= lastband; ++band)
-        values[static_cast<std::size_t>(band - firstband)] = table(row, band) * 100.0F; // in single precision
+        values[static_cast<std::size_t>(band - firstband)] =
+            single(100 * static_cast<double>(table(row, band))); // the product in single precision
     return values;
 }
 

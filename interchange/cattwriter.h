@@ -15,8 +15,8 @@ namespace orv {
 //
 // Reads the material table anew. Progress goes to the status panels, where the last text stays. Raises what
 // loadmaterials and readsourcefile raise, subscript for a 101st material in use and for a material outside
-// the table, all before a file is touched, and fileaccess when it cannot be written; a file of that name then
-// keeps its old contents.
+// the table, overflow for a level or percentage that no single holds, all before a file is touched, and
+// fileaccess when it cannot be written; a file of that name then keeps its old contents.
 void savecatt(const std::string& name);
 
 // Sets `result` to -1 if the file exists and to 0 otherwise.

@@ -30,7 +30,7 @@ constexpr std::string_view resultcommands[] = {
 
 // The loaded result counts as gone, until another one is loaded.
 void forgetresult() {
-    forgetresponse();
+    forgetresponse(); // a window with its ray paths may be open
     SessionState.parameterSource = 0;
     SessionState.resultFileName.clear();
     for (const std::string_view name : resultcommands) enablecommand(name, false);

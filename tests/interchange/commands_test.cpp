@@ -3,6 +3,7 @@
 #include "tests/testsupport.h"
 
 #include "interchange/interchangecommands.h"
+#include "response/responseplot.h"
 
 using namespace orv;
 
@@ -73,8 +74,11 @@ TEST_F(exchange, ALoadedResultIsGoneBehindAMesh) {
     EXPECT_EQ(kindof(ImportNastran), errorkind::filenotfound);
     EXPECT_TRUE(loaded());
     EXPECT_TRUE(orv::isenabled("MapDoDither3D"));
+    ResponsePlot.surface = &picture.surface; // its ray paths are being looked at
     scripted::expectopen(inside("hall.v2.nas"));
     ImportNastran();
+    ResponsePlot.surface = nullptr;
+    EXPECT_TRUE(scripted::called("closewindow " + std::string(responsewindowname)));
     EXPECT_EQ(ResultSet.lastSlot, 40);
     EXPECT_FALSE(loaded());
     EXPECT_EQ(SessionState.resultFileName, "");
