@@ -13,6 +13,7 @@
 #include "export/filterbank.h"
 
 #include "base/files.h"
+#include "base/runtimeerror.h"
 #include "platform/platform.h"
 
 #include <algorithm>
@@ -37,6 +38,17 @@ int shortat(std::string_view bytes, std::size_t place) {
     return static_cast<unsigned char>(bytes[place]) | static_cast<unsigned char>(bytes[place + 1]) << 8;
 }
 
+// A file that is not there is made and stays behind, empty; meant.
+filebytes madefile(const std::string& path) {
+    try {
+        return readfile(path);
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::filenotfound) throw;
+    }
+    replacefile(path, "");
+    return {};
+}
+
 void refuse(const char* reason) {
     platform::pointer(platform::shape::normal);
     platform::messagebox("Warning!", reason, platform::buttons::ok, platform::icon::stop,
@@ -51,9 +63,7 @@ std::string filterbankname(std::int32_t sampleRate) {
 
 void readfilterbank(const std::string& path) {
     platform::addrow("List1", "Reading filterbank from " + pagetext(path) + "...", true);
-    const std::string file = existingpath(path);
-    if (!canopen(file)) replacefile(file, ""); // stays behind, empty; meant
-    const filebytes buffer = readfile(file);
+    const filebytes buffer = madefile(existingpath(path));
     const std::string_view bytes = buffer;
     if (shortat(bytes, channelsplace) != octavebands) return refuse("Sorry, this is not a 10 ch. WAV file!");
     if (shortat(bytes, bitsplace) != filterbits) return refuse("Sorry, this .WAV file is not 32 bits!");

@@ -228,7 +228,7 @@ void renderslot(accumulator& all, residual& left, const exportjob& job, std::int
 void diffusefield(accumulator& all, residual& left, const exportjob& job) {
     log("Exporting diffuse field...");
     for (std::int32_t t = 0; t <= job.slotsUsed - 1; ++t) {
-        platform::setprogress("ProgressBar1", 100 * t / job.slotsUsed);
+        platform::setprogress("ProgressBar1", 100.0 * t / job.slotsUsed);
         platform::yield();
         renderslot(all, left, job, t);
         if (stopped()) break;

@@ -34,6 +34,7 @@ struct filerequest {
     std::string filter;
     std::string proposal;  // a path, a name or a pattern
     std::string directory; // first directory shown when the proposal names none
+    bool completed = true; // a saved name without an extension gets that of the filter
 };
 std::string askopenfile(const filerequest& request);
 std::vector<std::string> askopenfiles(const filerequest& request); // one or several of one directory

@@ -166,7 +166,7 @@ std::vector<std::string> askfiles(const filerequest& request, QFileDialog::FileM
     dialog.resize(dialogwidth, dialogheight);
     dialog.setNameFilters(namefilters(request.filter));
     // So that the dialog asks about the file that is really written.
-    if (mode == QFileDialog::AcceptSave)
+    if (mode == QFileDialog::AcceptSave && request.completed)
         dialog.setDefaultSuffix(qttext(request.filter).section('.', -1).section('|', 0, 0));
 
     const bool pattern = request.proposal.find_first_of("*?") != std::string::npos;

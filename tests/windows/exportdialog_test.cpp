@@ -52,6 +52,9 @@ TEST_F(exportdialogtest, ExportsWhatIsChosen) {
         EXPECT_EQ(field(dialog, "Nsamp").text(), " 1764");
         list(dialog, "RecNo").setCurrentText("2"); // typed
         list(dialog, "Outformat").setCurrentIndex(1);
+        answers::expectfile("Save a .WAV File", inside("chosen"));
+        click(dialog, "Browse");
+        EXPECT_EQ(field(dialog, "FileRadix").text().toStdString(), inside("chosen.DXF"));
         field(dialog, "FileRadix").selectAll();
         QTest::keyClicks(&field(dialog, "FileRadix"), qtpath(inside("typed.wav")));
         click(dialog, "StartExport");
