@@ -118,7 +118,7 @@ int main(int count, char** arguments) {
         const std::string settings = textof(DATA_FILES "/orvanta.ini");
         const std::string materials = textof(DATA_FILES "/Orvanta.mat");
         const std::string colours = textof(DATA_FILES "/orvcolor.mat");
-        const std::string drawing = textof(SAMPLE_FILES "/studio.dxf");
+        const std::string drawing = textof(SAMPLE_FILES "/exchange/studio.dxf");
         const std::string bank = orv::filterbankbytes(orv::designfilters(48000), 48000);
         const seed seeds[] = {
             {"fuzzfilterbank", "short", bank.substr(0, 400)},
