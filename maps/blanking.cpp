@@ -162,6 +162,10 @@ bool checkblankingoptions() {
     return false;
 }
 
+void forgetblankedmap() {
+    if (SessionState.useBlanking) SessionState.gridReady = SessionState.contourReady = 0;
+}
+
 bool unlessrefused(const std::function<void()>& step) {
     try {
         step();
@@ -203,6 +207,7 @@ void BLNsave() {
         if (filenameof(name).find('.', 1) == std::string::npos) name += ".bln";
         writeblanking(name);
         BlankingLines.blankingFile = name;
+        forgetblankedmap();
     });
 }
 
@@ -211,10 +216,8 @@ void BLNnew() {
     BlankingLines.blanklineCount = 0;
     enablecommand("BLNsave", false);
     enablecommand("BLNnew", false);
-    if (SessionState.useBlanking) {
-        SessionState.useBlanking = false;
-        SessionState.gridReady = SessionState.contourReady = 0;
-    }
+    forgetblankedmap();
+    SessionState.useBlanking = false;
     redrawcleared();
 }
 

@@ -70,6 +70,9 @@ std::vector<blankingpolygon> blankingpolygons(const std::string& path); // witho
 // raises.
 void loadblanking();
 
+// A grid or contour map that uses the lines is none any more, since they or their file have changed.
+void forgetblankedmap();
+
 // Runs what a command asks for. A failure is told in a box and ends the command alone, since lines that stand
 // in no file yet would end with the program; a cancel ends it without a word. Returns whether the step went
 // to its own end.

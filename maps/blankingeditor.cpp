@@ -125,6 +125,7 @@ void endline() {
 
 void closeline() {
     store(pointofline(1));
+    forgetblankedmap(); // the line may widen its rectangle
     endline();
 }
 

@@ -45,7 +45,10 @@ TEST_F(editortest, ClicksAreCutToTheCentimetreAndCloseFromTheFourthOn) {
     EXPECT_EQ(BlankingLines.blanklinePoints(1), 3);
     click(0.03, 1.25); // .04 and .02 away
     EXPECT_TRUE(lineeditoractive());
+    SessionState.gridReady = SessionState.contourReady = -1;
+    SessionState.useBlanking = true; // the line takes part in the rectangle of the map
     click(0.01, 1.25);
+    EXPECT_EQ(SessionState.gridReady + SessionState.contourReady, 0);
     EXPECT_FALSE(lineeditoractive() || lineeditorfollows());
     EXPECT_EQ(BlankingLines.blanklinePoints(1), 5);
     EXPECT_EQ(x(5), x(1));
