@@ -115,6 +115,11 @@ void showhint() {
                                 " - Draw the blanking line, end clicking on the first point");
 }
 
+void showediting() {
+    platform::pointer(BlankingLines.pointIndex > 1 ? platform::shape::placedpoint : platform::shape::cross);
+    showhint();
+}
+
 void endline() {
     BlankingLines.addingLine = BlankingLines.rubberBand = off;
     enableblankingcommands(true);
@@ -179,8 +184,7 @@ void BLNadd() {
     }
     const bool drawnbefore = platform::isvisible("SSFrame1");
     if (platform::isvisible("Frame1") || !drawnbefore) draw2dview(platform::picture(), true);
-    platform::pointer(platform::shape::cross);
-    showhint();
+    showediting();
 }
 
 bool lineeditoractive() {
@@ -222,8 +226,10 @@ void lineeditormove(double x, double y) {
 }
 
 void lineeditorredrawn(DrawSurface& surface) {
+    if (!lineeditoractive() || &surface != &platform::picture()) return;
+    showediting();
+    if (!lineeditorfollows()) return;
     const linepoint last{BlankingLines.lastPointX, BlankingLines.lastPointY};
-    if (!lineeditorfollows() || &surface != &platform::picture()) return;
     const linepoint placed = pointofline(BlankingLines.pointIndex - 1);
     if (single(last.x) == single(placed.x) && single(last.y) == single(placed.y)) return; // not moved yet
     surface.setDrawMode(drawmodexor);

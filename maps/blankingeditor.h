@@ -23,7 +23,8 @@ bool lineeditorfollows();
 void lineeditorclick(bool left, double x, double y);
 void lineeditormove(double x, double y);
 
-// The picture has been drawn anew: what follows the pointer is put on it again.
+// The picture has been drawn anew: pointer and hint are the editor's again, and what follows the pointer is
+// put on it.
 void lineeditorredrawn(DrawSurface& surface);
 
 // The Escape key: the whole line goes.

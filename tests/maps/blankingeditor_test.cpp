@@ -105,6 +105,8 @@ TEST_F(editortest, TheBandFollowsAndLeavesMarks) {
     picture.lines.clear();
     redrawview(picture.surface);
     EXPECT_EQ(line("3 2 5 5" + band), 1);
+    EXPECT_EQ(scripted::pointershape(), platform::shape::placedpoint);
+    EXPECT_TRUE(scripted::statustext(1).starts_with("Ortho="));
     lineeditormove(5, 4);
     EXPECT_EQ(line("3 2 5 5" + band), 2);
     EXPECT_EQ(picture.surface.pen.mode, drawmodecopy);
