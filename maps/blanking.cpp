@@ -22,6 +22,7 @@
 #include "maps/redrawview.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
+#include "scene/scenedrawing.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
@@ -68,24 +69,33 @@ polygonhead readhead(listreader& file) {
                  "subscript out of range, " + what + " at most " + std::to_string(most));
 }
 
-void readpolygon(listreader& file, std::int32_t line) {
-    blankinglines& b = BlankingLines;
+void readpolygon(listreader& file, blankinglines& b, std::int32_t line) {
     const polygonhead head = readhead(file);
     if (head.points > blanklinehighestpoint)
         toomany(file, blanklinehighestpoint, "the points of a blanking line are");
-    b.blanklinePoints(line) = head.points;
+    b.blanklinePoints(line) = std::max(head.points, 0.0F);
     b.blanklineFlag(line) = head.flag;
-    const int count = static_cast<int>(head.points);
+    const int count = static_cast<int>(b.blanklinePoints(line));
     for (int point = 1; point <= count; ++point) {
-        const float x = b.blanklineX(line, point) = readsingle(file);
-        const float y = b.blanklineY(line, point) = readsingle(file);
-        widenbox(x, y);
+        b.blanklineX(line, point) = readsingle(file);
+        b.blanklineY(line, point) = readsingle(file);
+    }
+}
+
+void widenbox(const blankinglines& b) {
+    for (std::int32_t line = 1; line <= b.blanklineCount; ++line) {
+        const int count = static_cast<int>(b.blanklinePoints(line));
+        for (int point = 1; point <= count; ++point)
+            widenbox(b.blanklineX(line, point), b.blanklineY(line, point));
     }
 }
 
 // A line that is being entered would go on in a table that has changed under it.
 void giveupline() {
+    if (BlankingLines.addingLine == off) return;
     BlankingLines.addingLine = BlankingLines.rubberBand = off;
+    platform::pointer(platform::shape::normal);
+    platform::statustext(1, std::string(panhint3d));
 }
 
 void redrawcleared() {
@@ -98,12 +108,14 @@ void redrawcleared() {
 void readblanking(const std::string& path) {
     const filebytes bytes = readfile(path);
     listreader file = openlist(bytes, pagetext(path));
-    std::int32_t line = 0;
+    blankinglines lines = BlankingLines;
+    lines.blanklineCount = 0;
     while (!nothingleft(file)) {
-        if (++line > highestblankline) toomany(file, highestblankline, "blanking lines are");
-        readpolygon(file, line);
+        if (++lines.blanklineCount > highestblankline) toomany(file, highestblankline, "blanking lines are");
+        readpolygon(file, lines, lines.blanklineCount);
     }
-    BlankingLines.blanklineCount = line;
+    widenbox(lines);
+    BlankingLines = lines;
 }
 
 void writeblanking(const std::string& path) {
@@ -150,40 +162,53 @@ bool checkblankingoptions() {
     return false;
 }
 
+void forgetblankedmap() {
+    if (SessionState.useBlanking) SessionState.gridReady = SessionState.contourReady = 0;
+}
+
+bool unlessrefused(const std::function<void()>& step) {
+    try {
+        step();
+        return true;
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::cancelled)
+            platform::messagebox("Warning", error.text, platform::buttons::ok, platform::icon::exclamation,
+                                 platform::answer::ok);
+        return false;
+    }
+}
+
 void enableblankingcommands(bool enabled) {
     for (const std::string_view name : linecommands) enablecommand(name, enabled);
 }
 
 void loadblanking() {
-    BlankingLines.blankingFile =
+    const std::string name =
         platform::askopenfile({"Load a Blanking File", "SURFER's Blanking Files (*.BLN)|*.BLN", filepattern,
                                SessionState.dataDirectory});
+    readblanking(name);
+    BlankingLines.blankingFile = name;
     giveupline();
-    readblanking(BlankingLines.blankingFile);
     SessionState.gridReady = SessionState.contourReady = 0;
     enableblankingcommands(true);
 }
 
 void BLNload() {
-    try {
-        loadblanking();
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-    }
+    unlessrefused(loadblanking);
 }
 
 void BLNsave() {
-    std::string& name = BlankingLines.blankingFile;
-    try {
-        name = platform::asksavefile({"Save a Blanking File", "SURFER Blank.Files (*.BLN)|*.BLN",
-                                      name.empty() ? filepattern : name, SessionState.dataDirectory});
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-        return;
-    }
-    // A point as the first character makes no extension.
-    if (filenameof(name).find('.', 1) == std::string::npos) name += ".bln";
-    writeblanking(name);
+    unlessrefused([] {
+        const std::string& present = BlankingLines.blankingFile;
+        std::string name =
+            platform::asksavefile({"Save a Blanking File", "SURFER Blank.Files (*.BLN)|*.BLN",
+                                   present.empty() ? filepattern : present, SessionState.dataDirectory});
+        // A point as the first character makes no extension.
+        if (filenameof(name).find('.', 1) == std::string::npos) name += ".bln";
+        writeblanking(name);
+        BlankingLines.blankingFile = name;
+        forgetblankedmap();
+    });
 }
 
 void BLNnew() {
@@ -191,10 +216,8 @@ void BLNnew() {
     BlankingLines.blanklineCount = 0;
     enablecommand("BLNsave", false);
     enablecommand("BLNnew", false);
-    if (SessionState.useBlanking) {
-        SessionState.useBlanking = false;
-        SessionState.gridReady = SessionState.contourReady = 0;
-    }
+    forgetblankedmap();
+    SessionState.useBlanking = false;
     redrawcleared();
 }
 

@@ -5,6 +5,7 @@
 #include "base/table.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -49,9 +50,9 @@ extern blankingoptions BlankingOptions;
 // says.
 bool checkblankingoptions();
 
-// Reads a file over the present lines, widens x and y of the room's box by every point, and sets the count at
-// the end. What stands before a failure stays. Raises subscript for a 51st line or a 151st point, else as the
-// readers of list input do, with file and line.
+// Reads a file over the present lines and widens x and y of the room's box by every point. A failure leaves
+// all as it was. Raises subscript for a 51st line or a 151st point, else as the readers of list input do,
+// with file and line.
 void readblanking(const std::string& path);
 
 // Writes all lines; raises fileaccess.
@@ -69,10 +70,19 @@ std::vector<blankingpolygon> blankingpolygons(const std::string& path); // witho
 // raises.
 void loadblanking();
 
+// A grid or contour map that uses the lines is none any more, since they or their file have changed.
+void forgetblankedmap();
+
+// Runs what a command asks for. A failure is told in a box and ends the command alone, since lines that stand
+// in no file yet would end with the program; a cancel ends it without a word. Returns whether the step went
+// to its own end.
+bool unlessrefused(const std::function<void()>& step);
+
 // Enables or disables "Clear", "Delete Line" and "Save..." together.
 void enableblankingcommands(bool enabled);
 
-// --- The commands of the menu that need no pointer ---
+// --- The commands of the menu that need no pointer. A file that cannot be read or written is told in a box.
+// ---
 
 void BLNnew();  // "Clear": the lines go, and with them their use in maps
 void BLNload(); // "Load..."

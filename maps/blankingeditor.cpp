@@ -3,6 +3,7 @@
 
 #include "base/arithmetic.h"
 #include "base/numbertext.h"
+#include "base/runtimeerror.h"
 #include "maps/blanking.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace orv {
 
@@ -59,6 +61,10 @@ linepoint candidate(double x, double y) {
 
 void store(const linepoint& point) {
     blankinglines& b = BlankingLines;
+    if (b.pointIndex > blanklinehighestpoint)
+        throw runtimeerror{errorkind::subscript,
+                           "subscript out of range, the points of a blanking line are at most " +
+                               std::to_string(blanklinehighestpoint)};
     b.blanklineX(b.blanklineCount, b.pointIndex) = single(point.x);
     b.blanklineY(b.blanklineCount, b.pointIndex) = single(point.y);
     b.blanklinePoints(b.blanklineCount) = static_cast<float>(b.pointIndex);
@@ -109,6 +115,11 @@ void showhint() {
                                 " - Draw the blanking line, end clicking on the first point");
 }
 
+void showediting() {
+    platform::pointer(BlankingLines.pointIndex > 1 ? platform::shape::placedpoint : platform::shape::cross);
+    showhint();
+}
+
 void endline() {
     BlankingLines.addingLine = BlankingLines.rubberBand = off;
     enableblankingcommands(true);
@@ -119,7 +130,41 @@ void endline() {
 
 void closeline() {
     store(pointofline(1));
+    forgetblankedmap(); // the line may widen its rectangle
     endline();
+}
+
+void startline() {
+    blankinglines& b = BlankingLines;
+    const std::int32_t line = std::max(b.blanklineCount, 0) + 1;
+    if (line > highestblankline)
+        throw runtimeerror{errorkind::subscript, "subscript out of range, blanking lines are at most " +
+                                                     std::to_string(highestblankline)};
+    b.blanklinePoints(line) = 1;
+    b.blanklineFlag(line) = BlankingOptions.outside ? blankoutside : blankinside;
+    b.blanklineCount = line;
+    b.pointIndex = 1;
+}
+
+// Goes on as before the last point, so that the next click can close a line that is full. In the picture the
+// side to that point becomes the band, and a band beyond it goes.
+void takelastback() {
+    blankinglines& b = BlankingLines;
+    const linepoint last = pointofline(--b.pointIndex), end{b.lastPointX, b.lastPointY};
+    b.blanklinePoints(b.blanklineCount) = static_cast<float>(b.pointIndex - 1);
+    DrawSurface& picture = platform::picture();
+    picture.setDrawMode(drawmodexor);
+    drawband(picture, last, end);
+    drawcross(picture, end);
+    picture.setDrawMode(drawmodecopy);
+    b.lastPointX = last.x;
+    b.lastPointY = last.y;
+}
+
+// A click that sets no point leaves the line as it was before it.
+void refusepoint() {
+    if (BlankingLines.pointIndex > blanklinehighestpoint) takelastback();
+    BlankingLines.rubberBand = BlankingLines.pointIndex > 1 ? on : off;
 }
 
 } // namespace
@@ -131,17 +176,15 @@ void BLNoptions() {
 
 void BLNadd() {
     blankinglines& b = BlankingLines;
-    b.addingLine = on;
+    const float before = std::exchange(b.addingLine, on);
     BLNoptions();
-    const std::int32_t line = std::max(b.blanklineCount, 0) + 1;
-    b.blanklinePoints(line) = 1;
-    b.blanklineFlag(line) = BlankingOptions.outside ? blankoutside : blankinside;
-    b.blanklineCount = line;
-    b.pointIndex = 1;
+    if (!unlessrefused(startline)) {
+        b.addingLine = before;
+        return;
+    }
     const bool drawnbefore = platform::isvisible("SSFrame1");
     if (platform::isvisible("Frame1") || !drawnbefore) draw2dview(platform::picture(), true);
-    platform::pointer(platform::shape::cross);
-    showhint();
+    showediting();
 }
 
 bool lineeditoractive() {
@@ -156,8 +199,12 @@ void lineeditorclick(bool left, double x, double y) {
     if (!left) return;
     blankinglines& b = BlankingLines;
     b.rubberBand = off;
-    const linepoint point = candidate(x, y);
-    store(point);
+    linepoint point{};
+    const bool stored = unlessrefused([&] {
+        point = candidate(x, y);
+        store(point);
+    });
+    if (!stored) return refusepoint();
     const bool closed = closes(point);
     if (closed) closeline();
     if (b.pointIndex > 1) stretchband(pointofline(b.pointIndex - 1), closed ? pointofline(1) : point, false);
@@ -171,15 +218,18 @@ void lineeditorclick(bool left, double x, double y) {
 
 void lineeditormove(double x, double y) {
     blankinglines& b = BlankingLines;
-    const linepoint point = candidate(x, y);
+    linepoint point{};
+    if (!attempt([&] { point = candidate(x, y); })) return; // the click will say why
     stretchband(pointofline(b.pointIndex - 1), point, true);
     b.lastPointX = point.x;
     b.lastPointY = point.y;
 }
 
 void lineeditorredrawn(DrawSurface& surface) {
+    if (!lineeditoractive() || &surface != &platform::picture()) return;
+    showediting();
+    if (!lineeditorfollows()) return;
     const linepoint last{BlankingLines.lastPointX, BlankingLines.lastPointY};
-    if (!lineeditorfollows() || &surface != &platform::picture()) return;
     const linepoint placed = pointofline(BlankingLines.pointIndex - 1);
     if (single(last.x) == single(placed.x) && single(last.y) == single(placed.y)) return; // not moved yet
     surface.setDrawMode(drawmodexor);

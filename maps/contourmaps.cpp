@@ -28,6 +28,7 @@
 #include "shell/sessionstate.h"
 
 #include <string_view>
+#include <utility>
 
 namespace orv {
 
@@ -48,9 +49,10 @@ constexpr std::array<std::int32_t, highestcolour + 1> makelevels() {
 }
 constexpr std::array<std::int32_t, highestcolour + 1> levelsofcolours = makelevels();
 
+// A page can be printed while the map on the screen is drawn.
 struct mapmark {
-    mapmark() { SessionState.mapInProgress = true; }
-    ~mapmark() { SessionState.mapInProgress = false; }
+    const bool within = std::exchange(SessionState.mapInProgress, true);
+    ~mapmark() { SessionState.mapInProgress = within; }
 };
 
 // --- Reading ---

@@ -205,7 +205,7 @@ bool tickmirror(bool ticked) {
 
 bool tickblanking(bool ticked) {
     forgetgrid();
-    SessionState.useBlanking = ticked && untilcancelled(loadblanking);
+    SessionState.useBlanking = ticked && unlessrefused(loadblanking);
     return SessionState.useBlanking;
 }
 

@@ -58,8 +58,19 @@ TEST_F(blankingtest, LimitsAndCutFilesFailAndABlankRestDoesNot) {
     }
     writetext(name, "4,1\r\n0,0\r\n1,");
     EXPECT_EQ(kindof([&] { readblanking(name); }), errorkind::pastend);
+    EXPECT_EQ(BlankingLines.blanklinePoints(1), 3);
+    BlankingLines.addingLine = on;
     writetext(name, "4,word\r\n");
     EXPECT_EQ(kindof([&] { readblanking(name); }), errorkind::typemismatch);
+    // A command says so and goes on, with what was there.
+    scripted::expectopen(name);
+    scripted::expectbox("lines.bln", platform::answer::ok);
+    BLNload();
+    scripted::expectsave(inside("absent/lines.bln"));
+    scripted::expectbox("lines.bln", platform::answer::ok);
+    BLNsave();
+    EXPECT_EQ(BlankingLines.addingLine, on);
+    EXPECT_EQ(BlankingLines.blankingFile, "");
     writetext(name, "");
     readblanking(name);
     EXPECT_EQ(BlankingLines.blanklineCount, 0);
