@@ -1,0 +1,19 @@
+// makemanual SOURCES DIRECTORY: writes the help file, its twin for browsers and their pictures.
+#include "base/runtimeerror.h"
+#include "data/manual.h"
+
+#include <cstdio>
+
+int main(int count, char** arguments) {
+    if (count != 3) {
+        std::fputs("usage: makemanual SOURCES DIRECTORY\n", stderr);
+        return 2;
+    }
+    try {
+        orv::writemanual(arguments[1], arguments[2]);
+    } catch (const orv::runtimeerror& error) {
+        std::fprintf(stderr, "makemanual: %s\n", error.text.c_str());
+        return 1;
+    }
+    return 0;
+}
