@@ -122,6 +122,9 @@ void clippicture(); // the image of Picture1
 void showregionsettings();
 void opendocument(const std::string& path);
 
+// Whether the desktop says that it has a program for documents of that name.
+bool hasopener(const std::string& path);
+
 // Starts a command line in a normal window and does not wait for it. Raises filenotfound with a text that
 // names the program when it cannot be started.
 void startcommand(const std::string& commandline);

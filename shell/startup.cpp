@@ -236,8 +236,11 @@ void FQuit() {
     platform::closewindows();
 }
 
+// The help file, or its twin for browsers where the desktop has no program for the help file.
 void Hhelp() {
-    platform::opendocument(datafile(joinpath("manual", "MOrvantaView.mht")));
+    const std::string archive = datafile(joinpath("manual", "MOrvantaView.mht"));
+    const std::string page = datafile(joinpath("manual", "MOrvantaView.html"));
+    platform::opendocument(canopen(page) && !platform::hasopener(archive) ? page : archive);
 }
 
 void HAbout() {

@@ -33,6 +33,7 @@
 #include <QLocale>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QMimeDatabase>
 #include <QPageLayout>
 #include <QPageSetupDialog>
 #include <QPrintDialog>
@@ -423,6 +424,21 @@ void opendocument(const std::string& path) {
 #endif
     messagebox("Help", "No program was found that opens " + pagetext(path) + ".", buttons::ok,
                icon::information, answer::ok);
+}
+
+bool hasopener(const std::string& path) {
+#ifdef Q_OS_WIN
+    return canopen(path); // which brings its own
+#else
+    // The tool goes by what the opener goes by.
+    const QString asker = QStandardPaths::findExecutable("xdg-mime");
+    if (asker.isEmpty()) return false;
+    const QMimeType type = QMimeDatabase().mimeTypeForFile(qtpath(path), QMimeDatabase::MatchExtension);
+    QProcess query;
+    query.start(asker, {"query", "default", type.name()});
+    constexpr int longest = 3000; // ms
+    return query.waitForFinished(longest) && !query.readAllStandardOutput().trimmed().isEmpty();
+#endif
 }
 
 void startcommand(const std::string& commandline) {

@@ -519,6 +519,10 @@ void opendocument(const std::string& path) {
     note("document|" + path);
 }
 
+bool hasopener(const std::string&) {
+    return now.programs;
+}
+
 void startcommand(const std::string& commandline) {
     note("start|" + commandline);
     if (!now.programs)

@@ -98,8 +98,8 @@ void setpicture(DrawSurface* surface);       // not owned; null at first, and as
 void setregion(platform::regionmarks marks); // "." and "," at first
 void setmemory(std::uint64_t bytes);         // 8 GiB at first
 void setprogramdirectory(std::string directory); // "." at first
-void setprograms(bool there);                    // whether a command line finds its program; yes at first
-void setloglines(int lines);                     // lines that fill the window with the log, 40 at first
+void setprograms(bool there); // whether a command line or document finds its program; yes at first
+void setloglines(int lines);  // lines that fill the window with the log, 40 at first
 
 // What platform::halt throws here; no runtimeerror, so that no trap of the program stops it.
 struct halted {

@@ -118,6 +118,14 @@ TEST_F(menus, QuitHelpAndAbout) {
     writetext(inside("Manual/morvantaview.MHT"), "help");
     runcommand("Hhelp");
     EXPECT_TRUE(scripted::called("document|" + inside("Manual/morvantaview.MHT")));
+    // Where the desktop has no program for it, its twin is opened, once there is one.
+    scripted::setprograms(false);
+    scripted::clearcalls();
+    runcommand("Hhelp");
+    EXPECT_TRUE(scripted::called("document|" + inside("Manual/morvantaview.MHT")));
+    writetext(inside("Manual/MOrvantaView.html"), "help");
+    runcommand("Hhelp");
+    EXPECT_TRUE(scripted::called("document|" + inside("Manual/MOrvantaView.html")));
     scripted::expectwindow("About");
     runcommand("HAbout");
 }

@@ -37,6 +37,20 @@ struct platformtest : windowtest {
     }
 };
 
+// A desktop that has a program for MIME archives, one that has none, and one that cannot be asked.
+TEST_F(platformtest, documentsHaveAnOpenerWhereTheDesktopNamesOne) {
+    const QByteArray formerpath = qgetenv("PATH");
+    const QString tool = directory.filePath("xdg-mime");
+    qputenv("PATH", directory.path().toUtf8());
+    EXPECT_FALSE(platform::hasopener("help.mht"));
+    std::ofstream(tool.toStdString()) << "#!/bin/sh\n[ \"$1 $2 $3\" = \"query default "
+                                         "application/x-mimearchive\" ] && echo viewer.desktop\n";
+    QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner);
+    EXPECT_TRUE(platform::hasopener("help.mht"));
+    EXPECT_FALSE(platform::hasopener("help.html"));
+    qputenv("PATH", formerpath);
+}
+
 TEST_F(platformtest, boxesShowWhatTheyAreGiven) {
     answers::expectbox("Warning !", answer::yes, [](QWidget& window) {
         const auto& box = dynamic_cast<QMessageBox&>(window);

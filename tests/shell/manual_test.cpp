@@ -1,0 +1,111 @@
+// The manual that ships, as a browser and a reader of MIME archives take it apart.
+#include "data/manual.h"
+
+#include "tests/failures.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using namespace orv;
+
+const manualsources& shipped() {
+    static const manualsources sources = readmanualsources(DATA_FILES "/manual");
+    return sources;
+}
+
+std::vector<std::string> found(const std::string& text, const char* pattern) {
+    const std::regex expression(pattern);
+    std::vector<std::string> all;
+    for (std::sregex_iterator i(text.begin(), text.end(), expression), end; i != end; ++i)
+        all.push_back((*i)[1]);
+    return all;
+}
+
+std::string decoded(std::string_view body, bool base64) {
+    constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string bytes;
+    unsigned group = 0, bits = 0;
+    for (std::size_t i = 0; i < body.size(); ++i) {
+        if (body[i] == '\r') continue;
+        if (!base64) {
+            if (body[i] != '=') {
+                bytes += body[i];
+            } else {
+                if (body[i + 1] != '\r')
+                    bytes += static_cast<char>(std::stoi(std::string(body.substr(i + 1, 2)), nullptr, 16));
+                i += 2; // a soft line break, CR LF, too
+            }
+        } else if (const std::size_t digit = digits.find(body[i]); digit != std::string_view::npos) {
+            group = group << 6 | static_cast<unsigned>(digit);
+            bits += 6;
+            if (bits < 8) continue;
+            bits -= 8;
+            bytes += static_cast<char>(group >> bits & 0xFFU);
+        }
+    }
+    return bytes;
+}
+
+TEST(manual, EveryElementClosesAndEveryLinkLeadsSomewhere) {
+    const std::string page = manualpage(shipped());
+    std::vector<std::string> open;
+    for (const std::string& tag : found(page, "<(/?[a-z][a-z0-9]*)")) {
+        if (tag == "img" || tag == "meta" || tag == "br") continue;
+        if (tag[0] != '/') {
+            open.push_back(tag);
+            continue;
+        }
+        ASSERT_FALSE(open.empty()) << tag;
+        ASSERT_EQ("/" + open.back(), tag);
+        open.pop_back();
+    }
+    EXPECT_TRUE(open.empty());
+    const auto ids = found(page, "id=\"([^\"]*)\"");
+    EXPECT_EQ(std::set<std::string>(ids.begin(), ids.end()).size(), ids.size());
+    EXPECT_EQ(found(page, "href=\"#([^\"]*)\""), ids);
+    EXPECT_TRUE(found(page, "&(?!amp;|lt;|gt;|[a-zA-Z]+;)(.)").empty());
+}
+
+TEST(manual, TheArchiveHoldsPageAndPicturesByteByByte) {
+    const std::string page = manualpage(shipped()), archive = manualarchive(shipped(), page);
+    for (const std::string& line : found(archive, "([^\r\n]*)\r\n")) EXPECT_LE(line.size(), 76U) << line;
+    const auto boundaries = found(archive, "boundary=\"([^\"]*)\"");
+    ASSERT_EQ(boundaries.size(), 1U);
+    const std::string mark = "\r\n--" + boundaries[0];
+    std::map<std::string, std::string> parts;
+    std::size_t at = archive.find(mark);
+    while (at != std::string::npos && archive.compare(at + mark.size(), 2, "--") != 0) {
+        const std::size_t next = archive.find(mark, at + mark.size());
+        ASSERT_NE(next, std::string::npos);
+        const std::size_t body = archive.find("\r\n\r\n", at + 2) + 4;
+        const std::string headers = archive.substr(at, body - at);
+        const bool base64 = headers.find("Transfer-Encoding: base64") != std::string::npos;
+        const auto location = found(headers, "Content-Location: file:///([^\r]*)\r");
+        ASSERT_EQ(location.size(), 1U);
+        parts[location[0]] = decoded(std::string_view(archive).substr(body, next - body), base64);
+        at = next;
+    }
+    EXPECT_EQ(archive.substr(at), mark + "--\r\n");
+    std::map<std::string, std::string> expected = shipped().pictures;
+    expected["MOrvantaView.html"] = page + "\n"; // the line end that closes the last line
+    EXPECT_EQ(parts.size(), expected.size());
+    for (const auto& [name, bytes] : expected) EXPECT_TRUE(parts[name] == bytes) << name;
+}
+
+TEST(manual, APictureThatIsMissingOrNotShownFails) {
+    EXPECT_EQ(kindof([] {
+                  manualpage({"<h2>A</h2><img src=\"pictures/a.png\">", "", {}});
+              }),
+              errorkind::filenotfound);
+    EXPECT_EQ(kindof([] { manualpage({"<h2>A</h2>", "", {{"pictures/a.png", ""}}}); }), errorkind::domain);
+}
+
+} // namespace
