@@ -16,8 +16,9 @@ namespace {
 
 constexpr std::string_view title = "Orvanta View", pagename = "MOrvantaView";
 constexpr std::string_view boundary = "=_OrvantaView_Manual"; // "=_" stands in no encoded line
-constexpr std::string_view base = "file:///";                 // of the locations within the archive
-constexpr std::size_t linewidth = 76;                         // of encoded lines (RFC 2045)
+// Of the locations within the archive: a name that no net knows. Some browsers refuse "file:" there.
+constexpr std::string_view base = "http://manual.invalid/";
+constexpr std::size_t linewidth = 76; // of encoded lines (RFC 2045)
 constexpr std::string_view newline = "\r\n";
 
 std::vector<std::string> filesof(const std::string& directory, std::string_view extension) {
@@ -125,7 +126,7 @@ std::string quotedprintable(std::string_view text) {
             put(text.substr(i, 1));
         }
     }
-    return encoded.append(line).append(newline);
+    return encoded.append(line);
 }
 
 std::string base64(std::string_view bytes) {
