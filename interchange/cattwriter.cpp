@@ -143,8 +143,7 @@ void addsource(std::string& text, std::int32_t source) {
 
 void addreceiver(std::string& text, std::int32_t receiver) {
     text += ';';
-    addpadded(text, static_cast<float>(receiver),
-              labelpattern); // of 1000 and above the end, as told by the width
+    addpadded(text, static_cast<float>(receiver), labelpattern); // 1000 and above lose their front
     addpadded(text, RoomModel.receiverX(receiver), separatedpattern);
     addpadded(text, RoomModel.receiverY(receiver), separatedpattern);
     addpadded(text, RoomModel.receiverZ(receiver), receiverpattern);
