@@ -17,8 +17,12 @@ namespace {
 
 constexpr int firstmethod = 1, lastmethod = 6;
 
-bool isfinite(const scatteredpoints& p, std::size_t k) {
-    return std::isfinite(p.x[k]) && std::isfinite(p.y[k]) && std::isfinite(p.value[k]);
+// Farther out no double holds the square of a distance; no receiver lies there, only a point of a broken
+// file.
+constexpr double farthest = 1e100; // m
+
+bool isusable(const scatteredpoints& p, std::size_t k) {
+    return std::fabs(p.x[k]) < farthest && std::fabs(p.y[k]) < farthest && std::isfinite(p.value[k]);
 }
 
 // Values that no grid file can hold are none.
@@ -63,7 +67,7 @@ griddingmethod methodof(int number) {
 scatteredpoints distinctpoints(const scatteredpoints& points) {
     std::vector<std::size_t> order;
     for (std::size_t k = 0; k < points.x.size(); ++k)
-        if (isfinite(points, k)) order.push_back(k);
+        if (isusable(points, k)) order.push_back(k);
     const auto before = [&](std::size_t a, std::size_t b) {
         return points.x[a] != points.x[b] ? points.x[a] < points.x[b] : points.y[a] < points.y[b];
     };

@@ -26,8 +26,8 @@ std::array<double, terms> monomials(double dx, double dy) {
 // Nearest first; the one that only gives R is taken off.
 template <std::size_t most>
 struct neighbourhood {
-    std::array<std::uint32_t, most + 1> point;
-    std::array<double, most + 1> square;
+    std::array<std::uint32_t, most + 1> point{};
+    std::array<double, most + 1> square{};
     std::size_t count = 0;
     double radius = 0; // R
 
