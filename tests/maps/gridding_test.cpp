@@ -105,6 +105,7 @@ TEST(gridding, DoublePointsAreAveragedAndWhatIsNoNumberIsLeftOut) {
     add(points, 0.0, 1, 6);
     add(points, 3, std::numeric_limits<double>::quiet_NaN(), 1);
     add(points, 3, 3, std::numeric_limits<double>::infinity());
+    add(points, 3, 1e191, 1); // the square of its distance is beyond a double
     const scatteredpoints distinct = distinctpoints(points);
     EXPECT_EQ(distinct.x, (std::vector<double>{0, 1, 2}));
     EXPECT_EQ(distinct.value, (std::vector<double>{5.5, 75, 10}));
