@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <regex>
 #include <set>
 #include <string>
 #include <string_view>
@@ -21,11 +20,13 @@ const manualsources& shipped() {
     return sources;
 }
 
-std::vector<std::string> found(const std::string& text, const char* pattern) {
-    const std::regex expression(pattern);
+// What stands between each `before` and the next of the characters `stops`.
+std::vector<std::string> between(const std::string& text, std::string_view before, const char* stops) {
     std::vector<std::string> all;
-    for (std::sregex_iterator i(text.begin(), text.end(), expression), end; i != end; ++i)
-        all.push_back((*i)[1]);
+    for (std::size_t at = text.find(before); at != std::string::npos; at = text.find(before, at)) {
+        at += before.size();
+        all.push_back(text.substr(at, text.find_first_of(stops, at) - at));
+    }
     return all;
 }
 
@@ -57,8 +58,8 @@ std::string decoded(std::string_view body, bool base64) {
 TEST(manual, EveryElementClosesAndEveryLinkLeadsSomewhere) {
     const std::string page = manualpage(shipped());
     std::vector<std::string> open;
-    for (const std::string& tag : found(page, "<(/?[a-z][a-z0-9]*)")) {
-        if (tag == "img" || tag == "meta" || tag == "br") continue;
+    for (const std::string& tag : between(page, "<", " >\r\n")) {
+        if (tag == "img" || tag == "meta" || tag == "br" || tag[0] == '!') continue;
         if (tag[0] != '/') {
             open.push_back(tag);
             continue;
@@ -68,16 +69,17 @@ TEST(manual, EveryElementClosesAndEveryLinkLeadsSomewhere) {
         open.pop_back();
     }
     EXPECT_TRUE(open.empty());
-    const auto ids = found(page, "id=\"([^\"]*)\"");
+    const auto ids = between(page, " id=\"", "\"");
     EXPECT_EQ(std::set<std::string>(ids.begin(), ids.end()).size(), ids.size());
-    EXPECT_EQ(found(page, "href=\"#([^\"]*)\""), ids);
-    EXPECT_TRUE(found(page, "&(?!amp;|lt;|gt;|[a-zA-Z]+;)(.)").empty());
+    EXPECT_EQ(between(page, "href=\"#", "\""), ids);
+    for (const std::string& entity : between(page, "&", "; \r\n<\""))
+        EXPECT_NE(page.find("&" + entity + ";"), std::string::npos) << entity;
 }
 
 TEST(manual, TheArchiveHoldsPageAndPicturesByteByByte) {
     const std::string page = manualpage(shipped()), archive = manualarchive(shipped(), page);
-    for (const std::string& line : found(archive, "([^\r\n]*)\r\n")) EXPECT_LE(line.size(), 76U) << line;
-    const auto boundaries = found(archive, "boundary=\"([^\"]*)\"");
+    for (const std::string& line : between(archive, "\r\n", "\r")) EXPECT_LE(line.size(), 76U) << line;
+    const auto boundaries = between(archive, "boundary=\"", "\"");
     ASSERT_EQ(boundaries.size(), 1U);
     const std::string mark = "\r\n--" + boundaries[0];
     std::map<std::string, std::string> parts;
@@ -88,7 +90,7 @@ TEST(manual, TheArchiveHoldsPageAndPicturesByteByByte) {
         const std::size_t body = archive.find("\r\n\r\n", at + 2) + 4;
         const std::string headers = archive.substr(at, body - at);
         const bool base64 = headers.find("Transfer-Encoding: base64") != std::string::npos;
-        const auto location = found(headers, "Content-Location: http://manual.invalid/([^\r]*)\r");
+        const auto location = between(headers, "Content-Location: http://manual.invalid/", "\r");
         ASSERT_EQ(location.size(), 1U);
         parts[location[0]] = decoded(std::string_view(archive).substr(body, next - body), base64);
         at = next;
