@@ -65,10 +65,6 @@ constexpr float boxmargin = 0.001F;                   // m
 constexpr float unsetbox = 100000;                    // m, where a face's box starts from
 const numberpattern facepattern("  ####0.0#");
 
-struct point {
-    float x = 0, y = 0, z = 0;
-};
-
 // What a load keeps between its pairs.
 struct loading {
     listreader file;
@@ -248,73 +244,51 @@ void logentity(const char* what, std::int32_t slot, numbers... values) {
     logload(line);
 }
 
+// The two points of a source, receiver or ray line; codes 10 30 and 11 31 have their coordinates.
+struct linepoints {
+    roompoint start, end;
+};
+
+// Takes the present pair if it belongs to one of the points.
+void takecoordinates(const loading& load, linepoints& line) {
+    roompoint& p = load.code % 10 == 0 ? line.start : line.end;
+    if (load.code == 10 || load.code == 11) {
+        p.x = placedx(load);
+        p.y = placedy(load);
+    } else if (load.code == 30 || load.code == 31) {
+        p.z = placedz(load);
+    }
+}
+
 void readsource(loading& load) {
     readuntil(load, 8);
     if (load.text != "SOURCES") return;
-    roommodel& r = RoomModel;
     const std::int32_t source = nextslot(load.sources, highestsource, "sources");
-    r.sourceX(source) = r.sourceY(source) = r.sourceZ(source) = 0;
-    r.sourceAimX(source) = r.sourceAimY(source) = r.sourceAimZ(source) = r.sourceAimExtra(source) = 0;
-    r.sourceFile(source).clear();
+    std::string& file = RoomModel.sourceFile(source);
+    file.clear();
+    linepoints line;
+    float extra = 0;
     for (readgroup(load); load.code != 0; readgroup(load)) {
-        switch (load.code) {
-        case 2:
-            r.sourceFile(source) = load.text;
-            break;
-        case 10:
-            r.sourceX(source) = placedx(load);
-            r.sourceY(source) = placedy(load);
-            break;
-        case 30:
-            r.sourceZ(source) = placedz(load);
-            break;
-        case 11:
-            r.sourceAimX(source) = placedx(load);
-            r.sourceAimY(source) = placedy(load);
-            break;
-        case 31:
-            r.sourceAimZ(source) = placedz(load);
-            break;
-        case 51:
-            r.sourceAimExtra(source) = single(load.angle);
-            break;
-        default:
-            break;
-        }
+        takecoordinates(load, line);
+        if (load.code == 2) file = load.text;
+        if (load.code == 51) extra = single(load.angle);
     }
-    logentity("SOURCE ", source, r.sourceX(source), r.sourceY(source), r.sourceZ(source),
-              r.sourceAimX(source), r.sourceAimY(source), r.sourceAimZ(source), r.sourceAimExtra(source));
+    setsource(source, line.start, line.end);
+    RoomModel.sourceAimExtra(source) = extra;
+    logentity("SOURCE ", source, line.start.x, line.start.y, line.start.z, line.end.x, line.end.y, line.end.z,
+              extra);
 }
 
-struct linepoints {
-    point start, end;
-};
 linepoints readpoints(loading& load) {
     linepoints line;
-    for (readgroup(load); load.code != 0; readgroup(load)) {
-        if (load.code == 10 || load.code == 11) {
-            point& p = load.code == 10 ? line.start : line.end;
-            p.x = placedx(load);
-            p.y = placedy(load);
-        } else if (load.code == 30) {
-            line.start.z = placedz(load);
-        } else if (load.code == 31) {
-            line.end.z = placedz(load);
-        }
-    }
+    for (readgroup(load); load.code != 0; readgroup(load)) takecoordinates(load, line);
     return line;
 }
 
 void readreceiver(loading& load) {
-    roommodel& r = RoomModel;
     const std::int32_t receiver = nextslot(load.receivers, highestreceiver, "receivers");
     const linepoints line = readpoints(load);
-    r.receiverX(receiver) = line.start.x;
-    r.receiverY(receiver) = line.start.y;
-    r.receiverZ(receiver) = line.start.z;
-    r.receiverAimX(receiver) = line.end.x;
-    r.receiverAimY(receiver) = line.end.y;
-    r.receiverAimZ(receiver) = line.end.z;
+    setreceiver(receiver, line.start, line.end);
     logentity("RECEIVER ", receiver, line.start.x, line.start.y, line.start.z, line.end.x, line.end.y,
               line.end.z);
 }
@@ -346,8 +320,8 @@ void readlineentity(loading& load) {
 
 // Vertices of a polyline up to SEQEND, or to one that repeats the first, which is not kept, or to one that
 // makes them more than `most`.
-std::vector<point> readvertices(loading& load, std::size_t most) {
-    std::vector<point> vertices;
+std::vector<roompoint> readvertices(loading& load, std::size_t most) {
+    std::vector<roompoint> vertices;
     do {
         readgroup(load);
     } while (!istext(load, "VERTEX") && !load.ended);
@@ -357,8 +331,8 @@ std::vector<point> readvertices(loading& load, std::size_t most) {
             if (vertices.size() > most) break;
         }
         if (load.code != 30 || vertices.empty()) continue;
-        point& last = vertices.back();
-        const point& first = vertices.front();
+        roompoint& last = vertices.back();
+        const roompoint& first = vertices.front();
         last.z = placedz(load);
         if (vertices.size() < 2 || last.x != first.x || last.y != first.y || last.z != first.z) continue;
         vertices.pop_back();
@@ -367,9 +341,9 @@ std::vector<point> readvertices(loading& load, std::size_t most) {
     return vertices;
 }
 
-void logvertices(const char* what, std::int32_t slot, const std::vector<point>& vertices) {
+void logvertices(const char* what, std::int32_t slot, const std::vector<roompoint>& vertices) {
     std::string line = what + wholetext(slot);
-    for (const point& p : vertices) {
+    for (const roompoint& p : vertices) {
         addnumber(line, p.x);
         addnumber(line, p.y);
         addnumber(line, p.z);
@@ -381,9 +355,9 @@ void readhole(loading& load) {
     roommodel& r = RoomModel;
     const std::int32_t hole = nextslot(load.holes, highesthole, "holes");
     r.holeLayerFlag(hole) = r.holeMaterial(hole) = r.holeFace(hole) = 0;
-    const std::vector<point> vertices = readvertices(load, holevertices);
+    const std::vector<roompoint> vertices = readvertices(load, holevertices);
     r.holeVertexCount(hole) = static_cast<std::int16_t>(vertices.size());
-    for (int v = 1; const point& p : vertices) {
+    for (int v = 1; const roompoint& p : vertices) {
         r.holeVertexX(hole, v) = p.x; // raises at the 65th
         r.holeVertexY(hole, v) = p.y;
         r.holeVertexZ(hole, v) = p.z;
@@ -414,7 +388,7 @@ void readdoor(loading& load, std::string_view layer) {
     roommodel& r = RoomModel;
     const std::int32_t door = doorslot(load, layer);
     if (door < 0) return;
-    std::vector<point> vertices = readvertices(load, doorvertices);
+    std::vector<roompoint> vertices = readvertices(load, doorvertices);
     if (vertices.size() > doorvertices) vertices.resize(corners); // a sixth makes a door of the first four
     if (vertices.size() != corners) {
         load.doors = std::max(door - 1, 0);
@@ -422,7 +396,7 @@ void readdoor(loading& load, std::string_view layer) {
     }
     r.doorFace(door) = 0;
     r.doorVertexCount(door) = corners;
-    for (int v = 1; const point& p : vertices) {
+    for (int v = 1; const roompoint& p : vertices) {
         r.doorVertexX(door, v) = p.x;
         r.doorVertexY(door, v) = p.y;
         r.doorVertexZ(door, v) = p.z;
@@ -439,16 +413,10 @@ void readpolyline(loading& load) {
         readdoor(load, load.text);
 }
 
-void setvertex(std::int32_t face, int v, const point& p) {
-    RoomModel.faceVertexX(face, v) = p.x;
-    RoomModel.faceVertexY(face, v) = p.y;
-    RoomModel.faceVertexZ(face, v) = p.z;
-}
-
 enum class planarity { plane, split, none };
 
 // How the fourth corner lies to the plane of the first three; `none` when those are no plane.
-planarity planarityof(const point (&corner)[corners]) {
+planarity planarityof(const roompoint (&corner)[corners]) {
     const auto from = [&corner](int which) {
         struct vector {
             double x, y, z;
@@ -477,7 +445,7 @@ void logface(loading& load, std::int32_t face) {
 
 // The corners P1 P3 P4 of a face become the next face. Its material and flags stay what the tables hold
 // there; this is meant.
-void splitface(loading& load, const point (&corner)[corners]) {
+void splitface(loading& load, const roompoint (&corner)[corners]) {
     const std::int32_t face = nextslot(load.faces, highestface, "faces");
     RoomModel.faceVertexCount(face) = 3;
     setvertex(face, 1, corner[0]);
@@ -495,8 +463,8 @@ void readface(loading& load) {
     r.faceLayerFlag(face) = material.flag;
     r.faceInWall(face) = r.faceHasOpening(face) = 0;
     r.faceVertexCount(face) = corners;
-    point corner[corners];
-    for (int v = 1; point & p : corner) {
+    roompoint corner[corners];
+    for (int v = 1; roompoint & p : corner) {
         readuntil(load, 9 + v);
         p.x = placedx(load);
         p.y = placedy(load);

@@ -163,18 +163,15 @@ void readnode(importing& load) {
 
 // The node's coordinates as a vertex. They were read as doubles, which a single need not hold.
 void storevertex(importing& load, std::int32_t face, int vertex, const std::array<double, 3>& node) {
-    std::array<float, 3> point{};
-    for (std::size_t i = 0; i < point.size(); ++i) {
-        try {
-            point[i] = single(node[i]);
-        } catch (const runtimeerror& error) {
-            fieldfailure(load, error.kind, "a coordinate of this node is too large");
-        }
+    const auto& [x, y, z] = node;
+    roompoint at;
+    try {
+        at = {single(x), single(y), single(z)};
+    } catch (const runtimeerror& error) {
+        fieldfailure(load, error.kind, "a coordinate of this node is too large");
     }
-    RoomModel.faceVertexX(face, vertex) = point[0];
-    RoomModel.faceVertexY(face, vertex) = point[1];
-    RoomModel.faceVertexZ(face, vertex) = point[2];
-    extendbox(point[0], point[1], point[2]);
+    setvertex(face, vertex, at);
+    extendbox(at.x, at.y, at.z);
 }
 
 void readtriangle(importing& load) {

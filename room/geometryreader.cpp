@@ -95,9 +95,7 @@ void readface(loading& load) {
     const std::int32_t face = nextslot(load, load.faces, highestface, "faces");
     readpolygon(load, face, facevertices, "a face", RoomModel.faceLayerFlag, RoomModel.faceMaterial,
                 RoomModel.faceVertexCount, [face](int v, float x, float y, float z) {
-                    RoomModel.faceVertexX(face, v) = x;
-                    RoomModel.faceVertexY(face, v) = y;
-                    RoomModel.faceVertexZ(face, v) = z;
+                    setvertex(face, v, {x, y, z});
                     extendbox(x, y, z);
                 });
     RoomModel.faceInWall(face) = load.inwall;
@@ -138,46 +136,43 @@ void readdoor(loading& load) {
     RoomModel.faceHasOpening(face) = -1;
 }
 
+// Two points, one behind the other.
+struct pointpair {
+    roompoint first, second;
+};
+pointpair readpoints(listreader& fields) {
+    std::array<float, 6> number{};
+    readsingles(fields, number.data(), 6);
+    return {{number[0], number[1], number[2]}, {number[3], number[4], number[5]}};
+}
+
 void readsource(loading& load) {
     listreader& fields = load.fields;
     const std::int32_t source = nextslot(load, load.sources, highestsource, "sources");
-    std::array<float, 6> number{};
-    readsingles(fields, number.data(), 6);
-    RoomModel.sourceX(source) = number[0];
-    RoomModel.sourceY(source) = number[1];
-    RoomModel.sourceZ(source) = number[2];
-    RoomModel.sourceAimX(source) = number[3];
-    RoomModel.sourceAimY(source) = number[4];
-    RoomModel.sourceAimZ(source) = number[5];
+    const auto [position, aim] = readpoints(fields);
+    setsource(source, position, aim);
     // The one separator behind the number is all that goes before the name, which may be empty.
     RoomModel.sourceAimExtra(source) = readsinglebeforetext(fields);
     RoomModel.sourceFile(source) = atend(fields) ? std::string() : std::string(readline(fields));
-    extendbox(number[0], number[1], number[2]);
+    extendbox(position.x, position.y, position.z);
 }
 
 void readreceiver(loading& load) {
     const std::int32_t receiver = nextslot(load, load.receivers, highestreceiver, "receivers");
-    std::array<float, 6> number{};
-    readsingles(load.fields, number.data(), 6);
-    RoomModel.receiverX(receiver) = number[0];
-    RoomModel.receiverY(receiver) = number[1];
-    RoomModel.receiverZ(receiver) = number[2];
-    RoomModel.receiverAimX(receiver) = number[3];
-    RoomModel.receiverAimY(receiver) = number[4];
-    RoomModel.receiverAimZ(receiver) = number[5];
-    extendbox(number[0], number[1], number[2]);
+    const auto [position, second] = readpoints(load.fields);
+    setreceiver(receiver, position, second);
+    extendbox(position.x, position.y, position.z);
 }
 
 void readrayline(loading& load) {
     const std::int32_t line = nextslot(load, load.raylines, highestrayline, "ray lines");
-    std::array<float, 6> number{};
-    readsingles(load.fields, number.data(), 6);
-    RoomModel.rayLineX1(line) = number[0];
-    RoomModel.rayLineY1(line) = number[1];
-    RoomModel.rayLineZ1(line) = number[2];
-    RoomModel.rayLineX2(line) = number[3];
-    RoomModel.rayLineY2(line) = number[4];
-    RoomModel.rayLineZ2(line) = number[5];
+    const auto [start, direction] = readpoints(load.fields);
+    RoomModel.rayLineX1(line) = start.x;
+    RoomModel.rayLineY1(line) = start.y;
+    RoomModel.rayLineZ1(line) = start.z;
+    RoomModel.rayLineX2(line) = direction.x;
+    RoomModel.rayLineY2(line) = direction.y;
+    RoomModel.rayLineZ2(line) = direction.z;
 }
 
 void openwall(loading& load) {
