@@ -58,7 +58,7 @@ struct importing {
     loadprogress progress;
     block present = block::none;
     std::vector<std::array<double, 3>> corners; // x, y, z by number
-    std::int32_t faces = 0, sources = 0, receivers = 0;
+    roomcounts counts;
 };
 
 std::string_view nextline(importing& load) {
@@ -168,7 +168,7 @@ std::string directivityname(std::string_view line) {
 }
 
 void readsource(importing& load) {
-    const std::int32_t source = nextslot(load, load.sources, highestsource, "sources");
+    const std::int32_t source = nextslot(load, load.counts.sources, highestsource, "sources");
     RoomModel.sourceFile(source) = directivityname(nextline(load));
     const roompoint position = nextpoint(load, behindmark(nextline(load), '='));
     const roompoint aim = nextpoint(load, behindmark(nextline(load), '='));
@@ -179,11 +179,11 @@ void readsource(importing& load) {
 }
 
 void readreceiver(importing& load, std::string_view words) {
-    const std::int32_t receiver = nextslot(load, load.receivers, highestreceiver, "receivers");
+    const std::int32_t receiver = nextslot(load, load.counts.receivers, highestreceiver, "receivers");
     nextword(words); // the label
     const roompoint position = nextpoint(load, words);
     roompoint second;
-    if (load.sources > 0) second = {RoomModel.sourceX(1), RoomModel.sourceY(1), RoomModel.sourceZ(1)};
+    if (load.counts.sources > 0) second = {RoomModel.sourceX(1), RoomModel.sourceY(1), RoomModel.sourceZ(1)};
     setreceiver(receiver, position, second);
     extendbox(position.x, position.y, position.z);
     logpoints("Receiver: ", receiver, position, second);
@@ -267,7 +267,7 @@ void addvertex(const importing& load, std::int32_t face, int vertex, std::size_t
 }
 
 void readplane(importing& load, std::string_view text) {
-    const std::int32_t face = nextslot(load, load.faces, highestface, "faces");
+    const std::int32_t face = nextslot(load, load.counts.faces, highestface, "faces");
     nextword(text); // "[" and the plane's number
     const std::string_view name = trimboth(takeupto(load, text, '/', "the name of a plane"));
     std::string_view corners = takeupto(load, text, '/', "the corners of a plane");
@@ -342,11 +342,7 @@ void loadcatt(const std::string& name) {
     load.corners.resize(highestcorner + 1);
     while (!atend(load.file)) takeline(load, nextline(load));
     savematerials();
-
-    RoomModel.faceCount = load.faces;
-    RoomModel.sourceCount = load.sources;
-    RoomModel.receiverCount = load.receivers;
-    finishroomload(formerbackground);
+    finishroomload(load.counts, formerbackground);
 }
 
 } // namespace orv

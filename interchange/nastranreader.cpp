@@ -51,7 +51,8 @@ struct importing {
     std::size_t fieldbegin = 0; // of the field taken last
     loadprogress progress;
     std::vector<std::array<double, 3>> nodes; // x, y, z by number
-    std::int32_t nodecount = 0, faces = 0;
+    std::int32_t nodecount = 0;
+    roomcounts counts;
     std::string log; // the line that is being made
 };
 
@@ -175,11 +176,11 @@ void storevertex(importing& load, std::int32_t face, int vertex, const std::arra
 }
 
 void readtriangle(importing& load) {
-    if (load.faces >= highestface)
+    if (load.counts.faces >= highestface)
         fieldfailure(load, errorkind::subscript,
                      "subscript out of range, a room holds at most " + std::to_string(highestface) +
                          " faces");
-    const std::int32_t face = ++load.faces;
+    const std::int32_t face = ++load.counts.faces;
     ResultSet.lastSlot = nextwhole(load); // this variable on purpose, though it is a result's
     RoomModel.faceMaterial(face) = nextnumber(load, whole16);
     RoomModel.faceVertexCount(face) = corners;
@@ -239,10 +240,8 @@ void loadnastran(const std::string& name) {
     load.nodes.resize(highestnode + 1);
     findmarker(load);
     readcards(load);
-    logload(wholetext(load.nodecount) + " nodes and" + wholetext(load.faces) + " faces imported");
-
-    RoomModel.faceCount = load.faces;
-    finishroomload(formerbackground);
+    logload(wholetext(load.nodecount) + " nodes and" + wholetext(load.counts.faces) + " faces imported");
+    finishroomload(load.counts, formerbackground);
 }
 
 } // namespace orv

@@ -252,22 +252,17 @@ void loadrayons(const std::string& name) {
     const std::vector<std::string> names = materialnames();
     platform::statustext(1, "Loading " + shown + " ...");
     const std::vector<facematerial> materials = readmaterials(companion(path, "mat"));
-    const std::int32_t faces = readfaces(path);
-    const std::int32_t receivers = readreceivers(companion(path, "rec"));
-    const std::int32_t sources = readsources(companion(path, "sou"));
+    roomcounts counts;
+    counts.faces = readfaces(path);
+    counts.receivers = readreceivers(companion(path, "rec"));
+    counts.sources = readsources(companion(path, "sou"));
     setmaterials(materials, names);
-
-    RoomModel.faceCount = faces;
-    RoomModel.receiverCount = receivers;
-    RoomModel.sourceCount = sources;
-    finishroomload(formerbackground);
+    finishroomload(counts, formerbackground);
 }
 
 void saverayons(const std::string& name) {
     platform::pointer(platform::shape::wait);
     platform::statustext(1, "Exporting geometry to " + pagetext(name) + " ...");
-    loadprogress progress;
-    progress.size = static_cast<std::size_t>(RoomModel.faceCount);
     std::string text;
     std::int64_t number = 0;
     for (std::int32_t face = 1; face <= RoomModel.faceCount; ++face) {
@@ -279,18 +274,14 @@ void saverayons(const std::string& name) {
                 appendnumber(text.append(1, ' '), static_cast<double>(coordinate));
             text += lineend;
         }
-        showprogress(progress, static_cast<std::size_t>(face));
+        showfaceprogress(face);
     }
     text.append("Faces:").append(lineend);
     for (std::int64_t first = 1; first <= number; first += exportedcorners) {
         addnumbers(text, {first, first + 1, first + 2, first + 3});
         addnumbers(text, {first + 3, first + 2, first + 1, first});
     }
-    replacefile(name, text);
-    platform::pointer(platform::shape::normal);
-    platform::statustext(1, "");
-    platform::statustext(2, "");
-    platform::yield();
+    finishroomsave(name, text);
 }
 
 } // namespace orv
