@@ -159,6 +159,12 @@ TEST_F(resultfiles, energiesThatCannotBeStoredAreSkipped) {
     load(text);
     EXPECT_EQ(ImpulseResponse(10, 10, 1), 0.0F);
     EXPECT_EQ(ImpulseResponse(10, linearband, 1), 9000.0F);
+    // Without a linear sum of the direct sound every slot counts as the first.
+    file.body.clear();
+    file.block("[Microphone_1]", flatrows(11, 1e38));
+    load(file.text());
+    EXPECT_EQ(ImpulseResponse(0, linearband, 1), 0.0F);
+    EXPECT_EQ(ParameterSet.Ts(1, 6), 0.0F);
 }
 
 TEST_F(resultfiles, damagedFilesGiveWhatCanBeRead) {
