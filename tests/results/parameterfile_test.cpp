@@ -2,8 +2,8 @@
 #include "results/parameterfile.h"
 
 #include "base/numbertext.h"
+#include "shell/startup.h"
 #include "tests/failures.h"
-#include "tests/results/startvalues.h"
 #include "tests/testsupport.h"
 
 namespace orv {
@@ -35,7 +35,7 @@ struct parameterfiles : sessiontest {
 
     parameterfiles() {
         clearparameters(lastcleared);
-        setstartvalues();
+        computeconstants();
     }
 
     static void fillmarked(int receivers) {
@@ -193,7 +193,6 @@ struct olderfiles : parameterfiles {
     std::string text = oldlayout(2);
 
     olderfiles() {
-        setspeechconstants();
         writetext(path, text);
         forget();
         SessionState.backgroundNoiseFlag = SessionState.equalizeSpectrumFlag =
