@@ -19,15 +19,18 @@ struct parameters : resultsession {
 
 } // namespace
 
-// All parameters of energies of every kind, with all bands and with some, and of long responses: slots beyond
-// those whose sines and cosines are kept are computed one by one, and a fit counts to 32767. The golden file
-// holds what a plain evaluation gave that took every statement of the definitions for itself, slot by slot.
+// All parameters of energies of every kind, with all bands and with some (and bare line feeds), and of long
+// responses: slots beyond those whose sines and cosines are kept are computed one by one, and a fit counts to
+// 32767. The golden file holds what a plain evaluation gave that took every statement of the definitions for
+// itself, slot by slot.
 TEST_F(parameters, agreeWithThePlainEvaluation) {
     std::string all;
-    const auto take = [&] {
+    const auto take = [&](bool carriagereturns) {
         clearparameters(20);
         SessionState.decaySlope = 0;
-        load();
+        std::string text = file.text();
+        if (!carriagereturns) std::erase(text, '\r');
+        load(text);
         SessionState.geometryFileName = "room.RAY";
         saveparameters("room._ab");
         all += readtext("room.-ab") + numbertext(SessionState.decaySlope) + "\r\n";
@@ -48,11 +51,9 @@ TEST_F(parameters, agreeWithThePlainEvaluation) {
         if (r == 6) rows = flatrows(121, 1e-9);
         file.block("[Microphone_" + std::to_string(r) + "]", rows);
     }
-    for (const char* bands :
-         {"First band  = 0\r\nLast band   = 9\r\n", "First band  = 2\r\nLast band   = 7\r\n"}) {
-        file.extra = bands;
-        take();
-    }
+    take(true);
+    file.extra = "First band  = 2\r\nLast band   = 7\r\n";
+    take(false);
     // The second one's early energy lies before its arrival only, and its late energy within 50 to 80 ms.
     file = resulttext{};
     file.length = 66;
@@ -61,7 +62,7 @@ TEST_F(parameters, agreeWithThePlainEvaluation) {
     rows[60].fill(1000);
     rows[61 + 55].fill(500);
     file.block("[Microphone_2]", rows);
-    take();
+    take(true);
     expectgolden("energies.txt", all);
 }
 
