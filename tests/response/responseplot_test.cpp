@@ -213,6 +213,12 @@ TEST_F(plots, barsShowWhatPathsDoNotExplain) {
     });
     EXPECT_EQ(spikes, 2);
     EXPECT_EQ(plot.lines[plot.lines.size() - 2], "line .26 20 .51 20 FF0000 mode 7");
+    energy(1, 1) = 16777216;
+    RayPathSet.paths[1][0].energy[khz1] = 1.25F;
+    RayPathSet.paths[1][1].energy[khz1] = 16777213;
+    forgetlevels();
+    impulsedraw(0, 1);
+    EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 3.0103F) << "of 2: single precision at each path";
     choosereceiver(0);
     EXPECT_EQ(ResponsePlot.RecNo, 1) << "only single receivers have paths";
     presskey(plotright, "");
