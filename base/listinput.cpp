@@ -117,6 +117,14 @@ std::string fieldat(listreader reader) {
     inputfailure(reader, kind, reason);
 }
 
+// Letters of code page 1252 whose other case does not lie 32 places away, as it does for all others.
+constexpr std::string_view loneupper = "\x8A\x8C\x8E\x9F", lonelower = "\x9A\x9C\x9E\xFF";
+constexpr unsigned char casedistance = 0x20;
+
+bool isupper(unsigned char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7);
+}
+
 // Powers of ten that a double holds exactly, as it does every number of fifteen digits.
 constexpr double exactpower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
@@ -367,6 +375,29 @@ std::string uppercase(std::string_view text) {
     for (char& c : upper)
         if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
     return upper;
+}
+
+std::string pageuppercase(std::string_view text) {
+    std::string upper(text);
+    for (char& c : upper) {
+        const auto other = static_cast<unsigned char>(c - casedistance);
+        if (const std::size_t at = lonelower.find(c); at != std::string_view::npos)
+            c = loneupper[at];
+        else if (isupper(other))
+            c = static_cast<char>(other);
+    }
+    return upper;
+}
+
+std::string pagelowercase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) {
+        if (const std::size_t at = loneupper.find(c); at != std::string_view::npos)
+            c = lonelower[at];
+        else if (isupper(static_cast<unsigned char>(c)))
+            c = static_cast<char>(c + casedistance);
+    }
+    return lower;
 }
 
 } // namespace orv
