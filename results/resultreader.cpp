@@ -510,7 +510,8 @@ std::string inp10char(listreader& file) {
 std::int32_t blocknumber(std::string_view title) {
     const std::size_t mark = title.find('_');
     if (mark == std::string_view::npos) return 0;
-    const std::string_view behind = trimfront(title.substr(mark + 1));
+    std::string_view behind = title.substr(mark + 1);
+    behind.remove_prefix(std::min(behind.find_first_not_of(" \t"), behind.size()));
     const numberprefix number = readprefix(behind);
     if (number.overflow) return behind.front() == '-' ? -1 : highestreceiver + 1;
     return whole32(std::clamp(number.value, -1.0, highestreceiver + 1.0));

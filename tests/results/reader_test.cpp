@@ -68,7 +68,7 @@ TEST_F(resultfiles, numbersOfBlocksDecideWhereTheyGo) {
     file.block("[Microphone_100001]", flatrows(11, 7)); // read past
     file.block("[Microphone_-3]", flatrows(11, 7));
     file.block("[Microphone_3000000000]", flatrows(11, 7)); // too large for a whole number
-    file.block("[Microphone_1]", flatrows(11, 500));        // replaces the first
+    file.block("[Microphone_ \t1]", flatrows(11, 500));     // replaces the first
     file.block("[Microphone]", flatrows(11, 90));           // no number: the room's own row
     load(file.text());
     EXPECT_EQ(RoomModel.receiverCount, 1);
