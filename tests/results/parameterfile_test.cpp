@@ -183,9 +183,9 @@ TEST_F(olderfiles, AreRewrittenBesideACopy) {
     RoomModel.receiverCount = 1; // stays, so that fewer receivers are written than the old file held
     convert(platform::answer::ok);
     EXPECT_EQ(readtext(path + ".old"), text);
-    EXPECT_NE(readtext(path).find("from file:\",\"" + path + "\"\r\n"), std::string::npos); // its own name
-    forget();
-    loadparameters(path);
+    const std::string fresh = readtext(path);
+    EXPECT_NE(fresh.find("from file:\",\"" + path + "\"\r\n"), std::string::npos); // its own name
+    loadtext(fresh);
     EXPECT_EQ(RoomModel.receiverCount, 1);
     EXPECT_EQ(P.LF(1, 1), 0.25F); // as it stood in memory
     EXPECT_EQ(P.ITDGeq(1, 12), marked(14, 1, 12));
