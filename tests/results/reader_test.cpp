@@ -147,6 +147,12 @@ TEST_F(resultfiles, energiesThatCannotBeStoredAreSkipped) {
     load(text);
     EXPECT_EQ(ImpulseResponse(10, 10, 1), 0.0F);
     EXPECT_EQ(ImpulseResponse(10, linearband, 1), 9000.0F);
+    // Without a linear sum of the direct sound every slot counts as the first.
+    file.body.clear();
+    file.block("[Microphone_1]", flatrows(11, 1e38));
+    load(file.text());
+    EXPECT_EQ(ImpulseResponse(0, linearband, 1), 0.0F);
+    EXPECT_EQ(ParameterSet.Ts(1, 6), 0.0F);
 }
 
 TEST_F(resultfiles, damagedFilesGiveWhatCanBeRead) {
@@ -207,30 +213,30 @@ TEST_F(resultfiles, sourceDescriptionSetsPowerAndDirectivity) {
         return "band " + std::to_string(k) + " x\r\n0, 0," + numbertext(level) +
                ", 0, 2.5, 0\r\ncount 1\r\n1\r\n2\r\n3\r\n";
     };
-    const std::string first = "a\r\nb\r\nc\r\nd\r\n\"Test speaker\", 3\r\n" + band(3, 80);
-    writetext("speaker.txt", first + band(99, 120) + band(6, 90));
+    const std::string first = "a\r\nb\r\nc\r\nd\r\n\"Test speaker\", 3\r\n" + band(3, 80.1);
+    writetext("speaker.txt", first + band(99, 120) + band(6, 93.7));
     file.extra = "Name       = SPEAKER.TXT\r\n"; // found in any case
     file.block("[Microphone_1]", flatrows(11, 1000));
     load(file.text());
     EXPECT_EQ(ResultSet.sourceName, "SPEAKER.TXT");
-    EXPECT_EQ(ResultSet.sourcePower(3), 80.0F);
-    EXPECT_EQ(ResultSet.sourcePower(6), 90.0F);
+    EXPECT_EQ(ResultSet.sourcePower(3), 80.1F);
+    EXPECT_EQ(ResultSet.sourcePower(6), 93.7F);
     EXPECT_EQ(ResultSet.sourceDirectivity(6), 2.5F);
-    EXPECT_NEAR(ResultSet.sourcePower(linearband), 90.41393, 1e-5);
+    EXPECT_EQ(ResultSet.sourcePower(linearband), 93.8855515F); // of the stored levels
     EXPECT_TRUE(logged("Test speaker 3"));
-    EXPECT_FLOAT_EQ(SessionState.voiceCorrection[3], 60 - ((90 - 11) + 2.5F));
+    EXPECT_FLOAT_EQ(SessionState.voiceCorrection[3], 60 - ((93.7F - 11) + 2.5F));
     // Levels of the former load stay when the next file names no source that is there.
     file.extra.clear();
     load(file.text(), "next._ab");
-    EXPECT_EQ(ResultSet.sourcePower(6), 90.0F);
-    EXPECT_FLOAT_EQ(ParameterSet.LeqLw(1, 6), ParameterSet.Leq(1, 6) - 90);
+    EXPECT_EQ(ResultSet.sourcePower(6), 93.7F);
+    EXPECT_FLOAT_EQ(ParameterSet.LeqLw(1, 6), ParameterSet.Leq(1, 6) - 93.7F);
     // Of a description that is cut, what was read counts.
     ResultSet = resultset{};
     writetext("speaker.txt", first + "band 4 x\r\n0 0 six");
     file.extra = "Name       = speaker.txt\r\n";
     load(file.text());
     EXPECT_EQ(ResultSet.sourcePower(4), 0.0F);
-    EXPECT_FLOAT_EQ(ResultSet.sourcePower(linearband), 80.0F);
+    EXPECT_FLOAT_EQ(ResultSet.sourcePower(linearband), 80.1F);
 }
 
 // A file with no band record is no usable one: it leaves the levels of the load before.

@@ -224,6 +224,20 @@ TEST_F(workflows, SavesUnderANameWithExtension) {
     }
 }
 
+TEST_F(workflows, OpensAFileByItsName) {
+    openfile(inside("hall.ray"));
+    EXPECT_EQ(scripted::title(), inside("hall.ray") + " - Orvanta View v. 3.10");
+    EXPECT_EQ(SessionState.parameterSource, 0.0F);
+    for (const char* name : {"hall._01", "hall.-01"}) { // parameters stand for their result
+        SessionState.resultFileName = "";
+        expectresult();
+        openfile(inside(name));
+        EXPECT_EQ(SessionState.resultFileName, inside("hall._01"));
+        EXPECT_EQ(SessionState.geometryFileName, inside("hall.ray"));
+    }
+    expectidle();
+}
+
 TEST_F(workflows, AParameterFileCountsWhileNothingIsNewer) {
     const std::string result = inside("hall._01"), settings = inside("orvanta.ini"),
                       parameters = inside("Hall.-01");
