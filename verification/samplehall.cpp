@@ -1,0 +1,63 @@
+// The decay times of the sample hall: a plausibility of everything at once.
+#include "samples/hall.h"
+
+#include "results/parameterset.h"
+#include "results/resultreader.h"
+#include "samples/samplefiles.h"
+#include "verification/session.h"
+#include "verification/subjects.h"
+
+#include <cmath>
+#include <string>
+
+namespace orv::verification {
+
+namespace {
+
+constexpr int source[] = {1};
+constexpr real length = 36, width = 20, height = 12; // m
+constexpr real volume = length * width * height;
+// x low, x high, y low, y high, z low, z high
+constexpr real sideareas[samples::hallSides] = {width * height, width* height, length* height,
+                                                length* height, length* width, length* width};
+const std::vector<std::string> bandnames = {"31.5", "63",  "125", "250", "500",
+                                            "1 k",  "2 k", "4 k", "8 k", "16 k"};
+
+// 24 ln 10 V / (c (- S ln(1 - mean absorption) + 4 m V))
+real eyring(int band) {
+    real area = 0, absorption = 0;
+    for (int side = 0; side < samples::hallSides; ++side) {
+        area += sideareas[side];
+        absorption += sideareas[side] * samples::sideabsorption(side, band);
+    }
+    const real walls = -area * std::log(1 - absorption / area);
+    return 24 * std::log(real(10)) * volume /
+           (samples::hallsoundspeed() * (walls + 4 * samples::airabsorption(band) * volume));
+}
+
+} // namespace
+
+subject verifysamplehall() {
+    subject found{
+        "samplehall", "The sample hall",
+        "A plausibility: the mean T30 of the thirty receivers of hall._01, by band, against Eyring's "
+        "reverberation time of the materials, volume and air of the hall. Theory and a room with distinct "
+        "reflections differ by some per cent; 15 % are allowed."};
+    const session here;
+    here.write("orvanta.ini", "Alfa=.9\r\nBeta=1\r\n");
+    here.write(samples::sourceFileName, samples::sourcetext());
+    here.write("hall._01", samples::resulttext({}, source));
+    loadresult(here.inside("hall._01"));
+    table times{"Reverberation times", "", bandnames};
+    for (int band = 0; band < samples::bandCount; ++band) {
+        const double expected = static_cast<double>(eyring(band));
+        const double computed = static_cast<double>(ParameterSet.T30(0, band + 1));
+        const auto atcase = static_cast<std::size_t>(band);
+        departs(times, "T30, s", expected, computed, atcase);
+        compare(times, "T30 over Eyring's", 0.15, 1, computed / expected, atcase);
+    }
+    found.tables.push_back(times);
+    return found;
+}
+
+} // namespace orv::verification
