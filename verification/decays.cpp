@@ -1,5 +1,5 @@
 // Room-acoustic parameters of decays that are sums of geometric series, against closed forms.
-#include "base/runtimeerror.h"
+#include "base/numbertext.h"
 #include "results/parameterfile.h"
 #include "results/parameterset.h"
 #include "results/resultset.h"
@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 
 namespace orv::verification {
 
@@ -284,21 +283,9 @@ std::vector<receiverbands> allbands(const resultfile& file, const std::array<rea
 
 table exponentials(const std::vector<receiverbands>& bands) {
     table found{"Exponential decays of 0.5, 1, 2 and 4 s",
-                "6 s in slots of 1 ms, twelve bands each.",
+                "6 s in slots of 1 ms, twelve bands each; the first slot of a band has 91 to 103 dB.",
                 {"0.5 s", "1 s", "2 s", "4 s"}};
     for (std::size_t i = 0; i < 4; ++i) compareparameters(found, bands[i], static_cast<int>(i) + 1, i);
-    return found;
-}
-
-table owntimes() {
-    table found{"Their own decay times",
-                "What the fits find of a decay that is exponential in truth.",
-                {"0.5 s", "1 s", "2 s", "4 s"}};
-    for (const std::string_view name : {"EDT", "T10", "T15", "T20", "T30"})
-        for (std::size_t i = 0; i < std::size(seconds); ++i)
-            for (const int b : bandorder)
-                compare(found, std::string(name) + ", s", 1e-4, seconds[i],
-                        computedvalue(name, static_cast<int>(i) + 1, b), i);
     return found;
 }
 
@@ -360,14 +347,15 @@ void forgetparameters(std::int32_t last) {
 
 table throughparameterfile(const session& in, std::size_t receivers) {
     table found{"Through the parameter file",
-                "All parameters of all receivers, saved, forgotten and loaded; the file has seven digits."};
+                "All parameters of all receivers, saved, forgotten and loaded; the file has seven digits, "
+                "which are four decimals above 100."};
     const valuetable before = allvalues(receivers);
     saveparameters(in.inside("decays._01"));
     forgetparameters(static_cast<std::int32_t>(receivers));
     loadparameters(in.inside("decays.-01"));
     const valuetable after = allvalues(receivers);
     for (std::size_t i = 0; i < before.size(); ++i)
-        compare(found, "Value read against value saved", 1e-5, before[i], after[i]);
+        compare(found, "Value read against value saved", 6e-5, before[i], after[i]);
     return found;
 }
 
@@ -409,31 +397,54 @@ table cutoff(const session& in) {
 
 // --- Below format 1.2 ---
 
+// The lateral energy of a band that makes `ratio` of its first 80 ms, with the digits of a file.
+double lateralenergy(const series& heard, const resultfile& file, double ratio) {
+    const int early = static_cast<int>(std::lround(0.08 / file.step));
+    return lenientnumber(numbertext(ratio * static_cast<double>(sumof(heard, 0, early))));
+}
+
 table oldlayout(const session& in) {
     table found{"Results below format 1.2",
                 "LE is an energy there, over that of the first 80 ms.",
                 {"0.5 s", "1 s", "2 s", "4 s", "1 s, quiet"}};
     resultfile file = cutdecays();
     file.format = 1;
+    for (receiverblock& block : file.receivers)
+        for (std::size_t b = 0; b < octaves; ++b)
+            block.le[b] = lateralenergy(block.bands[b], file, 0.1 + 0.02 * static_cast<double>(b));
     loadresultfile(in, "old._01", file);
-    const std::vector<receiverbands> bands = allbands(file, {});
     const std::array<real, octaves> weights[] = {aweights(), linearweights()};
-    for (std::size_t i = 0; i < bands.size(); ++i)
+    for (std::size_t i = 0; i < file.receivers.size(); ++i) {
+        const receiverblock& block = file.receivers[i];
+        const receiverbands bands = bandsof(file, block, {});
         for (const int b : bandorder) {
-            const response& r = bands[i][static_cast<std::size_t>(b)];
-            real lateralenergy = r.le;
-            if (b > octaves) {
-                const std::array<real, octaves>& w = weights[b - weightedband];
-                real sum = 0;
-                for (const real weight : w) sum += weight;
-                lateralenergy *= sum;
-            }
-            // Next to nothing against 80 ms of a loud decay: compared as a level.
-            compare(found, "LE, dB", 1e-4,
-                    static_cast<double>(level(lateralenergy / sumof(r.heard, 0, r.slotsto(0.08L)))),
-                    10 * std::log10(computedvalue("LE", static_cast<int>(i) + 1, b)), i);
+            const response& r = bands[static_cast<std::size_t>(b)];
+            real numerator = b <= octaves ? block.le[static_cast<std::size_t>(b - 1)] : 0;
+            for (std::size_t k = 0; b > octaves && k < octaves; ++k)
+                numerator += weights[b - weightedband][k] * block.le[k];
+            compare(found, "LE", sevendigits, stored("LE", numerator / sumof(r.heard, 0, r.slotsto(0.08L))),
+                    computedvalue("LE", static_cast<int>(i) + 1, b), i);
         }
+    }
     return found;
+}
+
+void addwhole(subject& to) {
+    const session here;
+    here.write(samples::sourceFileName, samples::sourcetext());
+    const resultfile whole = wholedecays();
+    loadresultfile(here, "decays._01", whole);
+    const std::vector<receiverbands> bands = allbands(whole, sourcepower());
+    to.tables.push_back(exponentials(bands));
+    to.tables.push_back(doubleslopes(bands));
+    to.tables.push_back(roommeans(bands));
+    to.tables.push_back(throughparameterfile(here, bands.size()));
+}
+
+void addshort(subject& to) {
+    const session here;
+    to.tables.push_back(cutoff(here));
+    to.tables.push_back(oldlayout(here));
 }
 
 } // namespace
@@ -450,18 +461,8 @@ subject verifydecays() {
         "down "
         "to 0.01 dB. Decay times are a least-squares line through the closed form of the backward integrated "
         "curve. D50 follows from C50, which is cut down, and is compared with the exact share of energy."};
-    const session here;
-    here.write(samples::sourceFileName, samples::sourcetext());
-    const resultfile whole = wholedecays();
-    loadresultfile(here, "decays._01", whole);
-    const std::vector<receiverbands> bands = allbands(whole, sourcepower());
-    found.tables.push_back(exponentials(bands));
-    found.tables.push_back(owntimes());
-    found.tables.push_back(doubleslopes(bands));
-    found.tables.push_back(roommeans(bands));
-    found.tables.push_back(throughparameterfile(here, bands.size()));
-    found.tables.push_back(cutoff(here));
-    found.tables.push_back(oldlayout(here));
+    addwhole(found);
+    addshort(found);
     return found;
 }
 

@@ -173,7 +173,7 @@ table sounddirections(const session& in) {
 // --- The diffuse field ---
 
 constexpr int tailslots = 1000, firsttailband = 4;
-constexpr double taillength = 1.2; // s, with the silence around it
+constexpr double taillength = 1.5; // s, with the silence around it
 constexpr real tailenergy = 1e8L;
 
 void loadtail(const session& in) {
