@@ -13,7 +13,8 @@ namespace {
 
 constexpr int valueplaces = 6, differenceplaces = 2; // significant digits
 constexpr int plainpoint = 7;                        // digits before the point that are written in full
-constexpr double perfect = 1e-300;                   // below this a difference is none
+constexpr double nothing = 1e-13;                    // a value below this is shown as 0
+constexpr double little = 1e-4;                      // a value below this is shown as a difference is
 
 row& rowof(table& into, std::string_view quantity, relation kind, double allowed) {
     for (row& known : into.rows)
@@ -54,9 +55,8 @@ constexpr numberform plainform = {"E", ""}, htmlform = {" &times; 10<sup>", "</s
 // A number with so many significant digits, and an exponent where it has one too many zeros.
 std::string shown(double value, int places, const numberform& form) {
     if (!std::isfinite(value)) return "none";
-    if (std::fabs(value) < perfect) return "0";
-    decimaldigits digits = significantdigits(value, places);
-    const int exponent = digits.point - 1;
+    const decimaldigits digits = significantdigits(value, places);
+    if (digits.count == 0) return "0";
     const bool plain = digits.point > -2 && digits.point <= plainpoint;
     const int point = plain ? digits.point : 1;
     std::string text = digits.negative ? "-" : "";
@@ -65,12 +65,18 @@ std::string shown(double value, int places, const numberform& form) {
         if (i > 0 && i == point) text += '.';
         text += i < digits.count ? digits.digit[static_cast<std::size_t>(i)] : '0';
     }
-    if (!plain) text.append(form.exponentfront).append(trimmedwhole(exponent)).append(form.exponentback);
+    if (!plain)
+        text.append(form.exponentfront).append(trimmedwhole(digits.point - 1)).append(form.exponentback);
     return text;
 }
 
+std::string valuetext(double value, const numberform& form) {
+    if (std::fabs(value) < nothing) return "0";
+    return shown(value, std::fabs(value) < little ? differenceplaces : valueplaces, form);
+}
+
 std::string expectedtext(const row& of, const comparison& cell, const numberform& form) {
-    const std::string value = shown(cell.expected, valueplaces, form);
+    const std::string value = valuetext(cell.expected, form);
     return of.kind == relation::atmost ? value + " or less" : value;
 }
 
@@ -114,7 +120,7 @@ std::string textline(const table& of, const row& each, std::size_t atcase) {
     std::string line = "  " + each.quantity;
     const std::string fields[] = {of.cases[atcase],
                                   expectedtext(each, cell, plainform),
-                                  shown(cell.computed, valueplaces, plainform),
+                                  valuetext(cell.computed, plainform),
                                   trimmedwhole(cell.count),
                                   shown(cell.difference, differenceplaces, plainform),
                                   allowedtext(each, plainform),
@@ -132,34 +138,36 @@ std::string cell(std::string_view text) {
     return "<td>" + std::string(text) + "</td>";
 }
 
-// What stands at the end of every line of a table.
-std::string endcells(const row& of) {
-    return cell(trimmedwhole(countof(of))) + cell(shown(worstof(of), differenceplaces, htmlform)) +
-           cell(allowedtext(of, htmlform)) + "</tr>\n";
+std::string differencetext(const row& of) {
+    return shown(worstof(of), differenceplaces, htmlform);
 }
-constexpr std::string_view endheads = "<th>Numbers</th><th>Largest difference</th><th>Allowed</th></tr>\n";
+
+constexpr std::string_view tablestart = "<table class=\"proof\">\n<tr><th>Quantity</th>";
 
 std::string plaintable(const table& of) {
-    std::string text = "<table>\n<tr><th>Quantity</th><th>Expected</th><th>Computed</th>";
-    text += endheads;
+    std::string text(tablestart);
+    text += "<th>Expected</th><th>Computed</th><th>Numbers</th><th>Largest "
+            "difference</th><th>Allowed</th></tr>\n";
     for (const row& each : of.rows)
         text += "<tr>" + cell(each.quantity) + cell(expectedtext(each, each.cases[0], htmlform)) +
-                cell(shown(each.cases[0].computed, valueplaces, htmlform)) + endcells(each);
+                cell(valuetext(each.cases[0].computed, htmlform)) + cell(trimmedwhole(countof(each))) +
+                cell(differencetext(each)) + cell(allowedtext(each, htmlform)) + "</tr>\n";
     return text + "</table>\n";
 }
 
-// Expected over computed in each cell.
+// Expected over computed in each cell, and the largest difference over what is allowed.
 std::string casestable(const table& of) {
-    std::string text = "<table>\n<tr><th>Quantity</th><th></th>";
+    std::string text(tablestart);
     for (const std::string& name : of.cases) text += "<th>" + name + "</th>";
-    text += endheads;
+    text += "<th>Numbers</th><th>Difference<br>allowed</th></tr>\n";
     for (const row& each : of.rows) {
-        text += "<tr>" + cell(each.quantity) + cell("expected<br>computed");
+        text += "<tr>" + cell(each.quantity);
         for (const comparison& value : each.cases)
             text += cell(value.count == 0 ? ""
                                           : expectedtext(each, value, htmlform) + "<br>" +
-                                                shown(value.computed, valueplaces, htmlform));
-        text += endcells(each);
+                                                valuetext(value.computed, htmlform));
+        text += cell(trimmedwhole(countof(each))) +
+                cell(differencetext(each) + "<br>" + allowedtext(each, htmlform)) + "</tr>\n";
     }
     return text + "</table>\n";
 }
@@ -195,14 +203,15 @@ std::string summary(std::span<const subject> subjects) {
 }
 
 constexpr std::string_view foreword =
-    "<h2>The proof</h2>\n"
+    "<h2>Verification</h2>\n"
     "<p>When the program is built, its routines compute what can be known without them, and the build fails "
     "where a value is farther off than allowed. This chapter is what that run has found. Expected values "
     "come "
     "from closed forms or from plain arithmetic in extended precision; computed ones from the program's own "
     "routines, through files wherever there is a file. Where a line stands for many numbers, the one that "
-    "differs most is shown. What the program does otherwise than the standard on purpose is marked so, with "
-    "the standard's value as the expected one.</p>\n";
+    "differs most is shown, and its difference.</p>\n"
+    "<p>Tables with a column for each case have the expected value above the computed one. What the "
+    "program does on purpose otherwise than the expected value tells is marked so and not counted.</p>\n";
 
 } // namespace
 
