@@ -292,7 +292,7 @@ table exponentials(const std::vector<receiverbands>& bands) {
 table doubleslopes(const std::vector<receiverbands>& bands) {
     table found{
         "Double slopes",
-        "Two decays of each band at a time, the second so much weaker at its beginning; and ten bands that "
+        "Two decays in each band, the second beginning so much lower; and ten bands that "
         "decay by themselves, so that A and Lin are sums of ten exponentials.",
         {"0.5 s, and 2 s 10 dB lower", "1 s, and 4 s 20 dB lower", "4 s at 31.5 Hz to 0.85 s at 16 kHz"}};
     for (std::size_t i = 0; i < 3; ++i) compareparameters(found, bands[i + 4], static_cast<int>(i) + 5, i);

@@ -61,7 +61,8 @@ std::array<double, harmoniccount> gainsof(const weighteddirection& from) {
 }
 
 std::string ordername(int order) {
-    return "Order " + std::to_string(order) + ", " + std::to_string(2 * order + 1) + " channels";
+    return "Order " + std::to_string(order) + ", " + std::to_string(2 * order + 1) +
+           (order == 0 ? " channel" : " channels");
 }
 
 table definitions(const std::vector<weighteddirection>& all) {

@@ -57,7 +57,7 @@ std::string shown(double value, int places, const numberform& form) {
     if (!std::isfinite(value)) return "none";
     const decimaldigits digits = significantdigits(value, places);
     if (digits.count == 0) return "0";
-    const bool plain = digits.point > -2 && digits.point <= plainpoint;
+    const bool plain = digits.point > -3 && digits.point <= plainpoint;
     const int point = plain ? digits.point : 1;
     std::string text = digits.negative ? "-" : "";
     if (point <= 0) text += "0." + std::string(static_cast<std::size_t>(-point), '0');
@@ -85,7 +85,7 @@ std::string allowedtext(const row& of, const numberform& form) {
     case relation::atmost:
         return "0";
     case relation::departs:
-        return "on purpose";
+        return "departs";
     default:
         return shown(of.allowed, differenceplaces, form);
     }
@@ -210,8 +210,10 @@ constexpr std::string_view foreword =
     "from closed forms or from plain arithmetic in extended precision; computed ones from the program's own "
     "routines, through files wherever there is a file. Where a line stands for many numbers, the one that "
     "differs most is shown, and its difference.</p>\n"
-    "<p>Tables with a column for each case have the expected value above the computed one. What the "
-    "program does on purpose otherwise than the expected value tells is marked so and not counted.</p>\n";
+    "<p>Tables with a column for each case have the expected value above the computed one. Where the "
+    "program departs from a standard on purpose, or a method from the plain value, the line says so and is "
+    "not "
+    "counted.</p>\n";
 
 } // namespace
 
