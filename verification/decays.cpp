@@ -370,7 +370,7 @@ resultfile cutdecays() {
     file.beta = 1;
     int number = 0;
     for (const double T : seconds) file.receivers.push_back(slopesblock(file, ++number, {{T, 0}}));
-    constexpr real quiet = -85; // dB
+    constexpr real quiet = -95; // dB
     file.receivers.push_back(slopesblock(file, ++number, {{1, 0}}, quiet));
     return file;
 }
@@ -379,9 +379,9 @@ table cutoff(const session& in) {
     table found{
         "Short, thinned out and quiet responses",
         "1.5 s only, so that the sums end before the decay; energies carry the late energy factor of Alfa "
-        "0.9 "
-        "and Beta 1, which loading has to take out. The last one is about 30 dB above the floor of the decay "
-        "curve, so that 0 means \"not reached\".",
+        "0.9 and Beta 1, which loading has to take out. The last one is less than 30 dB above the floor of "
+        "the decay "
+        "curve, so that T30 is 0, \"not reached\".",
         {"0.5 s", "1 s", "2 s", "4 s", "1 s, quiet"}};
     const resultfile file = cutdecays();
     loadresultfile(in, "cut._01", file);
