@@ -16,7 +16,7 @@ namespace {
 using namespace orv;
 
 const manualsources& shipped() {
-    static const manualsources sources = readmanualsources(DATA_FILES "/manual");
+    static const manualsources sources = readmanualsources(DATA_FILES "/manual", {MADE_CHAPTER});
     return sources;
 }
 
