@@ -232,15 +232,18 @@ void computecorrection(loading& load, std::int32_t slots) {
 }
 
 // Reads the energy rows into `row` (slots x 12), corrected, with their two sums. Returns the slot of the
-// first arrival, -1 when there is none; `direct` takes that slot's energies.
-std::int32_t readenergies(loading& load, float* row, std::int32_t slots, workingsums::bybandindex& direct) {
+// first arrival, none where nothing arrived; `direct` takes that slot's energies. Where their linear sum is
+// too large to be stored, the next slot counts as the first arrival once more.
+std::vector<std::int32_t> readenergies(loading& load, float* row, std::int32_t slots,
+                                       workingsums::bybandindex& direct) {
     double weights[octavebands];
     for (std::size_t i = 0; i < octavebands; ++i)
         weights[i] = static_cast<double>(SessionState.aWeight[i + 1]);
-    std::int32_t arrival = -1;
+    std::vector<std::int32_t> arrivals;
+    std::int32_t origin = 0;
     for (std::int32_t t = 0; t < slots; ++t) {
         float* const e = row + static_cast<std::size_t>(t) * bandcount;
-        const std::int32_t offset = arrival < 0 ? t : t - arrival;
+        const std::int32_t offset = t - origin;
         const double w = offset < keptcorrections ? load.correction[static_cast<std::size_t>(offset)]
                                                   : correctionof(offset);
         double values[octavebands];
@@ -266,11 +269,11 @@ std::int32_t readenergies(loading& load, float* row, std::int32_t slots, working
         storesingle(e[weightedband - 1], weighted);
         storesingle(e[linearband - 1], linear);
         if (direct[linearband] == 0 && linear > 0) {
-            arrival = t;
+            arrivals.push_back(origin = t);
             for (std::size_t i = 0; i < bandcount; ++i) direct[i + 1] = std::fabs(static_cast<double>(e[i]));
         }
     }
-    return arrival;
+    return arrivals;
 }
 
 // Reads the rows past where there is no room for them.
@@ -344,8 +347,8 @@ void readblock(loading& load) {
     if (slots == ImpulseResponse.slots) attempt([&] { row = takeresponse(load.receiver); });
     if (row != nullptr) {
         computecorrection(load, slots);
-        const std::int32_t arrival = readenergies(load, row, slots, sums.directEnergy);
-        addslots(sums, load.waves, row, slots, arrival, R.timeStep);
+        const auto arrivals = readenergies(load, row, slots, sums.directEnergy);
+        addslots(sums, load.waves, row, slots, arrivals, R.timeStep);
     } else {
         skipenergies(load, slots);
     }

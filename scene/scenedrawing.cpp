@@ -153,12 +153,15 @@ void drawposted(DrawSurface& surface) {
     }
 }
 
+bool blankingshown() {
+    return ischecked("BLNview") && BlankingLines.blanklineCount > 0;
+}
+
 // Calls `side` for every side of every blanking line, with its two points in the lines' own two axes. The
 // last point of a line begins none.
 template <class step>
 void eachblankside(step&& side) {
     const blankinglines& lines = BlankingLines;
-    if (!ischecked("BLNview")) return;
     for (std::int32_t i = 1; i <= lines.blanklineCount; ++i)
         for (int j = 1; j < static_cast<int>(lines.blanklinePoints(i)); ++j)
             side(picturepoint{wide(lines.blanklineX(i, j)), wide(lines.blanklineY(i, j))},
@@ -166,6 +169,7 @@ void eachblankside(step&& side) {
 }
 
 void drawblanking2d(DrawSurface& surface) {
+    if (!blankingshown()) return;
     surface.setFillColor(QBColor(11));
     eachblankside([&](const picturepoint& p, const picturepoint& q) {
         surface.line(p.x, p.y, q.x, q.y, SessionState.colourBlanking);
@@ -267,6 +271,7 @@ void drawraylines3d(DrawSurface& surface) {
 }
 
 void drawblanking3d(DrawSurface& surface) {
+    if (!blankingshown()) return;
     surface.setFillColor(QBColor(11));
     const double radius = platform::picture().windowWidth() / 300;
     const double third = wide(SessionState.mapThirdCoordinate);

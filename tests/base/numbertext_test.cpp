@@ -1,7 +1,8 @@
-// Numbers as text and text as numbers.
+// Numbers as text, by format patterns too, and text as numbers.
 #include "base/numbertext.h"
 
 #include "base/files.h"
+#include "base/formatpattern.h"
 #include "base/runtimeerror.h"
 #include "tests/jsonvalue.h"
 
@@ -45,31 +46,24 @@ TEST(numbertext, HasSevenDigitsHalvesAwayFromZero) {
     EXPECT_EQ(trimmednumber(-.5), "-.5");
 }
 
-// What all digits of the exact value say: the fast way of taking the first of them must not differ.
+// Halves away from zero by all digits of the exact value: the fast way of taking the first of them must not
+// differ. The library rounds halves to even; the next long double above one is on the right side.
 std::string roundedfully(double value, int places) {
-    char exact[800];
-    const int most = 766; // digits behind the first, of which no double has more
-    const auto end =
-        std::to_chars(exact, exact + sizeof exact, std::fabs(value), std::chars_format::scientific, most).ptr;
-    std::string digits(1, exact[0]);
-    digits.append(exact + 2, most);
-    int power = 0;
-    const char* sign = exact + 2 + most + 1;
-    std::from_chars(*sign == '+' ? sign + 1 : sign, end, power);
-    const bool up = digits[static_cast<std::size_t>(places)] >= '5';
-    digits.resize(static_cast<std::size_t>(places));
-    if (up) {
-        std::size_t i = digits.size();
-        while (i > 0 && digits[i - 1] == '9') digits[--i] = '0';
-        if (i > 0) {
-            ++digits[i - 1];
-        } else {
-            digits.insert(0, 1, '1').pop_back();
-            ++power;
-        }
-    }
-    digits.resize(digits.find_last_not_of('0') + 1);
-    return digits + "e" + std::to_string(power);
+    char text[800];
+    const auto digits = [&text](long double of, int behindfirst) {
+        const auto form = std::chars_format::scientific;
+        return std::string(text, std::to_chars(text, text + sizeof text, of, form, behindfirst).ptr);
+    };
+    const long double size = std::fabs(value);
+    const std::string exact = digits(size, 766); // digits behind the first, of which no double has more
+    const auto behind = static_cast<std::size_t>(places) + 1;
+    const bool half = exact[behind] == '5' && exact.find_first_not_of('0', behind + 1) == exact.find('e');
+    std::string rounded = digits(half ? std::nextafter(size, 2 * size) : size, places - 1);
+    const int power = std::stoi(rounded.substr(rounded.find('e') + 1));
+    rounded.resize(rounded.find('e'));
+    std::erase(rounded, '.');
+    rounded.resize(rounded.find_last_not_of('0') + 1);
+    return rounded + "e" + std::to_string(power);
 }
 
 TEST(numbertext, TakesTheDigitsOfTheExactValue) {
@@ -136,8 +130,49 @@ TEST(lenient, GivesTheNearestDouble) {
     }
 }
 
+TEST(formatpattern, WritesSevenDigitsOfASingle) {
+    // The point and digits only where places ask for them, and places behind a forced one are forced. A zero
+    // shows nothing without a forced digit, a minus stands before digits only and the thousands mark between
+    // them. The seven digits shown decide, halves away from zero.
+    const struct {
+        const char* pattern;
+        double value;
+        const char* text;
+    } cases[] = {
+        {"#####.#", 50.04, "50"},
+        {"####.0", .04, ".0"},
+        {"#0.0##", 1.2346, "1.235"},
+        {"000", 7, "007"},
+        {"0##", 7, "007"},
+        {"#####", -.4, ""},
+        {"###.# s", 0, " s"},
+        {"##0.0", -.04, "-0.0"},
+        {"##0.0", -0.0, "0.0"},
+        {" ###0.0", -12.34, " -12.3"},
+        {"####.##", -.25, "-.25"},
+        {"###,###,###", 1234567, "1,234,567"},
+        {"###,###,###", 123, "123"},
+        {"###,###,###", -1000, "-1,000"},
+        {"###,##0.0", 1234.56, "1,234.6"},
+        {"##0.00 s", 1.005, "1.01 s"},
+        {"0", -.5, "-1"},
+        {"#0.0", 9.96, "10.0"},
+        {"##0.0####", .99999996, "1.0"},
+        {"0", 16777216, "16777220"},
+    };
+    for (const auto& [pattern, value, text] : cases)
+        EXPECT_EQ(formatnumber(static_cast<float>(value), pattern), text) << pattern << " of " << value;
+}
+
+TEST(formatpattern, WritesFifteenDigitsOfADouble) {
+    EXPECT_EQ(formatnumber(.15, "#0.0"), "0.2"); // which lies a little below that
+    EXPECT_EQ(formatnumber(1.005, "0.00"), "1.01");
+    EXPECT_EQ(formatnumber(16777217.0, "0"), "16777217");
+    EXPECT_EQ(formatnumber(std::int32_t{2000000000}, "###,###,###"), "2,000,000,000");
+}
+
 // Worked examples, where they are at hand.
-TEST(textvectors, AgreeWithNumberTextAndParse) {
+TEST(textvectors, AgreeWithNumbersAndPatterns) {
     const std::string path = std::string(SHARED_FILES) + "/examples/text_vectors.json";
     if (!canopen(path)) GTEST_SKIP() << "no worked examples here";
     const filebytes bytes = readfile(path);
@@ -146,7 +181,10 @@ TEST(textvectors, AgreeWithNumberTextAndParse) {
         EXPECT_EQ(numbertext(lenientnumber(one[0].text)), one[1].text) << one[0].text;
     for (const jsonvalue& one : vectors["parse"].items)
         EXPECT_EQ(lenientnumber(one[0].text), one[1].number) << one[0].text;
-    EXPECT_GT(vectors["number_text"].items.size(), 100U);
+    for (const jsonvalue& one : vectors["format"].items)
+        EXPECT_EQ(formatnumber(static_cast<float>(lenientnumber(one[1].text)), one[0].text), one[2].text)
+            << one[0].text << " of " << one[1].text;
+    EXPECT_GT(vectors["number_text"].items.size() + vectors["format"].items.size(), 300U);
 }
 
 } // namespace
