@@ -184,14 +184,6 @@ void edge3d(DrawSurface& surface, const modelpoint& from, const modelpoint& to, 
     surface.line(p.x, p.y, q.x, q.y, colour);
 }
 
-void drawaxes3d(DrawSurface& surface) {
-    if (!ischecked("Vaxes")) return;
-    const modelpoint origin{0, 0, 0};
-    edge3d(surface, origin, {axes3d * wide(RoomModel.roomMaxX), 0, 0}, QBColor(12));
-    edge3d(surface, origin, {0, axes3d * wide(RoomModel.roomMaxY), 0}, QBColor(10));
-    edge3d(surface, origin, {0, 0, axes3d * wide(RoomModel.roomMaxZ)}, QBColor(1));
-}
-
 void drawfaces3d(DrawSurface& surface) {
     surface.setFillStyle(fillstyle::solid);
     surface.setForeColor(SessionState.colourRoom);
@@ -342,7 +334,7 @@ bool drawscene3d(DrawSurface& surface, bool clearfirst) {
     if (!attempt([] { setupcamera(); }) || !attempt([&] { scale3dview(surface); })) return false;
     begin(surface, clearfirst);
     // A stage that fails leaves the others, and nothing is said about it.
-    attempt([&] { drawaxes3d(surface); });
+    if (ischecked("Vaxes")) attempt([&] { drawaxes3d(surface); });
     drawroom3d(surface);
     attempt([&] { drawsources3d(surface); });
     attempt([&] { drawreceivers3d(surface); });
@@ -366,6 +358,21 @@ void draw2dview(DrawSurface& surface, bool clearfirst) {
 
 void draw3dview(DrawSurface& surface, bool clearfirst) {
     taketurn(surface, clearfirst, drawscene3d);
+}
+
+void drawaxes3d(DrawSurface& surface) {
+    const roommodel& r = RoomModel;
+    const struct {
+        modelpoint end;
+        std::int32_t colour;
+    } axes[] = {{{axes3d * wide(r.roomMaxX), 0, 0}, QBColor(12)},
+                {{0, axes3d * wide(r.roomMaxY), 0}, QBColor(10)},
+                {{0, 0, axes3d * wide(r.roomMaxZ)}, QBColor(1)}};
+    const picturepoint origin = projected({0, 0, 0});
+    for (const auto& axis : axes) {
+        const picturepoint end = projected(axis.end);
+        surface.line(origin.x, origin.y, end.x, end.y, axis.colour);
+    }
 }
 
 void drawshrinkface(std::int32_t face, std::int32_t colour) {
