@@ -18,6 +18,19 @@
 
 namespace orv {
 
+// The pixels of a circle as a painter makes them, in runs along x. Scenes mark thousands of points with one
+// and the same, which is then copied instead of traced.
+struct circlestamp {
+    struct run {
+        int x, y, length; // from the middle
+        bool inside;      // of the fill colour, else of the pen
+    };
+    int radius = 0; // 0: none yet
+    double penwidth = 1;
+    drawstyle style = drawstyle::solid;
+    std::vector<run> runs;
+};
+
 // Stays where it is made: the surface's device points back at it.
 struct paintersurface {
     DrawSurface surface;
@@ -43,6 +56,7 @@ struct paintersurface {
     surfacepen pen; // that the painter has now
     bool penset = false;
     std::vector<QLine> lines; // of one pen, not painted yet
+    circlestamp stamp;        // of the last circle
     bool touched = false;
 
     QFont font;
