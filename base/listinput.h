@@ -91,4 +91,7 @@ std::string_view trimboth(std::string_view text);
 // Upper case of the letters a to z, which is all that keywords and extensions need.
 std::string uppercase(std::string_view text);
 
+// The same of all letters of the files' code page, for names that people have given.
+std::string pageuppercase(std::string_view text);
+
 } // namespace orv
