@@ -159,7 +159,7 @@ QStringList namefilters(const std::string& filter) {
     return filters;
 }
 
-// The names of Qt's own dialog get the width that the other columns leave; a long one has its tool tip.
+// The names of Qt's own dialog get the width that the other columns leave.
 void fitcolumns(const QFileDialog& dialog) {
     const auto* files = dialog.findChild<QTreeView*>("treeView"); // Qt's name; a desktop's dialog has none
     if (!files || files->model()->columnCount() == 0) return;
