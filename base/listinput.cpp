@@ -15,11 +15,12 @@ bool isblank(char c) {
     return c == ' ' || c == '\t';
 }
 
-// Whether a line end (CR LF, or a bare LF) stands at `at`, and its length in bytes; 0 when none does.
+// Whether a line end (CR LF, a bare LF, or the CR of a file that is cut behind it) stands at `at`, and its
+// length in bytes; 0 when none does.
 std::size_t lineendat(std::string_view buffer, std::size_t at) {
     if (at >= buffer.size()) return 0;
-    if (buffer[at] == '\n') return 1;
-    return buffer[at] == '\r' && at + 1 < buffer.size() && buffer[at + 1] == '\n' ? 2 : 0;
+    if (buffer[at] == '\n' || (buffer[at] == '\r' && at + 1 == buffer.size())) return 1;
+    return buffer[at] == '\r' && buffer[at + 1] == '\n' ? 2 : 0;
 }
 
 // Whether a field ends in front of the character at `at`, which is not the end.

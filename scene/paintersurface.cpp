@@ -3,6 +3,7 @@
 #include "scene/paintersurface.h"
 
 #include "base/files.h"
+#include "shell/sessionstate.h"
 
 #include <QFontMetricsF>
 #include <QGlyphRun>
@@ -13,6 +14,7 @@
 #include <cstring>
 #include <numeric>
 #include <span>
+#include <utility>
 
 namespace orv {
 
@@ -22,6 +24,7 @@ constexpr int textsize = 13;            // pixels
 constexpr double screendpi = 96;        // at which a printed pixel is a screen's
 constexpr std::size_t mostlines = 4096; // gathered at most
 constexpr int largeststamp = 100;       // radius of a circle in device pixels; larger ones are no markers
+constexpr std::size_t mosttexts = 1024; // of a map, remembered at most
 
 paintersurface& owner(void* context) {
     return *static_cast<paintersurface*>(context);
@@ -84,6 +87,7 @@ void usepen(paintersurface& to, const surfacepen& pen) {
 void clear(void* context, std::int32_t colour) {
     paintersurface& to = owner(context);
     to.lines.clear();
+    to.standing.clear();
     to.painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     to.painter.fillRect(QRectF(0, 0, to.surface.deviceWidth, to.surface.deviceHeight), colourof(colour));
     to.penset = false;
@@ -217,19 +221,7 @@ std::size_t code(char byte) {
     return static_cast<unsigned char>(byte);
 }
 
-void text(void* context, const surfacepen& pen, double x, double y, std::string_view words) {
-    paintersurface& to = owner(context);
-    surfacepen plain = pen;
-    plain.mode = drawmodecopy;
-    usepen(to, plain);
-    flush(to);
-    const QPointF start(std::round(x), std::round(y) + to.ascent);
-    if (to.image.isNull()) {
-        QString string;
-        for (const char byte : words) string += QChar(to.character[code(byte)]);
-        to.painter.drawText(start, string);
-        return;
-    }
+void drawglyphs(paintersurface& to, const QPointF& start, std::string_view words) {
     constexpr std::size_t most = 64; // glyphs in one run
     std::array<quint32, most> index;
     std::array<QPointF, most> place;
@@ -247,6 +239,58 @@ void text(void* context, const surfacepen& pen, double x, double y, std::string_
         glyphs.setRawData(index.data(), place.data(), static_cast<int>(run.size()));
         to.painter.drawGlyphRun(start, glyphs);
     }
+}
+
+// Takes a text away where it stands as it was drawn.
+void takeaway(QImage& image, const QRect& place, const paintersurface::standingtext& text) {
+    const auto row = [](const QImage& pixels, int y) {
+        return reinterpret_cast<const QRgb*>(pixels.constScanLine(y));
+    };
+    for (int y = 0; y < place.height(); ++y) {
+        QRgb* now = reinterpret_cast<QRgb*>(image.scanLine(place.y() + y)) + place.x();
+        const QRgb *before = row(text.before, y), *with = row(text.with, y);
+        for (int x = 0; x < place.width(); ++x)
+            if (now[x] == with[x]) now[x] = before[x];
+    }
+}
+
+// Draws a text of a map, the same one as if for the first time.
+void drawonce(paintersurface& to, std::int32_t colour, const QPointF& start, std::string_view words) {
+    const QPoint at = start.toPoint(); // texts begin on whole pixels
+    std::string key = std::to_string(colour) + ' ' + std::to_string(at.x()) + ' ' + std::to_string(at.y());
+    key.append(1, ' ').append(words);
+    const auto found = to.standing.find(key);
+    constexpr double overhang = 3; // of a glyph beyond its box
+    const double wide = to.surface.device.textwidth(&to, words);
+    const QRect place = QRectF(start.x(), start.y() - to.ascent, wide, to.surface.device.lineheight)
+                            .adjusted(-overhang, -overhang, overhang, overhang)
+                            .toAlignedRect() &
+                        to.image.rect();
+    const bool stands = found != to.standing.end();
+    if (place.isEmpty() || (!stands && to.standing.size() >= mosttexts)) return drawglyphs(to, start, words);
+    if (stands) takeaway(to.image, place, found->second);
+    QImage before = to.image.copy(place);
+    drawglyphs(to, start, words);
+    to.standing[key] = {std::move(before), to.image.copy(place)};
+}
+
+void text(void* context, const surfacepen& pen, double x, double y, std::string_view words) {
+    paintersurface& to = owner(context);
+    surfacepen plain = pen;
+    plain.mode = drawmodecopy;
+    usepen(to, plain);
+    flush(to);
+    const QPointF start(std::round(x), std::round(y) + to.ascent);
+    if (to.image.isNull()) {
+        QString string;
+        for (const char byte : words) string += QChar(to.character[code(byte)]);
+        to.painter.drawText(start, string);
+        return;
+    }
+    if (SessionState.mapInProgress)
+        drawonce(to, pen.colour, start, words);
+    else
+        drawglyphs(to, start, words);
     touch(to);
 }
 

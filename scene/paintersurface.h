@@ -14,6 +14,8 @@
 
 #include <array>
 #include <functional>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace orv {
@@ -58,6 +60,14 @@ struct paintersurface {
     std::vector<QLine> lines; // of one pen, not painted yet
     circlestamp stamp;        // of the last circle
     bool touched = false;
+
+    // The texts of a map, which draws its scene and scale over themselves: by colour, place and words the
+    // pixels before each and with it. A text that stands already is not blended in once more, which would
+    // make it bold.
+    struct standingtext {
+        QImage before, with;
+    };
+    std::unordered_map<std::string, standingtext> standing;
 
     QFont font;
     QRawFont glyphs;

@@ -316,10 +316,9 @@ void showmainwindow() {
     // On a small screen it takes all of it.
     QMainWindow& form = *MainWindow->form;
     const QSize screen = form.screen()->availableSize();
-    if (form.width() > screen.width() || form.height() > screen.height())
-        form.showMaximized();
-    else
-        form.show();
+    const bool fits = form.width() <= screen.width() && form.height() <= screen.height();
+    form.resize(form.size().boundedTo(screen));
+    fits ? form.show() : form.showMaximized();
     MainWindow->area->setFocus();
 }
 

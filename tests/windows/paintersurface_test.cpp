@@ -1,6 +1,8 @@
 // The painter behind the drawing surface: pixels on an image, and a printed page.
 #include "scene/paintersurface.h"
 
+#include "shell/sessionstate.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -153,6 +155,25 @@ TEST(paintersurface, keepsandresizes) {
     s.clear();
     s.line(-1, 0, 1, 0, red);
     EXPECT_EQ(extentof(snapshot(picture)).width(), 180);
+}
+
+// What a map draws twice looks as if drawn once, also where cells have covered half of a text between.
+TEST(paintersurface, textsofmapsarenotbold) {
+    paintersurface once(120, 40, 1), twice(120, 40, 1);
+    const auto cells = [](DrawSurface& s) { s.filledBox(0, 0, 30, 39, 0x80FF40); };
+    const auto label = [](DrawSurface& s) {
+        s.setTextPoint(5, 5);
+        s.textLine("-100.0");
+    };
+    SessionState.mapInProgress = true;
+    label(twice.surface);
+    cells(twice.surface);
+    label(twice.surface);
+    label(twice.surface);
+    SessionState.mapInProgress = false;
+    cells(once.surface);
+    label(once.surface);
+    EXPECT_EQ(snapshot(twice), snapshot(once));
 }
 
 } // namespace
