@@ -23,6 +23,7 @@ namespace {
 constexpr int textsize = 13;            // pixels
 constexpr double screendpi = 96;        // at which a printed pixel is a screen's
 constexpr std::size_t mostlines = 4096; // gathered at most
+constexpr int largeststamp = 100;       // radius of a circle in device pixels; larger ones are no markers
 constexpr std::size_t mosttexts = 1024; // of a map, remembered at most
 
 paintersurface& owner(void* context) {
@@ -69,13 +70,16 @@ bool iswide(const paintersurface& to, const surfacepen& pen) {
     return pen.width > to.surface.scale;
 }
 
+QPen penof(const paintersurface& to, const surfacepen& pen, const QColor& colour) {
+    return QPen(colour, pen.width, pen.style == drawstyle::dotted ? Qt::DotLine : Qt::SolidLine,
+                iswide(to, pen) ? Qt::FlatCap : Qt::SquareCap, Qt::MiterJoin);
+}
+
 void usepen(paintersurface& to, const surfacepen& pen) {
     if (to.penset && samepen(to.pen, pen)) return;
     flush(to);
     if (!to.penset || to.pen.mode != pen.mode) to.painter.setCompositionMode(compositionof(to, pen.mode));
-    to.painter.setPen(QPen(colourof(pen.colour), pen.width,
-                           pen.style == drawstyle::dotted ? Qt::DotLine : Qt::SolidLine,
-                           iswide(to, pen) ? Qt::FlatCap : Qt::SquareCap, Qt::MiterJoin));
+    to.painter.setPen(penof(to, pen, colourof(pen.colour)));
     to.pen = pen;
     to.penset = true;
 }
@@ -144,15 +148,71 @@ void filledbox(void* context, const surfacepen& pen, double x1, double y1, doubl
     touch(to);
 }
 
+QRect squareabout(int x, int y, int radius) {
+    return QRect(x - radius, y - radius, 2 * radius, 2 * radius);
+}
+
+// Has a painter draw the circle in two colours on a sheet of its own, and takes the runs from there.
+void makestamp(paintersurface& to, const surfacepen& pen, int radius) {
+    circlestamp& stamp = to.stamp;
+    if (stamp.radius == radius && stamp.penwidth == pen.width && stamp.style == pen.style) return;
+    stamp = {radius, pen.width, pen.style, {}};
+    const int middle = radius + static_cast<int>(std::ceil(pen.width)) + 1, size = 2 * middle + 1;
+    constexpr QRgb paper = qRgb(255, 255, 255), inside = qRgb(0, 0, 255);
+    QImage sheet(size, size, QImage::Format_RGB32);
+    sheet.fill(paper);
+    {
+        QPainter painter(&sheet);
+        painter.setPen(penof(to, pen, Qt::black));
+        painter.setBrush(QColor(inside));
+        painter.drawEllipse(squareabout(middle, middle, radius));
+    }
+    for (int y = 0; y < size; ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(sheet.constScanLine(y));
+        for (int x = 0, next = 0; x < size; x = next) {
+            while (next < size && row[next] == row[x]) ++next;
+            if (row[x] != paper) stamp.runs.push_back({x - middle, y - middle, next - x, row[x] == inside});
+        }
+    }
+}
+
+void paintrun(QRgb* from, QRgb* to, QRgb colour, int mode) {
+    constexpr QRgb opaque = 0xFF000000;
+    if (mode == drawmodexor)
+        for (; from < to; ++from) *from = (*from ^ colour) | opaque;
+    else if (mode == drawmodeinversexor)
+        for (; from < to; ++from) *from = ~(*from ^ colour) | opaque;
+    else
+        std::fill(from, to, colour);
+}
+
+void paintstamp(paintersurface& to, const surfacepen& pen, const std::int32_t* fill, int cx, int cy) {
+    const QRgb outline = colourof(pen.colour).rgb(), inside = fill ? colourof(*fill).rgb() : 0;
+    const int width = to.image.width(), height = to.image.height();
+    for (const circlestamp::run& run : to.stamp.runs) {
+        const int y = cy + run.y, from = std::max(cx + run.x, 0),
+                  end = std::min(cx + run.x + run.length, width);
+        if (y < 0 || y >= height || from >= end || (run.inside && !fill)) continue;
+        auto* const row = reinterpret_cast<QRgb*>(to.image.scanLine(y));
+        paintrun(row + from, row + end, run.inside ? inside : outline, pen.mode);
+    }
+}
+
 void circle(void* context, const surfacepen& pen, const std::int32_t* fill, double x, double y,
             double radius) {
     paintersurface& to = owner(context);
     const int r = static_cast<int>(std::lround(radius)), cx = pixel(x), cy = pixel(y);
     if (r == 0) return plot(context, pen, x, y);
+    if (r <= largeststamp && !to.image.isNull()) {
+        flush(to);
+        makestamp(to, pen, r);
+        paintstamp(to, pen, fill, cx, cy);
+        return touch(to);
+    }
     usepen(to, pen);
     flush(to);
     if (fill) to.painter.setBrush(colourof(*fill));
-    to.painter.drawEllipse(QRect(cx - r, cy - r, 2 * r, 2 * r));
+    to.painter.drawEllipse(squareabout(cx, cy, r));
     if (fill) to.painter.setBrush(Qt::NoBrush);
     touch(to);
 }

@@ -67,7 +67,8 @@ bool roomshown() {
 
 void drawtitle(DrawSurface& surface) {
     surface.setForeColor(rgb(0, 0, 0));
-    const std::string title = scenetitle();
+    // Of a long path the middle is what can be missed; the window's title has the whole.
+    const std::string title = surface.elided(scenetitle(), std::fabs(surface.windowWidth()));
     surface.setTextPoint(surface.windowLeft() + surface.windowWidth() / 2 - surface.textWidth(title) / 2,
                          surface.windowTop());
     surface.text(title);

@@ -118,6 +118,28 @@ TEST(paintersurface, pixelsatbothratios) {
     }
 }
 
+// Circles are copied from pixels kept; each must be what a painter makes of it, also at the edges.
+TEST(paintersurface, circlesarethepainters) {
+    paintersurface picture(120, 90, 2);
+    DrawSurface& s = picture.surface;
+    s.setFillStyle(fillstyle::solid);
+    s.setFillColor(blue);
+    for (const double radius : {0.5, 7.0, 7.0, 30.0, 49.0}) {
+        s.clear();
+        QImage expected(240, 180, QImage::Format_RGB32);
+        expected.fill(Qt::white);
+        QPainter painter(&expected);
+        painter.setPen(QPen(Qt::red, 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        painter.setBrush(Qt::blue);
+        const int r = static_cast<int>(2 * radius);
+        for (const QPoint middle : {QPoint(120, 90), QPoint(0, 179), QPoint(234, 4)}) {
+            s.circle(middle.x() / 2.0, middle.y() / 2.0, radius, red);
+            painter.drawEllipse(middle.x() - r, middle.y() - r, 2 * r, 2 * r);
+        }
+        EXPECT_EQ(snapshot(picture), expected) << radius;
+    }
+}
+
 TEST(paintersurface, keepsandresizes) {
     paintersurface picture(60, 40, 1);
     DrawSurface& s = picture.surface;
