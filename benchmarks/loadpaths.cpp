@@ -10,7 +10,7 @@
 #include "results/resultset.h"
 #include "room/roommodel.h"
 #include "samples/samplefiles.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <benchmark/benchmark.h>
 
@@ -29,7 +29,7 @@ std::string writepaths(bool sorted) {
 }
 
 void prepare() {
-    orv::setstartvalues();
+    orv::computeconstants();
     orv::scripted::record(false);
     orv::RoomModel.receiverCount = receivers;
     orv::ResultSet.receiverDelay.assign(receivers + 1, 0);

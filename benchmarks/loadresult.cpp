@@ -10,7 +10,7 @@
 #include "results/resultreader.h"
 #include "results/resultset.h"
 #include "samples/samplefiles.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <benchmark/benchmark.h>
 
@@ -29,7 +29,7 @@ void loadresult(benchmark::State& state) {
     orv::samples::bigoptions options;
     options.receivers = receivers;
     options.slots = slots;
-    orv::setstartvalues();
+    orv::computeconstants();
     orv::scripted::record(false);
 
     // The parameter tables have their fixed place whether or not a result is loaded; touch it before.

@@ -7,7 +7,7 @@
 #include "platform/scripted/scripted.h"
 #include "samples/samplefiles.h"
 #include "scene/paintersurface.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <benchmark/benchmark.h>
 
@@ -25,7 +25,7 @@ void optimizer(benchmark::State& state) {
     char* arguments[] = {name, nullptr};
     const QGuiApplication application(argumentcount, arguments);
     orv::scripted::record(false);
-    orv::setstartvalues();
+    orv::computeconstants();
     const std::string path = (std::filesystem::temp_directory_path() / "orvanta_benchmark._01").string();
     orv::samples::bigoptions options;
     options.receivers = 2;

@@ -9,7 +9,7 @@
 #include "results/parameterset.h"
 #include "room/roommodel.h"
 #include "samples/random.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <benchmark/benchmark.h>
 
@@ -69,7 +69,7 @@ void parameterfile(benchmark::State& state) {
     const std::string result = (folder / "orvanta_benchmark._01").string();
     const std::string path = orv::parameternameof(result);
     orv::scripted::record(false);
-    orv::setstartvalues();
+    orv::computeconstants();
     orv::RoomModel.receiverCount = receivers;
     const std::vector<float> values = fillparameters();
 

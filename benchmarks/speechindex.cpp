@@ -8,7 +8,7 @@
 #include "results/parameterset.h"
 #include "room/roommodel.h"
 #include "samples/random.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <benchmark/benchmark.h>
 
@@ -49,7 +49,7 @@ void speechindex(benchmark::State& state) {
     orv::scripted::reset();
     orv::scripted::record(false);
     orv::scripted::onfailure([](const std::string&) {}); // the options
-    orv::setspeechconstants();
+    orv::computeconstants();
     fillparameters();
     orv::sessionstate& session = orv::SessionState;
     session.parameterSource = 1;

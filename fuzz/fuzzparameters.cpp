@@ -5,7 +5,7 @@
 #include "fuzz/fuzzscratch.h"
 #include "results/parameterfile.h"
 #include "room/roommodel.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,8 +21,7 @@ constexpr std::int32_t fewreceivers = 20; // above, saving takes too long
 void prepare() {
     orv::enterscratch();
     orv::scripted::onfailure([](const std::string&) {}); // the options, and the question of the older layout
-    orv::setstartvalues();
-    orv::setspeechconstants();
+    orv::computeconstants();
 }
 
 // Saves what is in memory; the file's text.

@@ -10,7 +10,7 @@
 #include "room/roommodel.h"
 #include "scene/drawsurface.h"
 #include "shell/menucommands.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -39,7 +39,7 @@ orv::DrawSurface blanksurface() {
 
 void prepare() {
     orv::enterscratch();
-    orv::setstartvalues();
+    orv::computeconstants();
     orv::resetcommands();
     static orv::DrawSurface picture = blanksurface();
     orv::scripted::setpicture(&picture);

@@ -4,7 +4,7 @@
 #include "fuzz/fuzzscratch.h"
 #include "results/resultreader.h"
 #include "results/resultset.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +19,7 @@ void prepare() {
     orv::enterscratch();
     orv::scripted::onfailure([](const std::string&) {}); // the reverberation warning
     orv::scripted::setmemory(memory);
-    orv::setstartvalues();
+    orv::computeconstants();
     orv::replacefile("orvanta.ini", "Alfa = 1\r\nBeta = 2\r\nTime = 0.1\r\nPrecision = 0.01\r\n");
 }
 

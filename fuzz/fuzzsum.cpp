@@ -3,7 +3,7 @@
 #include "base/files.h"
 #include "base/runtimeerror.h"
 #include "fuzz/fuzzscratch.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 #include "tools/jobfile.h"
 #include "tools/optimizer.h"
 #include "tools/sumresults.h"
@@ -20,7 +20,7 @@ constexpr std::uint64_t memory = std::uint64_t{32} << 20; // so that no input is
 void prepare() {
     orv::enterscratch();
     orv::scripted::setmemory(memory);
-    orv::setstartvalues();
+    orv::computeconstants();
     orv::sumjob job{"", "sum", {}};
     for (int file = 0; file < 2; ++file) {
         orv::addjobfile(job, "a");

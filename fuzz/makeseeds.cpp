@@ -10,7 +10,7 @@
 #include "results/speechindex.h"
 #include "room/roommodel.h"
 #include "samples/samplefiles.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -62,8 +62,7 @@ std::string shortresult(double format) {
 std::string parametertext() {
     orv::enterscratch();
     orv::scripted::onfailure([](const std::string&) {});
-    orv::setstartvalues();
-    orv::setspeechconstants();
+    orv::computeconstants();
     orv::replacefile("orvanta.ini", "Alfa = 1\r\nBeta = 2\r\nTime = 0.1\r\nPrecision = 0.01\r\n");
     orv::replacefile("r._01", shortresult(1.2));
     orv::loadresult("r._01");

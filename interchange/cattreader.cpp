@@ -48,8 +48,6 @@ constexpr std::size_t extensionlength = 3;
 constexpr int firstband = 3, lastband = 10; // 125 Hz to 16 kHz
 constexpr double percent = 100;
 
-using point = std::array<float, 3>;
-
 // The lines that belong to what a keyword began.
 enum class block { none, receivers, corners, planes };
 
@@ -60,7 +58,7 @@ struct importing {
     loadprogress progress;
     block present = block::none;
     std::vector<std::array<double, 3>> corners; // x, y, z by number
-    std::int32_t faces = 0, sources = 0, receivers = 0;
+    roomcounts counts;
 };
 
 std::string_view nextline(importing& load) {
@@ -116,7 +114,7 @@ float nextsingle(const importing& load, std::string_view& text) {
     return numberof(load, nextword(text), single);
 }
 
-point nextpoint(const importing& load, std::string_view text) {
+roompoint nextpoint(const importing& load, std::string_view text) {
     const float x = nextsingle(load, text);
     const float y = nextsingle(load, text);
     return {x, y, nextsingle(load, text)};
@@ -152,11 +150,12 @@ std::string_view takebetween(std::string_view& text, char open, char close) {
 
 // --- The log: a word, the number of the item, its coordinates ---
 
-void logpoints(const char* word, std::int32_t number, const point& first, const point& second) {
+void logpoints(const char* word, std::int32_t number, const roompoint& first, const roompoint& second) {
     std::string line = word;
     printwhole(line, number);
-    for (const point& each : {first, second})
-        for (const float coordinate : each) printnumber(line, static_cast<double>(coordinate));
+    for (const roompoint& each : {first, second})
+        for (const float coordinate : {each.x, each.y, each.z})
+            printnumber(line, static_cast<double>(coordinate));
     logload(line);
 }
 
@@ -169,35 +168,25 @@ std::string directivityname(std::string_view line) {
 }
 
 void readsource(importing& load) {
-    const std::int32_t source = nextslot(load, load.sources, highestsource, "sources");
+    const std::int32_t source = nextslot(load, load.counts.sources, highestsource, "sources");
     RoomModel.sourceFile(source) = directivityname(nextline(load));
-    const point position = nextpoint(load, behindmark(nextline(load), '='));
-    const point aim = nextpoint(load, behindmark(nextline(load), '='));
-    RoomModel.sourceX(source) = position[0];
-    RoomModel.sourceY(source) = position[1];
-    RoomModel.sourceZ(source) = position[2];
-    RoomModel.sourceAimX(source) = aim[0];
-    RoomModel.sourceAimY(source) = aim[1];
-    RoomModel.sourceAimZ(source) = aim[2];
+    const roompoint position = nextpoint(load, behindmark(nextline(load), '='));
+    const roompoint aim = nextpoint(load, behindmark(nextline(load), '='));
+    setsource(source, position, aim);
     RoomModel.sourceAimExtra(source) = 0;
-    extendbox(position[0], position[1], position[2]);
+    extendbox(position.x, position.y, position.z);
     logpoints("Source: ", source, position, aim);
 }
 
 void readreceiver(importing& load, std::string_view words) {
-    const std::int32_t receiver = nextslot(load, load.receivers, highestreceiver, "receivers");
+    const std::int32_t receiver = nextslot(load, load.counts.receivers, highestreceiver, "receivers");
     nextword(words); // the label
-    const point position = nextpoint(load, words);
-    const point aim =
-        load.sources == 0 ? point{} : point{RoomModel.sourceX(1), RoomModel.sourceY(1), RoomModel.sourceZ(1)};
-    RoomModel.receiverX(receiver) = position[0];
-    RoomModel.receiverY(receiver) = position[1];
-    RoomModel.receiverZ(receiver) = position[2];
-    RoomModel.receiverAimX(receiver) = aim[0];
-    RoomModel.receiverAimY(receiver) = aim[1];
-    RoomModel.receiverAimZ(receiver) = aim[2];
-    extendbox(position[0], position[1], position[2]);
-    logpoints("Receiver: ", receiver, position, aim);
+    const roompoint position = nextpoint(load, words);
+    roompoint second;
+    if (load.counts.sources > 0) second = {RoomModel.sourceX(1), RoomModel.sourceY(1), RoomModel.sourceZ(1)};
+    setreceiver(receiver, position, second);
+    extendbox(position.x, position.y, position.z);
+    logpoints("Receiver: ", receiver, position, second);
 }
 
 // --- Materials ---
@@ -265,23 +254,20 @@ void addvertex(const importing& load, std::int32_t face, int vertex, std::size_t
         inputfailure(load.here, errorkind::subscript,
                      "subscript out of range, a face has at most " + std::to_string(facevertices) +
                          " vertices");
-    point at{};
-    for (std::size_t i = 0; i < at.size(); ++i) {
-        try {
-            at[i] = single(load.corners[corner][i]);
-        } catch (const runtimeerror& error) {
-            inputfailure(load.here, error.kind,
-                         "the coordinates of corner " + std::to_string(corner) + " are too large");
-        }
+    const auto& [x, y, z] = load.corners[corner];
+    roompoint at;
+    try {
+        at = {single(x), single(y), single(z)};
+    } catch (const runtimeerror& error) {
+        inputfailure(load.here, error.kind,
+                     "the coordinates of corner " + std::to_string(corner) + " are too large");
     }
-    RoomModel.faceVertexX(face, vertex) = at[0];
-    RoomModel.faceVertexY(face, vertex) = at[1];
-    RoomModel.faceVertexZ(face, vertex) = at[2];
-    extendbox(at[0], at[1], at[2]);
+    setvertex(face, vertex, at);
+    extendbox(at.x, at.y, at.z);
 }
 
 void readplane(importing& load, std::string_view text) {
-    const std::int32_t face = nextslot(load, load.faces, highestface, "faces");
+    const std::int32_t face = nextslot(load, load.counts.faces, highestface, "faces");
     nextword(text); // "[" and the plane's number
     const std::string_view name = trimboth(takeupto(load, text, '/', "the name of a plane"));
     std::string_view corners = takeupto(load, text, '/', "the corners of a plane");
@@ -356,11 +342,7 @@ void loadcatt(const std::string& name) {
     load.corners.resize(highestcorner + 1);
     while (!atend(load.file)) takeline(load, nextline(load));
     savematerials();
-
-    RoomModel.faceCount = load.faces;
-    RoomModel.sourceCount = load.sources;
-    RoomModel.receiverCount = load.receivers;
-    finishroomload(formerbackground);
+    finishroomload(load.counts, formerbackground);
 }
 
 } // namespace orv

@@ -38,6 +38,7 @@
 #include "base/formatpattern.h"
 #include "base/listinput.h"
 #include "base/numbertext.h"
+#include "interchange/attachopenings.h"
 #include "interchange/materialtable.h"
 #include "platform/platform.h"
 #include "room/roomload.h"
@@ -45,10 +46,7 @@
 #include "shell/sessionstate.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <limits>
-#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -61,13 +59,7 @@ constexpr int flaggedmaterials = 2000;                // layers above are materi
 constexpr std::size_t shortestname = 3, surename = 6; // letters of a layer that may be, and always is, a name
 constexpr double raylength = 50;                      // of a ray line, in its direction
 constexpr double flatness = 0.01;                     // m
-constexpr float boxmargin = 0.001F;                   // m
-constexpr float unsetbox = 100000;                    // m, where a face's box starts from
 const numberpattern facepattern("  ####0.0#");
-
-struct point {
-    float x = 0, y = 0, z = 0;
-};
 
 // What a load keeps between its pairs.
 struct loading {
@@ -75,7 +67,7 @@ struct loading {
     loadprogress progress;
     bool checkplanes = false;
     std::unordered_map<std::string, std::int16_t> materials; // row by name in upper case
-    std::int32_t faces = 0, holes = 0, doors = 0, sources = 0, receivers = 0, raylines = 0;
+    roomcounts counts;
 
     std::string line; // of the log, being made
 
@@ -177,18 +169,6 @@ float placedz(const loading& load) {
 
 // --- Materials of layers ---
 
-// Upper case of the letters of the files' code page.
-std::string pageuppercase(std::string_view text) {
-    std::string upper = uppercase(text);
-    for (char& c : upper) {
-        const auto letter = static_cast<unsigned char>(c);
-        if (letter >= 0xE0 && letter <= 0xFE && letter != 0xF7) c = static_cast<char>(letter - 0x20);
-        if (letter == 0x9A || letter == 0x9C || letter == 0x9E) c = static_cast<char>(letter - 0x10);
-        if (letter == 0xFF) c = '\x9F';
-    }
-    return upper;
-}
-
 // Row 0 is not looked at, and of equal names the first row counts.
 void readnames(loading& load) {
     const std::vector<std::string> names = materialnames();
@@ -248,73 +228,51 @@ void logentity(const char* what, std::int32_t slot, numbers... values) {
     logload(line);
 }
 
+// The two points of a source, receiver or ray line; codes 10 30 and 11 31 have their coordinates.
+struct linepoints {
+    roompoint start, end;
+};
+
+// Takes the present pair if it belongs to one of the points.
+void takecoordinates(const loading& load, linepoints& line) {
+    roompoint& p = load.code % 10 == 0 ? line.start : line.end;
+    if (load.code == 10 || load.code == 11) {
+        p.x = placedx(load);
+        p.y = placedy(load);
+    } else if (load.code == 30 || load.code == 31) {
+        p.z = placedz(load);
+    }
+}
+
 void readsource(loading& load) {
     readuntil(load, 8);
     if (load.text != "SOURCES") return;
-    roommodel& r = RoomModel;
-    const std::int32_t source = nextslot(load.sources, highestsource, "sources");
-    r.sourceX(source) = r.sourceY(source) = r.sourceZ(source) = 0;
-    r.sourceAimX(source) = r.sourceAimY(source) = r.sourceAimZ(source) = r.sourceAimExtra(source) = 0;
-    r.sourceFile(source).clear();
+    const std::int32_t source = nextslot(load.counts.sources, highestsource, "sources");
+    std::string& file = RoomModel.sourceFile(source);
+    file.clear();
+    linepoints line;
+    float extra = 0;
     for (readgroup(load); load.code != 0; readgroup(load)) {
-        switch (load.code) {
-        case 2:
-            r.sourceFile(source) = load.text;
-            break;
-        case 10:
-            r.sourceX(source) = placedx(load);
-            r.sourceY(source) = placedy(load);
-            break;
-        case 30:
-            r.sourceZ(source) = placedz(load);
-            break;
-        case 11:
-            r.sourceAimX(source) = placedx(load);
-            r.sourceAimY(source) = placedy(load);
-            break;
-        case 31:
-            r.sourceAimZ(source) = placedz(load);
-            break;
-        case 51:
-            r.sourceAimExtra(source) = single(load.angle);
-            break;
-        default:
-            break;
-        }
+        takecoordinates(load, line);
+        if (load.code == 2) file = load.text;
+        if (load.code == 51) extra = single(load.angle);
     }
-    logentity("SOURCE ", source, r.sourceX(source), r.sourceY(source), r.sourceZ(source),
-              r.sourceAimX(source), r.sourceAimY(source), r.sourceAimZ(source), r.sourceAimExtra(source));
+    setsource(source, line.start, line.end);
+    RoomModel.sourceAimExtra(source) = extra;
+    logentity("SOURCE ", source, line.start.x, line.start.y, line.start.z, line.end.x, line.end.y, line.end.z,
+              extra);
 }
 
-struct linepoints {
-    point start, end;
-};
 linepoints readpoints(loading& load) {
     linepoints line;
-    for (readgroup(load); load.code != 0; readgroup(load)) {
-        if (load.code == 10 || load.code == 11) {
-            point& p = load.code == 10 ? line.start : line.end;
-            p.x = placedx(load);
-            p.y = placedy(load);
-        } else if (load.code == 30) {
-            line.start.z = placedz(load);
-        } else if (load.code == 31) {
-            line.end.z = placedz(load);
-        }
-    }
+    for (readgroup(load); load.code != 0; readgroup(load)) takecoordinates(load, line);
     return line;
 }
 
 void readreceiver(loading& load) {
-    roommodel& r = RoomModel;
-    const std::int32_t receiver = nextslot(load.receivers, highestreceiver, "receivers");
+    const std::int32_t receiver = nextslot(load.counts.receivers, highestreceiver, "receivers");
     const linepoints line = readpoints(load);
-    r.receiverX(receiver) = line.start.x;
-    r.receiverY(receiver) = line.start.y;
-    r.receiverZ(receiver) = line.start.z;
-    r.receiverAimX(receiver) = line.end.x;
-    r.receiverAimY(receiver) = line.end.y;
-    r.receiverAimZ(receiver) = line.end.z;
+    setreceiver(receiver, line.start, line.end);
     logentity("RECEIVER ", receiver, line.start.x, line.start.y, line.start.z, line.end.x, line.end.y,
               line.end.z);
 }
@@ -324,7 +282,7 @@ void readrayline(loading& load) {
         return single((static_cast<double>(to) - static_cast<double>(from)) / raylength);
     };
     roommodel& r = RoomModel;
-    const std::int32_t ray = nextslot(load.raylines, highestrayline, "ray lines");
+    const std::int32_t ray = nextslot(load.counts.raylines, highestrayline, "ray lines");
     const linepoints line = readpoints(load);
     r.rayLineX1(ray) = line.start.x;
     r.rayLineY1(ray) = line.start.y;
@@ -346,8 +304,8 @@ void readlineentity(loading& load) {
 
 // Vertices of a polyline up to SEQEND, or to one that repeats the first, which is not kept, or to one that
 // makes them more than `most`.
-std::vector<point> readvertices(loading& load, std::size_t most) {
-    std::vector<point> vertices;
+std::vector<roompoint> readvertices(loading& load, std::size_t most) {
+    std::vector<roompoint> vertices;
     do {
         readgroup(load);
     } while (!istext(load, "VERTEX") && !load.ended);
@@ -357,8 +315,8 @@ std::vector<point> readvertices(loading& load, std::size_t most) {
             if (vertices.size() > most) break;
         }
         if (load.code != 30 || vertices.empty()) continue;
-        point& last = vertices.back();
-        const point& first = vertices.front();
+        roompoint& last = vertices.back();
+        const roompoint& first = vertices.front();
         last.z = placedz(load);
         if (vertices.size() < 2 || last.x != first.x || last.y != first.y || last.z != first.z) continue;
         vertices.pop_back();
@@ -367,9 +325,9 @@ std::vector<point> readvertices(loading& load, std::size_t most) {
     return vertices;
 }
 
-void logvertices(const char* what, std::int32_t slot, const std::vector<point>& vertices) {
+void logvertices(const char* what, std::int32_t slot, const std::vector<roompoint>& vertices) {
     std::string line = what + wholetext(slot);
-    for (const point& p : vertices) {
+    for (const roompoint& p : vertices) {
         addnumber(line, p.x);
         addnumber(line, p.y);
         addnumber(line, p.z);
@@ -379,11 +337,11 @@ void logvertices(const char* what, std::int32_t slot, const std::vector<point>& 
 
 void readhole(loading& load) {
     roommodel& r = RoomModel;
-    const std::int32_t hole = nextslot(load.holes, highesthole, "holes");
+    const std::int32_t hole = nextslot(load.counts.holes, highesthole, "holes");
     r.holeLayerFlag(hole) = r.holeMaterial(hole) = r.holeFace(hole) = 0;
-    const std::vector<point> vertices = readvertices(load, holevertices);
+    const std::vector<roompoint> vertices = readvertices(load, holevertices);
     r.holeVertexCount(hole) = static_cast<std::int16_t>(vertices.size());
-    for (int v = 1; const point& p : vertices) {
+    for (int v = 1; const roompoint& p : vertices) {
         r.holeVertexX(hole, v) = p.x; // raises at the 65th
         r.holeVertexY(hole, v) = p.y;
         r.holeVertexZ(hole, v) = p.z;
@@ -399,30 +357,30 @@ void readhole(loading& load) {
 std::int32_t doorslot(loading& load, std::string_view layer) {
     roommodel& r = RoomModel;
     if (const std::int16_t number = layernumber(layer)) {
-        const std::int32_t door = nextslot(load.doors, highestdoor, "doors");
+        const std::int32_t door = nextslot(load.counts.doors, highestdoor, "doors");
         const layermaterial material = unflagged(number);
         r.doorMaterial(door) = material.material;
         r.doorLayerFlag(door) = material.flag;
         return door;
     }
     if (layer.size() < shortestname) return -1;
-    if (const std::int16_t row = rownamed(load, layer)) r.doorMaterial(load.doors) = row;
-    return r.doorMaterial(load.doors) < 1 ? -1 : load.doors;
+    if (const std::int16_t row = rownamed(load, layer)) r.doorMaterial(load.counts.doors) = row;
+    return r.doorMaterial(load.counts.doors) < 1 ? -1 : load.counts.doors;
 }
 
 void readdoor(loading& load, std::string_view layer) {
     roommodel& r = RoomModel;
     const std::int32_t door = doorslot(load, layer);
     if (door < 0) return;
-    std::vector<point> vertices = readvertices(load, doorvertices);
+    std::vector<roompoint> vertices = readvertices(load, doorvertices);
     if (vertices.size() > doorvertices) vertices.resize(corners); // a sixth makes a door of the first four
     if (vertices.size() != corners) {
-        load.doors = std::max(door - 1, 0);
+        load.counts.doors = std::max(door - 1, 0);
         return;
     }
     r.doorFace(door) = 0;
     r.doorVertexCount(door) = corners;
-    for (int v = 1; const point& p : vertices) {
+    for (int v = 1; const roompoint& p : vertices) {
         r.doorVertexX(door, v) = p.x;
         r.doorVertexY(door, v) = p.y;
         r.doorVertexZ(door, v) = p.z;
@@ -439,16 +397,10 @@ void readpolyline(loading& load) {
         readdoor(load, load.text);
 }
 
-void setvertex(std::int32_t face, int v, const point& p) {
-    RoomModel.faceVertexX(face, v) = p.x;
-    RoomModel.faceVertexY(face, v) = p.y;
-    RoomModel.faceVertexZ(face, v) = p.z;
-}
-
 enum class planarity { plane, split, none };
 
 // How the fourth corner lies to the plane of the first three; `none` when those are no plane.
-planarity planarityof(const point (&corner)[corners]) {
+planarity planarityof(const roompoint (&corner)[corners]) {
     const auto from = [&corner](int which) {
         struct vector {
             double x, y, z;
@@ -477,8 +429,8 @@ void logface(loading& load, std::int32_t face) {
 
 // The corners P1 P3 P4 of a face become the next face. Its material and flags stay what the tables hold
 // there; this is meant.
-void splitface(loading& load, const point (&corner)[corners]) {
-    const std::int32_t face = nextslot(load.faces, highestface, "faces");
+void splitface(loading& load, const roompoint (&corner)[corners]) {
+    const std::int32_t face = nextslot(load.counts.faces, highestface, "faces");
     RoomModel.faceVertexCount(face) = 3;
     setvertex(face, 1, corner[0]);
     setvertex(face, 2, corner[2]);
@@ -489,14 +441,14 @@ void splitface(loading& load, const point (&corner)[corners]) {
 void readface(loading& load) {
     readuntil(load, 8);
     roommodel& r = RoomModel;
-    const std::int32_t face = nextslot(load.faces, highestface, "faces");
+    const std::int32_t face = nextslot(load.counts.faces, highestface, "faces");
     const layermaterial material = materialofface(load, load.text);
     r.faceMaterial(face) = material.material;
     r.faceLayerFlag(face) = material.flag;
     r.faceInWall(face) = r.faceHasOpening(face) = 0;
     r.faceVertexCount(face) = corners;
-    point corner[corners];
-    for (int v = 1; point & p : corner) {
+    roompoint corner[corners];
+    for (int v = 1; roompoint & p : corner) {
         readuntil(load, 9 + v);
         p.x = placedx(load);
         p.y = placedy(load);
@@ -506,7 +458,7 @@ void readface(loading& load) {
     }
     const planarity shape = load.checkplanes ? planarityof(corner) : planarity::plane;
     if (shape == planarity::none) {
-        --load.faces;
+        --load.counts.faces;
         return;
     }
     if (shape == planarity::split) r.faceVertexCount(face) = 3;
@@ -563,149 +515,17 @@ void readdrawing(loading& load) {
     }
 }
 
-// --- Attaching ---
-
-using axes = std::array<float, 3>;
-struct box {
-    axes low, high;
-};
-
-constexpr box boxfrom(float low, float high) {
-    return {{low, low, low}, {high, high, high}};
-}
-
-void extend(box& b, const axes& p) {
-    for (std::size_t axis = 0; axis < p.size(); ++axis) {
-        b.low[axis] = std::min(b.low[axis], p[axis]);
-        b.high[axis] = std::max(b.high[axis], p[axis]);
-    }
-}
-
-bool holds(const box& outer, const box& inner) {
-    for (std::size_t axis = 0; axis < inner.low.size(); ++axis)
-        if (outer.low[axis] > inner.low[axis] || outer.high[axis] < inner.high[axis]) return false;
-    return true;
-}
-
-box facebox(std::int32_t face) {
-    box b = boxfrom(unsetbox, -unsetbox);
-    for (int v = 1; v <= RoomModel.faceVertexCount(face); ++v)
-        extend(b, {RoomModel.faceVertexX(face, v), RoomModel.faceVertexY(face, v),
-                   RoomModel.faceVertexZ(face, v)});
-    for (float& low : b.low) low -= boxmargin;
-    for (float& high : b.high) high += boxmargin;
-    return b;
-}
-
-// The boxes of all faces in runs of neighbours in space, each run with a box around it and its lowest face,
-// so that most runs are passed at one look.
-constexpr std::size_t run = 64;
-struct placedbox {
-    box around;
-    std::int32_t face = 0;
-};
-struct faceboxes {
-    std::vector<placedbox> each;
-    std::vector<placedbox> ofrun;
-};
-
-void arrange(std::span<placedbox> boxes, std::size_t axis) {
-    if (boxes.size() <= run) return;
-    const std::size_t middle = (boxes.size() / run + 1) / 2 * run;
-    std::nth_element(
-        boxes.begin(), boxes.begin() + static_cast<std::ptrdiff_t>(middle), boxes.end(),
-        [axis](const placedbox& a, const placedbox& b) { return a.around.low[axis] < b.around.low[axis]; });
-    arrange(boxes.first(middle), (axis + 1) % 3);
-    arrange(boxes.subspan(middle), (axis + 1) % 3);
-}
-
-faceboxes boxesof(std::int32_t faces) {
-    faceboxes boxes;
-    boxes.each.reserve(static_cast<std::size_t>(faces));
-    for (std::int32_t face = 1; face <= faces; ++face) boxes.each.push_back({facebox(face), face});
-    arrange(boxes.each, 0);
-    for (std::size_t i = 0; i < boxes.each.size(); ++i) {
-        const placedbox& b = boxes.each[i];
-        if (i % run == 0) boxes.ofrun.push_back(b);
-        placedbox& around = boxes.ofrun.back();
-        extend(around.around, b.around.low);
-        extend(around.around, b.around.high);
-        around.face = std::min(around.face, b.face);
-    }
-    return boxes;
-}
-
-// The first face whose box holds the other, 0 when none does.
-std::int32_t owner(const faceboxes& boxes, const box& opening) {
-    constexpr std::int32_t none = std::numeric_limits<std::int32_t>::max();
-    std::int32_t first = none;
-    for (std::size_t r = 0; r < boxes.ofrun.size(); ++r) {
-        if (boxes.ofrun[r].face >= first || !holds(boxes.ofrun[r].around, opening)) continue;
-        const std::size_t end = std::min((r + 1) * run, boxes.each.size());
-        for (std::size_t i = r * run; i < end; ++i)
-            if (boxes.each[i].face < first && holds(boxes.each[i].around, opening))
-                first = boxes.each[i].face;
-    }
-    return first == none ? 0 : first;
-}
-
-box openingbox(std::int32_t slot, const auto& count, const auto& x, const auto& y, const auto& z) {
-    constexpr float huge = std::numeric_limits<float>::max();
-    box b = boxfrom(huge, -huge);
-    for (int v = 1; v <= count(slot); ++v) extend(b, {x(slot, v), y(slot, v), z(slot, v)});
-    return b;
-}
-
-// Notes and logs the owner of a hole or door; returns it as the tables hold it.
-std::int16_t attached(const loading& load, const std::string& what, std::int32_t slot, std::int32_t face) {
-    const std::string number = wholetext(slot);
-    if (face == 0) {
-        logload("No FACE found for " + what + " no. " + number + " !!!");
-        return 0;
-    }
-    if (face > std::numeric_limits<std::int16_t>::max())
-        throw runtimeerror{errorkind::overflow, load.file.name + ": overflow, face " + std::to_string(face) +
-                                                    " cannot have " + what + number +
-                                                    ", since only the first 32767 can have one."};
-    RoomModel.faceInWall(face) = RoomModel.faceHasOpening(face) = -1;
-    logload("Attched " + what + " no." + number + " to FACE no." + wholetext(face));
-    return static_cast<std::int16_t>(face);
-}
-
-// The box alone decides, not the plane: an opening may go to a face across its own.
-void attachopenings(const loading& load) {
-    platform::statustext(1, "Attaching doors and holes...");
-    roommodel& r = RoomModel;
-    const faceboxes boxes = boxesof(load.holes + load.doors > 0 ? load.faces : 0);
-    for (std::int32_t hole = 1; hole <= load.holes; ++hole) {
-        const box b = openingbox(hole, r.holeVertexCount, r.holeVertexX, r.holeVertexY, r.holeVertexZ);
-        r.holeFace(hole) = attached(load, "HOLE", hole, owner(boxes, b));
-    }
-    for (std::int32_t door = 1; door <= load.doors; ++door) {
-        const box b = openingbox(door, r.doorVertexCount, r.doorVertexX, r.doorVertexY, r.doorVertexZ);
-        r.doorFace(door) = attached(load, "DOOR", door, owner(boxes, b));
-    }
-}
-
 // --- The whole ---
 
 void computebounds(const loading& load) {
     const roommodel& r = RoomModel;
-    for (std::int32_t face = 1; face <= load.faces; ++face)
+    for (std::int32_t face = 1; face <= load.counts.faces; ++face)
         for (int v = 1; v <= r.faceVertexCount(face); ++v)
             extendbox(r.faceVertexX(face, v), r.faceVertexY(face, v), r.faceVertexZ(face, v));
-    for (std::int32_t i = 1; i <= load.sources; ++i) extendbox(r.sourceX(i), r.sourceY(i), r.sourceZ(i));
-    for (std::int32_t i = 1; i <= load.receivers; ++i)
+    for (std::int32_t i = 1; i <= load.counts.sources; ++i)
+        extendbox(r.sourceX(i), r.sourceY(i), r.sourceZ(i));
+    for (std::int32_t i = 1; i <= load.counts.receivers; ++i)
         extendbox(r.receiverX(i), r.receiverY(i), r.receiverZ(i));
-}
-
-void setcounts(const loading& load) {
-    RoomModel.faceCount = load.faces;
-    RoomModel.holeCount = load.holes;
-    RoomModel.doorCount = load.doors;
-    RoomModel.sourceCount = load.sources;
-    RoomModel.receiverCount = load.receivers;
-    RoomModel.rayLineCount = load.raylines;
 }
 
 bool planescheckwanted() {
@@ -730,10 +550,9 @@ void loaddxf(const std::string& name) {
     readdrawing(load);
 
     computebounds(load);
-    attachopenings(load);
-    setcounts(load);
+    attachopenings(load.counts, shown);
     SessionState.panX = SessionState.panY = 0;
-    finishroomload(formerbackground);
+    finishroomload(load.counts, formerbackground);
 }
 
 } // namespace orv

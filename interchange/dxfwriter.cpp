@@ -7,6 +7,7 @@
 #include "base/numbertext.h"
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
+#include "room/roomload.h"
 #include "room/roommodel.h"
 
 #include <algorithm>
@@ -173,9 +174,7 @@ void addentities(std::string& text) {
     pair(text, 0, "SECTION");
     pair(text, 2, "ENTITIES");
     for (std::int32_t face = 1; face <= r.faceCount; ++face) {
-        const double percent = Int(100.0 * face / r.faceCount);
-        platform::statustext(2, wholetext(static_cast<std::int64_t>(percent)) + "%");
-        platform::yield();
+        showfaceprogress(face);
         addface(text, face);
     }
     for (std::int32_t hole = 1; hole <= r.holeCount; ++hole)
@@ -198,11 +197,7 @@ void savedxf(const std::string& name) {
     std::string text;
     addtables(text, usedlayers());
     addentities(text);
-    replacefile(name, text);
-    platform::pointer(platform::shape::normal);
-    platform::statustext(1, "");
-    platform::statustext(2, "");
-    platform::yield();
+    finishroomsave(name, text);
 }
 
 } // namespace orv

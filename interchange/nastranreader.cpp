@@ -51,7 +51,8 @@ struct importing {
     std::size_t fieldbegin = 0; // of the field taken last
     loadprogress progress;
     std::vector<std::array<double, 3>> nodes; // x, y, z by number
-    std::int32_t nodecount = 0, faces = 0;
+    std::int32_t nodecount = 0;
+    roomcounts counts;
     std::string log; // the line that is being made
 };
 
@@ -163,26 +164,23 @@ void readnode(importing& load) {
 
 // The node's coordinates as a vertex. They were read as doubles, which a single need not hold.
 void storevertex(importing& load, std::int32_t face, int vertex, const std::array<double, 3>& node) {
-    std::array<float, 3> point{};
-    for (std::size_t i = 0; i < point.size(); ++i) {
-        try {
-            point[i] = single(node[i]);
-        } catch (const runtimeerror& error) {
-            fieldfailure(load, error.kind, "a coordinate of this node is too large");
-        }
+    const auto& [x, y, z] = node;
+    roompoint at;
+    try {
+        at = {single(x), single(y), single(z)};
+    } catch (const runtimeerror& error) {
+        fieldfailure(load, error.kind, "a coordinate of this node is too large");
     }
-    RoomModel.faceVertexX(face, vertex) = point[0];
-    RoomModel.faceVertexY(face, vertex) = point[1];
-    RoomModel.faceVertexZ(face, vertex) = point[2];
-    extendbox(point[0], point[1], point[2]);
+    setvertex(face, vertex, at);
+    extendbox(at.x, at.y, at.z);
 }
 
 void readtriangle(importing& load) {
-    if (load.faces >= highestface)
+    if (load.counts.faces >= highestface)
         fieldfailure(load, errorkind::subscript,
                      "subscript out of range, a room holds at most " + std::to_string(highestface) +
                          " faces");
-    const std::int32_t face = ++load.faces;
+    const std::int32_t face = ++load.counts.faces;
     ResultSet.lastSlot = nextwhole(load); // this variable on purpose, though it is a result's
     RoomModel.faceMaterial(face) = nextnumber(load, whole16);
     RoomModel.faceVertexCount(face) = corners;
@@ -242,10 +240,8 @@ void loadnastran(const std::string& name) {
     load.nodes.resize(highestnode + 1);
     findmarker(load);
     readcards(load);
-    logload(wholetext(load.nodecount) + " nodes and" + wholetext(load.faces) + " faces imported");
-
-    RoomModel.faceCount = load.faces;
-    finishroomload(formerbackground);
+    logload(wholetext(load.nodecount) + " nodes and" + wholetext(load.counts.faces) + " faces imported");
+    finishroomload(load.counts, formerbackground);
 }
 
 } // namespace orv

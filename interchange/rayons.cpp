@@ -49,8 +49,6 @@ constexpr double thickshift = 0.01;       // of the normal
 constexpr int exportedcorners = 4;
 constexpr std::string_view unknownsource = "Unknown", usualsource = "Omni.spk";
 
-using point = std::array<float, 3>;
-
 // A file of the set.
 struct setfile {
     filebytes bytes;
@@ -69,10 +67,10 @@ std::string companion(const std::string& name, const char* extension) {
     return existingpath(joinpath(directoryof(name), stem + "." + extension));
 }
 
-point readpoint(listreader& reader) {
-    point at{};
-    readsingles(reader, at.data(), 3);
-    return at;
+roompoint readpoint(listreader& reader) {
+    float coordinate[3];
+    readsingles(reader, coordinate, 3);
+    return {coordinate[0], coordinate[1], coordinate[2]};
 }
 
 // A count or slot that has to be within a table.
@@ -98,7 +96,7 @@ std::int32_t facerow(const listreader& reader, std::int32_t number) {
 
 // --- Faces ---
 
-void shiftface(const listreader& reader, std::int32_t face, int vertices, const point& normal) {
+void shiftface(const listreader& reader, std::int32_t face, int vertices, const roompoint& normal) {
     const auto shifted = [&reader](float coordinate, float along) {
         try {
             return single(static_cast<double>(coordinate) + thickshift * static_cast<double>(along));
@@ -110,9 +108,9 @@ void shiftface(const listreader& reader, std::int32_t face, int vertices, const 
         float& x = RoomModel.faceVertexX(face, v);
         float& y = RoomModel.faceVertexY(face, v);
         float& z = RoomModel.faceVertexZ(face, v);
-        x = shifted(x, normal[0]);
-        y = shifted(y, normal[1]);
-        z = shifted(z, normal[2]);
+        x = shifted(x, normal.x);
+        y = shifted(y, normal.y);
+        z = shifted(z, normal.z);
     }
 }
 
@@ -130,13 +128,11 @@ void readface(listreader& reader, std::int32_t& thickfaces) {
     RoomModel.faceVertexCount(face) = vertices;
     RoomModel.faceLayerFlag(face) = RoomModel.faceInWall(face) = RoomModel.faceHasOpening(face) = 0;
     for (int v = 1; v <= vertices; ++v) {
-        const point at = readpoint(reader);
-        RoomModel.faceVertexX(face, v) = at[0];
-        RoomModel.faceVertexY(face, v) = at[1];
-        RoomModel.faceVertexZ(face, v) = at[2];
-        extendbox(at[0], at[1], at[2]);
+        const roompoint at = readpoint(reader);
+        setvertex(face, v, at);
+        extendbox(at.x, at.y, at.z);
     }
-    const point normal = readpoint(reader);
+    const roompoint normal = readpoint(reader);
     if (thickfaces == 0) return;
     // Both on purpose: the row is that of the count, and faces behind a thick one are shifted like it.
     RoomModel.faceVertexCount(thickfaces) = vertices;
@@ -197,14 +193,9 @@ std::int32_t readreceivers(const std::string& path) {
     const std::int32_t count = readcount(reader, highestreceiver, "receivers");
     for (std::int32_t receiver = 1; receiver <= count; ++receiver) {
         readwhole32(reader);
-        const point position = readpoint(reader);
-        const point second = readpoint(reader);
-        RoomModel.receiverX(receiver) = position[0];
-        RoomModel.receiverY(receiver) = position[1];
-        RoomModel.receiverZ(receiver) = position[2];
-        RoomModel.receiverAimX(receiver) = second[0];
-        RoomModel.receiverAimY(receiver) = second[1];
-        RoomModel.receiverAimZ(receiver) = second[2];
+        const roompoint position = readpoint(reader);
+        const roompoint second = readpoint(reader);
+        setreceiver(receiver, position, second);
         platform::yield();
     }
     return count;
@@ -225,17 +216,14 @@ std::int32_t readsources(const std::string& path) {
     const std::int32_t count = readcount(reader, highestsource, "sources");
     for (std::int32_t source = 1; source <= count; ++source) {
         readwhole32(reader);
-        const point position = readpoint(reader);
-        const point direction = readpoint(reader);
+        const roompoint position = readpoint(reader);
+        const roompoint direction = readpoint(reader);
         readnumber(reader);
         readnumber(reader);
         const std::string_view directivity = trimboth(readline(reader));
-        RoomModel.sourceX(source) = position[0];
-        RoomModel.sourceY(source) = position[1];
-        RoomModel.sourceZ(source) = position[2];
-        RoomModel.sourceAimX(source) = aimed(reader, position[0], direction[0]);
-        RoomModel.sourceAimY(source) = aimed(reader, position[1], direction[1]);
-        RoomModel.sourceAimZ(source) = aimed(reader, position[2], direction[2]);
+        setsource(source, position,
+                  {aimed(reader, position.x, direction.x), aimed(reader, position.y, direction.y),
+                   aimed(reader, position.z, direction.z)});
         RoomModel.sourceAimExtra(source) = 0;
         RoomModel.sourceFile(source) = directivity == unknownsource ? usualsource : directivity;
         platform::yield();
@@ -264,22 +252,17 @@ void loadrayons(const std::string& name) {
     const std::vector<std::string> names = materialnames();
     platform::statustext(1, "Loading " + shown + " ...");
     const std::vector<facematerial> materials = readmaterials(companion(path, "mat"));
-    const std::int32_t faces = readfaces(path);
-    const std::int32_t receivers = readreceivers(companion(path, "rec"));
-    const std::int32_t sources = readsources(companion(path, "sou"));
+    roomcounts counts;
+    counts.faces = readfaces(path);
+    counts.receivers = readreceivers(companion(path, "rec"));
+    counts.sources = readsources(companion(path, "sou"));
     setmaterials(materials, names);
-
-    RoomModel.faceCount = faces;
-    RoomModel.receiverCount = receivers;
-    RoomModel.sourceCount = sources;
-    finishroomload(formerbackground);
+    finishroomload(counts, formerbackground);
 }
 
 void saverayons(const std::string& name) {
     platform::pointer(platform::shape::wait);
     platform::statustext(1, "Exporting geometry to " + pagetext(name) + " ...");
-    loadprogress progress;
-    progress.size = static_cast<std::size_t>(RoomModel.faceCount);
     std::string text;
     std::int64_t number = 0;
     for (std::int32_t face = 1; face <= RoomModel.faceCount; ++face) {
@@ -291,18 +274,14 @@ void saverayons(const std::string& name) {
                 appendnumber(text.append(1, ' '), static_cast<double>(coordinate));
             text += lineend;
         }
-        showprogress(progress, static_cast<std::size_t>(face));
+        showfaceprogress(face);
     }
     text.append("Faces:").append(lineend);
     for (std::int64_t first = 1; first <= number; first += exportedcorners) {
         addnumbers(text, {first, first + 1, first + 2, first + 3});
         addnumbers(text, {first + 3, first + 2, first + 1, first});
     }
-    replacefile(name, text);
-    platform::pointer(platform::shape::normal);
-    platform::statustext(1, "");
-    platform::statustext(2, "");
-    platform::yield();
+    finishroomsave(name, text);
 }
 
 } // namespace orv

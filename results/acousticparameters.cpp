@@ -289,14 +289,13 @@ double dB(double value) {
 }
 
 void addslots(workingsums& sums, offsettables& tables, const float* row, std::int32_t slots,
-              std::int32_t arrival, float timeStep) {
-    if (arrival < 0) {
-        addrun(sums, tables, row, 0, slots, 0, timeStep);
-        return;
+              std::span<const std::int32_t> arrivals, float timeStep) {
+    std::int32_t begin = 0;
+    for (const std::int32_t arrival : arrivals) {
+        addrun(sums, tables, row, begin, arrival - begin, 0, timeStep);
+        begin = arrival;
     }
-    // Until the first arrival is found, time counts from slot 0; from there on, from the arrival.
-    addrun(sums, tables, row, 0, arrival, 0, timeStep);
-    addrun(sums, tables, row, arrival, slots - arrival, 0, timeStep);
+    addrun(sums, tables, row, begin, slots - begin, 0, timeStep);
 }
 
 void storeparameters(std::int32_t r, workingsums& sums) {

@@ -48,10 +48,10 @@ struct offsettables {
 };
 
 // Adds all slots of a receiver to `sums` (directEnergy excepted, which the caller has set). `row` holds
-// slots x 12 energies, `arrival` is the slot of the first arrival or -1 when nothing arrived: slots before it
-// count their time from slot 0. Time in s is timeStep x offset.
+// slots x 12 energies. Time in s is timeStep x offset, which counts from slot 0 and anew from each of
+// `arrivals`, ascending slots: the first arrival, none where nothing arrived, in extreme cases more.
 void addslots(workingsums& sums, offsettables& tables, const float* row, std::int32_t slots,
-              std::int32_t arrival, float timeStep);
+              std::span<const std::int32_t> arrivals, float timeStep);
 
 // Stores the parameters of a receiver (0..100000) from its sums, for bandIndex firstBand..12 without the
 // octave bands above lastBand; changes energyTotal as the definitions of C50 and C80 ask. LE, LF and LFC are

@@ -54,14 +54,14 @@ void skippattern(listreader& reader) {
     skiplines(reader, std::int64_t{readwhole32(reader)} + patternlines);
 }
 
-// The level and directivity of a band into the tables, its energy into the sums. A value that cannot be
-// stored is skipped.
+// The level and directivity of a band into the tables, the energy of the stored level into the sums. A value
+// that cannot be stored is skipped.
 void storeband(const sourceband& record, powersums& sums) {
     if (record.band < 1 || record.band > octavebands) return;
     attempt([&] { ResultSet.sourcePower(record.band) = single(record.level); });
     attempt([&] { ResultSet.sourceDirectivity(record.band) = single(record.directivity); });
     attempt([&] {
-        const double energy = power(10, record.level / 10);
+        const double energy = power(10, static_cast<double>(ResultSet.sourcePower(record.band)) / 10);
         sums.weighted +=
             energy * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(record.band)]);
         sums.linear += energy;

@@ -51,7 +51,7 @@ constexpr std::size_t progressblock = 128; // bytes
 // What a load keeps between its lines.
 struct loading {
     listreader lines, fields;
-    std::int32_t faces = 0, holes = 0, doors = 0, sources = 0, receivers = 0, raylines = 0;
+    roomcounts counts;
     std::int16_t inwall = 0; // -1 between Wall and End
     std::string progress;    // the percentage shown, and the block it is of
     std::size_t shownblock = 0;
@@ -92,12 +92,10 @@ void readpolygon(loading& load, std::int32_t slot, int highest, const std::strin
 }
 
 void readface(loading& load) {
-    const std::int32_t face = nextslot(load, load.faces, highestface, "faces");
+    const std::int32_t face = nextslot(load, load.counts.faces, highestface, "faces");
     readpolygon(load, face, facevertices, "a face", RoomModel.faceLayerFlag, RoomModel.faceMaterial,
                 RoomModel.faceVertexCount, [face](int v, float x, float y, float z) {
-                    RoomModel.faceVertexX(face, v) = x;
-                    RoomModel.faceVertexY(face, v) = y;
-                    RoomModel.faceVertexZ(face, v) = z;
+                    setvertex(face, v, {x, y, z});
                     extendbox(x, y, z);
                 });
     RoomModel.faceInWall(face) = load.inwall;
@@ -105,15 +103,15 @@ void readface(loading& load) {
 
 // The face that an opening belongs to, 0 before the first one.
 std::int16_t owningface(const loading& load) {
-    if (load.faces > std::numeric_limits<std::int16_t>::max())
+    if (load.counts.faces > std::numeric_limits<std::int16_t>::max())
         inputfailure(load.fields, errorkind::overflow,
-                     "overflow, face " + std::to_string(load.faces) +
+                     "overflow, face " + std::to_string(load.counts.faces) +
                          " cannot have a hole or door, since only the first 32767 can");
-    return static_cast<std::int16_t>(load.faces);
+    return static_cast<std::int16_t>(load.counts.faces);
 }
 
 void readhole(loading& load) {
-    const std::int32_t hole = nextslot(load, load.holes, highesthole, "holes");
+    const std::int32_t hole = nextslot(load, load.counts.holes, highesthole, "holes");
     const std::int16_t face = owningface(load);
     readpolygon(load, hole, holevertices, "a hole", RoomModel.holeLayerFlag, RoomModel.holeMaterial,
                 RoomModel.holeVertexCount, [hole](int v, float x, float y, float z) {
@@ -126,7 +124,7 @@ void readhole(loading& load) {
 }
 
 void readdoor(loading& load) {
-    const std::int32_t door = nextslot(load, load.doors, highestdoor, "doors");
+    const std::int32_t door = nextslot(load, load.counts.doors, highestdoor, "doors");
     const std::int16_t face = owningface(load);
     readpolygon(load, door, doorvertices, "a door", RoomModel.doorLayerFlag, RoomModel.doorMaterial,
                 RoomModel.doorVertexCount, [door](int v, float x, float y, float z) {
@@ -138,46 +136,43 @@ void readdoor(loading& load) {
     RoomModel.faceHasOpening(face) = -1;
 }
 
-void readsource(loading& load) {
-    listreader& fields = load.fields;
-    const std::int32_t source = nextslot(load, load.sources, highestsource, "sources");
+// Two points, one behind the other.
+struct pointpair {
+    roompoint first, second;
+};
+pointpair readpoints(listreader& fields) {
     std::array<float, 6> number{};
     readsingles(fields, number.data(), 6);
-    RoomModel.sourceX(source) = number[0];
-    RoomModel.sourceY(source) = number[1];
-    RoomModel.sourceZ(source) = number[2];
-    RoomModel.sourceAimX(source) = number[3];
-    RoomModel.sourceAimY(source) = number[4];
-    RoomModel.sourceAimZ(source) = number[5];
+    return {{number[0], number[1], number[2]}, {number[3], number[4], number[5]}};
+}
+
+void readsource(loading& load) {
+    listreader& fields = load.fields;
+    const std::int32_t source = nextslot(load, load.counts.sources, highestsource, "sources");
+    const auto [position, aim] = readpoints(fields);
+    setsource(source, position, aim);
     // The one separator behind the number is all that goes before the name, which may be empty.
     RoomModel.sourceAimExtra(source) = readsinglebeforetext(fields);
     RoomModel.sourceFile(source) = atend(fields) ? std::string() : std::string(readline(fields));
-    extendbox(number[0], number[1], number[2]);
+    extendbox(position.x, position.y, position.z);
 }
 
 void readreceiver(loading& load) {
-    const std::int32_t receiver = nextslot(load, load.receivers, highestreceiver, "receivers");
-    std::array<float, 6> number{};
-    readsingles(load.fields, number.data(), 6);
-    RoomModel.receiverX(receiver) = number[0];
-    RoomModel.receiverY(receiver) = number[1];
-    RoomModel.receiverZ(receiver) = number[2];
-    RoomModel.receiverAimX(receiver) = number[3];
-    RoomModel.receiverAimY(receiver) = number[4];
-    RoomModel.receiverAimZ(receiver) = number[5];
-    extendbox(number[0], number[1], number[2]);
+    const std::int32_t receiver = nextslot(load, load.counts.receivers, highestreceiver, "receivers");
+    const auto [position, second] = readpoints(load.fields);
+    setreceiver(receiver, position, second);
+    extendbox(position.x, position.y, position.z);
 }
 
 void readrayline(loading& load) {
-    const std::int32_t line = nextslot(load, load.raylines, highestrayline, "ray lines");
-    std::array<float, 6> number{};
-    readsingles(load.fields, number.data(), 6);
-    RoomModel.rayLineX1(line) = number[0];
-    RoomModel.rayLineY1(line) = number[1];
-    RoomModel.rayLineZ1(line) = number[2];
-    RoomModel.rayLineX2(line) = number[3];
-    RoomModel.rayLineY2(line) = number[4];
-    RoomModel.rayLineZ2(line) = number[5];
+    const std::int32_t line = nextslot(load, load.counts.raylines, highestrayline, "ray lines");
+    const auto [start, direction] = readpoints(load.fields);
+    RoomModel.rayLineX1(line) = start.x;
+    RoomModel.rayLineY1(line) = start.y;
+    RoomModel.rayLineZ1(line) = start.z;
+    RoomModel.rayLineX2(line) = direction.x;
+    RoomModel.rayLineY2(line) = direction.y;
+    RoomModel.rayLineZ2(line) = direction.z;
 }
 
 void openwall(loading& load) {
@@ -273,13 +268,7 @@ void loadgeometry(const std::string& name) {
         readrecord(load, line);
     }
 
-    RoomModel.faceCount = load.faces;
-    RoomModel.holeCount = load.holes;
-    RoomModel.doorCount = load.doors;
-    RoomModel.sourceCount = load.sources;
-    RoomModel.receiverCount = load.receivers;
-    RoomModel.rayLineCount = load.raylines;
-    finishroomload(formerbackground);
+    finishroomload(load.counts, formerbackground);
 }
 
 } // namespace orv

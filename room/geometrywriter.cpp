@@ -7,6 +7,7 @@
 #include "base/numbertext.h"
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
+#include "room/roomload.h"
 #include "room/roommodel.h"
 #include "shell/sessionstate.h"
 #include "shell/settings.h"
@@ -131,21 +132,14 @@ void savegeometry(const std::string& name) {
     std::string text;
     textline(text, "EntityList");
     for (std::int32_t face = 1; face <= RoomModel.faceCount; ++face) {
-        const double percent = Int(100.0 * face / RoomModel.faceCount);
-        platform::statustext(2, wholetext(static_cast<std::int64_t>(percent)) + "%");
-        platform::yield();
+        showfaceprogress(face);
         if (iswritten(face, shown)) wallof(text, face);
     }
     for (std::int32_t source = 1; source <= RoomModel.sourceCount; ++source) sourceline(text, source);
     for (std::int32_t receiver = 1; receiver <= RoomModel.receiverCount; ++receiver)
         receiverline(text, receiver);
     textline(text, "End");
-    replacefile(name, text);
-
-    platform::pointer(platform::shape::normal);
-    platform::statustext(1, "");
-    platform::statustext(2, "");
-    platform::yield();
+    finishroomsave(name, text);
 }
 
 } // namespace orv

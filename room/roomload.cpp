@@ -1,6 +1,8 @@
-// The main window while a room is loaded.
+// The main window while a room is loaded or saved.
 #include "room/roomload.h"
 
+#include "base/arithmetic.h"
+#include "base/files.h"
 #include "base/numbertext.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
@@ -19,6 +21,20 @@ constexpr const char* viewcontrols[] = {"Picture1", "Frame1", "Frame2", "SSFrame
 
 constexpr std::string_view roomcommands[] = {"Redraw", "CamRedr2D", "render", "BLNadd", "MapLoad"};
 
+void setcounts(const roomcounts& counts) {
+    RoomModel.faceCount = counts.faces;
+    RoomModel.holeCount = counts.holes;
+    RoomModel.doorCount = counts.doors;
+    RoomModel.sourceCount = counts.sources;
+    RoomModel.receiverCount = counts.receivers;
+    RoomModel.rayLineCount = counts.raylines;
+}
+
+void clearstatus() {
+    platform::statustext(1, "");
+    platform::statustext(2, "");
+}
+
 } // namespace
 
 std::int32_t startroomload(const std::string& status) {
@@ -30,7 +46,8 @@ std::int32_t startroomload(const std::string& status) {
     return formerbackground;
 }
 
-void finishroomload(std::int32_t formerbackground) {
+void finishroomload(const roomcounts& counts, std::int32_t formerbackground) {
+    setcounts(counts);
     platform::pointer(platform::shape::normal);
     computecentre();
     SessionState.targetX = RoomModel.roomCentreX;
@@ -38,8 +55,7 @@ void finishroomload(std::int32_t formerbackground) {
     SessionState.targetZ = RoomModel.roomCentreZ;
     for (const std::string_view command : roomcommands) enablecommand(command, true);
     SessionState.gridReady = SessionState.contourReady = 0;
-    platform::statustext(1, "");
-    platform::statustext(2, "");
+    clearstatus();
     platform::background(formerbackground);
     platform::yield();
 }
@@ -51,6 +67,19 @@ void showprogress(loadprogress& progress, std::size_t position) {
         progress.text = wholetext(static_cast<std::int64_t>(percent)) + "%";
     }
     platform::statustext(2, progress.text);
+    platform::yield();
+}
+
+void showfaceprogress(std::int32_t face) {
+    const double percent = Int(100.0 * face / RoomModel.faceCount);
+    platform::statustext(2, wholetext(static_cast<std::int64_t>(percent)) + "%");
+    platform::yield();
+}
+
+void finishroomsave(const std::string& path, std::string_view text) {
+    replacefile(path, text);
+    platform::pointer(platform::shape::normal);
+    clearstatus();
     platform::yield();
 }
 

@@ -1,9 +1,10 @@
-// What every reader of a room does with the main window, at its begin and its end.
+// What every reader of a room does with the main window, at its begin and its end, and how its writers end.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace orv {
 
@@ -11,9 +12,15 @@ namespace orv {
 // empties the room. Returns the window's former background.
 std::int32_t startroomload(const std::string& status);
 
-// For a room whose counts and box are set: computes its centre, which becomes the target, enables the
-// commands that look at a room, forgets maps of the former one, and puts pointer, status and background back.
-void finishroomload(std::int32_t formerbackground);
+// The records that a reader has filled.
+struct roomcounts {
+    std::int32_t faces = 0, holes = 0, doors = 0, sources = 0, receivers = 0, raylines = 0;
+};
+
+// For a room whose records and box are set: sets the counts, computes the centre, which becomes the target,
+// enables the commands that look at a room, forgets maps of the former one, and puts pointer, status and
+// background back.
+void finishroomload(const roomcounts& counts, std::int32_t formerbackground);
 
 // How much of a file has been read, in the second status panel as whole percent of its bytes; a text is made
 // only when it changes.
@@ -25,6 +32,12 @@ struct loadprogress {
 
 // Shows that the position has been reached and lets events in.
 void showprogress(loadprogress& progress, std::size_t position);
+
+// The same while a room is written, face by face.
+void showfaceprogress(std::int32_t face);
+
+// Writes the text of a room into its file and puts pointer and status back. Raises fileaccess.
+void finishroomsave(const std::string& path, std::string_view text);
 
 // A line of the log that a load shows on the window; a full window is cleared first.
 void logload(const std::string& line);

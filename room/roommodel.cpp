@@ -11,6 +11,30 @@ namespace orv {
 // Zero at first, so that the large tables take no memory until a model fills them; start-up sets the box.
 roommodel RoomModel;
 
+void setvertex(std::int32_t face, int vertex, const roompoint& at) {
+    RoomModel.faceVertexX(face, vertex) = at.x;
+    RoomModel.faceVertexY(face, vertex) = at.y;
+    RoomModel.faceVertexZ(face, vertex) = at.z;
+}
+
+void setsource(std::int32_t source, const roompoint& position, const roompoint& aim) {
+    RoomModel.sourceX(source) = position.x;
+    RoomModel.sourceY(source) = position.y;
+    RoomModel.sourceZ(source) = position.z;
+    RoomModel.sourceAimX(source) = aim.x;
+    RoomModel.sourceAimY(source) = aim.y;
+    RoomModel.sourceAimZ(source) = aim.z;
+}
+
+void setreceiver(std::int32_t receiver, const roompoint& position, const roompoint& second) {
+    RoomModel.receiverX(receiver) = position.x;
+    RoomModel.receiverY(receiver) = position.y;
+    RoomModel.receiverZ(receiver) = position.z;
+    RoomModel.receiverAimX(receiver) = second.x;
+    RoomModel.receiverAimY(receiver) = second.y;
+    RoomModel.receiverAimZ(receiver) = second.z;
+}
+
 void resetroom() {
     RoomModel.faceCount = RoomModel.sourceCount = RoomModel.receiverCount = 0;
     RoomModel.holeCount = RoomModel.doorCount = RoomModel.rayLineCount = 0;

@@ -88,6 +88,16 @@ struct roommodel {
 
 extern roommodel RoomModel;
 
+struct roompoint {
+    float x = 0, y = 0, z = 0; // m
+};
+
+// Each stores one place of a record: a face's vertex; a source's position and aiming point; a receiver's
+// position and second point. The box stays as it is. Raise subscript.
+void setvertex(std::int32_t face, int vertex, const roompoint& at);
+void setsource(std::int32_t source, const roompoint& position, const roompoint& aim);
+void setreceiver(std::int32_t receiver, const roompoint& position, const roompoint& second);
+
 // Start values of the box, before anything extends it.
 constexpr float unsetmax = -1E9F;
 constexpr float unsetmin = 1E9F;

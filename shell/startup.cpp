@@ -76,13 +76,6 @@ bool regionfits() {
     return marks.group.find(',') != std::string::npos && marks.decimal.find('.') != std::string::npos;
 }
 
-void computeconstants() {
-    sessionstate& s = SessionState;
-    s.halfTurnConstant = 2 * std::atan(1.0);
-    for (int band = 1; band <= octavebands; ++band)
-        s.aWeight[static_cast<std::size_t>(band)] = single(power(10, weightlevels[band - 1] / 10));
-}
-
 void setcamera() {
     sessionstate& s = SessionState;
     s.cameraX = -10;
@@ -132,22 +125,6 @@ void setmapvalues() {
     s.parameterSource = 0;
 }
 
-void setspeechvalues() {
-    sessionstate& s = SessionState;
-    s.receiversShown = 20;
-    s.maleAlpha = malealpha;
-    s.femaleAlpha = femalealpha;
-    s.maleBeta = malebeta;
-    s.femaleBeta = femalebeta;
-    s.maleVoiceSpectrum = malespectrum;
-    s.femaleVoiceSpectrum = femalespectrum;
-    // The constant is half of pi, so that these are pi times the frequency: responses are analysed at half
-    // the named modulation frequency, which is required as it stands.
-    for (std::size_t i = 0; i < modulationcount; ++i)
-        s.modulationOmega[i + 1] =
-            single(2 * static_cast<double>(modulationfrequencies[i]) * s.halfTurnConstant);
-}
-
 void setscenecolours() {
     sessionstate& s = SessionState;
     s.colourRoom = rgb(0, 0, 0);
@@ -174,6 +151,24 @@ void readmaterialcolours() {
 
 } // namespace
 
+void computeconstants() {
+    sessionstate& s = SessionState;
+    s.halfTurnConstant = 2 * std::atan(1.0);
+    for (int band = 1; band <= octavebands; ++band)
+        s.aWeight[static_cast<std::size_t>(band)] = single(power(10, weightlevels[band - 1] / 10));
+    s.maleAlpha = malealpha;
+    s.femaleAlpha = femalealpha;
+    s.maleBeta = malebeta;
+    s.femaleBeta = femalebeta;
+    s.maleVoiceSpectrum = malespectrum;
+    s.femaleVoiceSpectrum = femalespectrum;
+    // The constant is half of pi, so that these are pi times the frequency: responses are analysed at half
+    // the named modulation frequency, which is required as it stands.
+    for (std::size_t i = 0; i < modulationcount; ++i)
+        s.modulationOmega[i + 1] =
+            single(2 * static_cast<double>(modulationfrequencies[i]) * s.halfTurnConstant);
+}
+
 void startup() {
     enterdatadirectory();
     if (!regionfits()) {
@@ -198,7 +193,7 @@ void startup() {
     attempt([] { readsettings(true); });
     showcamerafields();
     attempt(setmapvalues);
-    attempt(setspeechvalues);
+    SessionState.receiversShown = 20;
     SessionState.surferMethod = usablemethod(SessionState.surferMethod);
     attempt([] { checkcommand("Vroom", true); });
     setscenecolours();

@@ -14,6 +14,10 @@ namespace orv {
 // constants on, a step that fails is left out without a word.
 void startup();
 
+// The part of it that any computation needs: the A-weighting, the modulation frequencies, and the weights and
+// voice spectra of the speech index, in SessionState.
+void computeconstants();
+
 // The data directory for a program that lies in `programdirectory`.
 std::string datadirectoryfor(const std::string& programdirectory);
 

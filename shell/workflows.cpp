@@ -16,6 +16,7 @@
 #include "shell/sessionstate.h"
 #include "shell/settings.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -40,16 +41,19 @@ void enableall(const names& commands) {
     for (const std::string_view name : commands) enablecommand(name, true);
 }
 
+void loadroom(const std::string& name) {
+    const filejob running;
+    SessionState.geometryFileName = name;
+    showtitle(name);
+    loadgeometry(name);
+    showloadedroom();
+}
+
 void openroom() {
     const std::string& present = SessionState.geometryFileName;
     const auto chosen = chosenfile(platform::askopenfile, "Load a Orvanta CAD File", roomfilter,
                                    present.empty() ? roompattern : present);
-    if (!chosen) return;
-    const filejob running;
-    SessionState.geometryFileName = *chosen;
-    showtitle(*chosen);
-    loadgeometry(*chosen);
-    showloadedroom();
+    if (chosen) loadroom(*chosen);
 }
 
 // The result with its responses, the speech index computed and the parameters kept if the user wants it.
@@ -85,6 +89,23 @@ void forgetmaps() {
     SessionState.gridReady = SessionState.contourReady = 0;
 }
 
+void loadresultandroom(const std::string& name) {
+    const filejob running;
+    openresult(name);
+    enableroomcommands();
+    enablemapcommands();
+    forgetmaps();
+    const std::string beside = existingpath(geometrynameof(name));
+    if (canopen(beside)) {
+        SessionState.geometryFileName = beside;
+        loadgeometry(beside);
+    } else {
+        openroom(); // cancelled, it leaves the former room in memory under the new result
+    }
+    showtitle(SessionState.geometryFileName);
+    showscene();
+}
+
 } // namespace
 
 void FLoad() {
@@ -108,21 +129,7 @@ void OpenRes() {
     if (speechindexruns()) return platform::beep(); // its receivers must stay
     const auto chosen = chosenfile(platform::askopenfile, "Load an Impulse Response File and its Geometry",
                                    resultfilter, resultpattern);
-    if (!chosen) return;
-    const filejob running;
-    openresult(*chosen);
-    enableroomcommands();
-    enablemapcommands();
-    forgetmaps();
-    const std::string beside = existingpath(geometrynameof(*chosen));
-    if (canopen(beside)) {
-        SessionState.geometryFileName = beside;
-        loadgeometry(beside);
-    } else {
-        openroom(); // cancelled, it leaves the former room in memory under the new result
-    }
-    showtitle(SessionState.geometryFileName);
-    showscene();
+    if (chosen) loadresultandroom(*chosen);
 }
 
 void MapLoad() {
@@ -135,6 +142,17 @@ void MapLoad() {
     enablemapcommands();
     forgetmaps();
     showscene();
+}
+
+void openfile(const std::string& name) {
+    if (commandssuspended()) return;
+    constexpr std::size_t extension = 4; // with its point
+    const std::size_t point = name.size() - std::min(name.size(), extension);
+    const std::string kind = name.substr(point, 2);
+    if (kind != "._" && kind != ".-") return loadroom(name);
+    std::string result = name;
+    result[point + 1] = '_';
+    loadresultandroom(existingpath(result));
 }
 
 bool parameterfileusable(const std::string& result) {

@@ -17,6 +17,11 @@ void OpenRes(); // "Open Imp.Resp.+Geometry files...": asks for the room (FLoad)
 void MapLoad(); // "Open Imp.Resp. file only...": a result over the present room; the current room file's name
                 // becomes that of the file beside the result all the same
 
+// Opens a file that the desktop has named at the start: a result with its room as OpenRes does, any other
+// file as FLoad does. A parameter file stands for the result that it lies beside. Nothing happens under a
+// region that the program does not run in.
+void openfile(const std::string& name);
+
 // Whether the parameter file beside a result holds what a load of the result would compute: it is there, and
 // it is older (strictly) neither than the result nor than the settings file, if there is one. Raises
 // filenotfound for a result that is not there.

@@ -30,26 +30,16 @@ TEST(characters, CountAlikeInAFileAndItsTwinWithBareLineFeeds) {
     const std::string text = "Header    = 1\r\n\r\n[Microphone_1]\r\nab\r\n\r\n\r\ncd";
     std::string twin = text;
     std::erase(twin, '\r');
-    std::mt19937 random(3);
-    for (int round = 0; round < 2000; ++round) {
-        listreader one = openlist(text, "F"), other = openlist(twin, "F");
-        while (!atend(one)) {
-            const auto count = random() % 5;
-            switch (random() % 3) {
-            case 0:
-                ASSERT_EQ(readcharacters(one, count), readcharacters(other, count)) << round;
-                break;
-            case 1:
-                ASSERT_EQ(readline(one), readline(other)) << round;
-                break;
-            default: {
-                const bool failed = !attempt([&] { readtext(one); });
-                ASSERT_EQ(failed, !attempt([&] { readtext(other); })) << round;
+    for (std::size_t count = 1; count <= 5; ++count)
+        for (const bool lines : {false, true}) { // between whose rests the characters are read
+            listreader one = openlist(text, "F"), other = openlist(twin, "F");
+            while (!atend(one)) {
+                ASSERT_EQ(readcharacters(one, count), readcharacters(other, count)) << count;
+                if (!lines || atend(one)) continue;
+                ASSERT_EQ(readline(one), readline(other)) << count;
             }
-            }
+            ASSERT_TRUE(atend(other)) << count;
         }
-        ASSERT_TRUE(atend(other)) << round;
-    }
     listreader reader = openlist(twin, "F");
     readline(reader);
     EXPECT_EQ(skipcharacters(reader, 3), 3U);
@@ -145,6 +135,10 @@ TEST(texts, AreTrimmedOfBlanksAndFoundBehindAMark) {
     EXPECT_EQ(trimfront("  a b "), "a b ");
     EXPECT_EQ(trimboth("  a b "), "a b");
     EXPECT_EQ(uppercase("wall-\xE4z"), "WALL-\xE4Z");
+    const std::string others = "@[`{\xD7\xF7\xDF", lower = "az\xE0\xF6\xFE\x9A\x9C\x9E\xFF",
+                      upper = "AZ\xC0\xD6\xDE\x8A\x8C\x8E\x9F";
+    EXPECT_EQ(pageuppercase(others + lower + upper), others + upper + upper);
+    EXPECT_EQ(pagelowercase(others + lower + upper), others + lower + lower);
 }
 
 } // namespace

@@ -66,7 +66,8 @@ TEST_F(contourtest, LightPolylinesEndAtTheirCount) {
     // A count that is passed by its step, or none at all: on to the end of the file, through other entities.
     EXPECT_EQ(drawn(head + "10\n1\n20\n1\n90\n1\n10\n2\n20\n1\n10\n3\n20\n3\n0\nENDSEC\n"), lines{});
     EXPECT_EQ(drawn(head + "10\n1\n20\n1\n0\nENDSEC\n10\n2\n20\n2\n").size(), 1U);
-    EXPECT_EQ(drawn(head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3").size(), 1U); // cut within a point
+    EXPECT_EQ(drawn(head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3").size(), 1U);   // cut within a point
+    EXPECT_EQ(drawn(head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3\r").size(), 1U); // ... and a line end
 }
 
 TEST_F(contourtest, OldPolylinesBeginAtThePointOfTheirHeader) {

@@ -2,7 +2,6 @@
 #include "response/raypathreader.h"
 
 #include "response/raypathset.h"
-#include "samples/samplefiles.h"
 #include "tests/failures.h"
 #include "tests/results/resulttext.h"
 
@@ -27,18 +26,20 @@ struct pathfiles : resultsession {
 };
 
 TEST_F(pathfiles, recordsFillTheStore) {
-    const std::string record = std::string("2,1,.01") + energies + "2,3,.5,-1,2,4,1,1,1\r\n";
+    const std::string record = std::string("2,5,.01") + energies + "2,3,.5,-1,2,4,1,6,7\r\n";
     loadpaths("1, 2 .03" + std::string(energies) + "0\r\n" + record + "3,4,.5" + energies + "0\r\n\r\n");
     EXPECT_EQ(RayPathSet.pathCountOf, (std::vector<std::int32_t>{3, 1, 1, 1}));
     EXPECT_TRUE(SessionState.pathsExist);
     const raypath& two = *findpath(2, 1);
-    EXPECT_EQ(two.source, 1);
+    EXPECT_EQ(two.source, 5);
     EXPECT_EQ(two.time, .01);
     EXPECT_EQ(two.energy[10], 10.0F) << "at the reference time nothing is corrected";
     EXPECT_EQ(two.energy[linearband], 55.0F);
     EXPECT_EQ(two.pointCount, 2);
+    const std::vector<float> corners = {two.x[1], two.y[1], two.z[1], two.x[2], two.y[2], two.z[2]};
+    EXPECT_EQ(corners, (std::vector<float>{.5F, -1, 2, 1, 6, 7}));
+    EXPECT_EQ(two.face[1], 3);
     EXPECT_EQ(two.face[2], 4);
-    EXPECT_EQ(two.y[1], -1.0F);
 
     const double w = 1 - std::exp(-std::pow(0.05F / (.03 - .01), 0.8F));
     const raypath& one = *findpath(1, 1);
@@ -109,39 +110,6 @@ TEST_F(pathfiles, whatCannotBeReadNamesItsRecord) {
     for (std::size_t size = 0; size < good.size(); ++size) // a file that is cut within a record tells it
         attempt([&] { loadpaths(good + good.substr(0, size)); });
     EXPECT_EQ(kindof([&] { loadchiocc(inside("gone.@ab")); }), errorkind::filenotfound);
-}
-
-// The hall's own image sources, as the generator knows them.
-TEST_F(pathfiles, theSampleHallsPathsAreItsImageSources) {
-    const samples::halloptions options;
-    const int both[] = {1, 2};
-    RoomModel.receiverCount = 30;
-    ResultSet.receiverDelay.assign(31, 0);
-    ResultSet.criticalTime =
-        static_cast<float>(samples::criticaltime(options, samples::readmeanfreepath(), samples::readspeed()));
-    ResultSet.alfaConstant = static_cast<float>(options.alfa);
-    loadpaths(samples::pathstext(options, both));
-    int seen = 0;
-    for (int r = 1; r <= 30; ++r)
-        for (const int source : both)
-            for (const samples::hallpath& truth : samples::hallpaths(r, source, options.order)) {
-                const auto& paths = RayPathSet.paths[static_cast<std::size_t>(r)];
-                const auto found = std::find_if(paths.begin(), paths.end(), [&](const raypath& path) {
-                    return path.source == source && path.time == truth.time &&
-                           static_cast<std::size_t>(path.pointCount) == truth.points.size() &&
-                           std::equal(truth.faces.begin(), truth.faces.end(), path.face.begin() + 1);
-                });
-                ASSERT_NE(found, paths.end()) << r << " " << truth.time;
-                ++seen;
-                for (std::size_t b = 0; b < 10; ++b) // written with seven digits
-                    EXPECT_NEAR(static_cast<double>(found->energy[b + 1]) / truth.energy[b], 1, 1E-6);
-                for (std::size_t j = 0; j < truth.points.size(); ++j) {
-                    EXPECT_NEAR(static_cast<double>(found->x[j + 1]), truth.points[j].x, 1E-5);
-                    EXPECT_NEAR(static_cast<double>(found->y[j + 1]), truth.points[j].y, 1E-5);
-                    EXPECT_NEAR(static_cast<double>(found->z[j + 1]), truth.points[j].z, 1E-5);
-                }
-            }
-    EXPECT_EQ(seen, RayPathSet.pathCountOf[0]);
 }
 
 // Ten days is the age that a path file may have before its result; a second more is too old.

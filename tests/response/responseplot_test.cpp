@@ -1,12 +1,13 @@
 // The plot of a response, its cursors and keys, and the paths that it shows together with the scene.
 #include "response/responseplot.h"
 
+#include "base/numbertext.h"
 #include "response/raypathdisplay.h"
 #include "response/raypathset.h"
 #include "response/responselevels.h"
 #include "scene/camera.h"
 #include "scene/scenedrawing.h"
-#include "tests/testsupport.h"
+#include "tests/golden.h"
 
 #include <cmath>
 
@@ -81,69 +82,47 @@ struct plots : sessiontest {
     }
 };
 
+// Axes, bars half a step wide, decays in the middle of their steps, and what cursors and drags leave of them.
 TEST_F(plots, everythingInItsPlace) {
     energy(1, 1) = 1000;
     energy(1, 2) = 10;
     energy(1, 3) = 1; // the floor
     SessionState.schroederOn = -1;
-    const lines expected = {
-        "clear FFFFFF", "window -.05 130 1.05 -10",
-        // time axis
-        "line 0 0 0 -3 FF0000", "text -.016 -3 000000 0.00", "line .25 0 .25 -3 FF0000",
-        "text .234 -3 000000 0.25", "line .5 0 .5 -3 FF0000", "text .484 -3 000000 0.50",
-        "line .75 0 .75 -3 FF0000", "text .734 -3 000000 0.75", "line 1 0 1 -3 FF0000",
-        "text .984 -3 000000 1.00", "text 1.016 -3 000000   s", "text -.036 130 000000 dB",
-        // bars, half a step wide
-        "filledbox 0 0 .125 0 000000", "filledbox .25 30 .375 0 000000", "filledbox .5 10 .625 0 000000",
-        "filledbox .75 0 .875 0 000000", "filledbox 1 0 1.053 0 000000",
-        // decay, in the middle of each step
-        "line .125 30.05181 .375 30.05181 0000FF width 2", "line .375 30.05181 .625 10.79181 0000FF width 2",
-        "line .625 10.79181 .875 3.0103 0000FF width 2", "line .875 3.0103 1.054 .83 0000FF width 2"};
     SessionState.viewEnd = 1;
-    lines got = drawn([&] { open(); });
-    ASSERT_GT(got.size(), expected.size());
-    for (std::size_t i = 0; i + 1 < expected.size(); ++i) EXPECT_EQ(got[i], expected[i]);
-    got.erase(got.begin(), got.begin() + static_cast<std::ptrdiff_t>(expected.size()));
-    got.erase(got.begin(), got.end() - 4);
-    EXPECT_EQ(got, (lines{"box 0 120 1 0 000000", "line 0 0 0 120 FF0000 mode 7",
-                          "line 0 0 .25 0 008000 mode 7", "line 0 120.5 0 123 008000 mode 7"}));
+    std::string drawing;
+    const auto draw = [&](const char* title, const std::function<void()>& act) {
+        drawing.append("# ").append(title).append("\r\n");
+        for (const std::string& line : drawn(act)) drawing += line + "\r\n";
+    };
+    draw("opened", [&] { open(); });
     EXPECT_EQ(ResponsePlot.FreqNo, 5);
     EXPECT_EQ(ResponsePlot.RecNo, 1);
-}
-
-TEST_F(plots, aCursorLeavesNothingBehind) {
-    energy(1, 2) = 10;
-    open();
-    const lines first = drawn([] { pressplot(0.6, 1); }); // cut to its slot
-    EXPECT_EQ(first, (lines{"line 0 0 0 120 FF0000 mode 7", "line 0 0 .25 0 008000 mode 7",
-                            "line 0 120.5 0 123 008000 mode 7", "line .5 0 .5 120 FF0000 mode 7",
-                            "line .5 10 .75 10 008000 mode 7", "line .5 120.5 .5 123 008000 mode 7"}));
+    draw("first cursor, cut to its slot", [] { pressplot(0.6, 1); });
     EXPECT_EQ(ResponsePlot.Xtext, "0.5");
     EXPECT_EQ(ResponsePlot.PathLenght, "170");
     EXPECT_EQ(ResponsePlot.SPLlabel, "10.0 dB");
-    EXPECT_EQ(ResponsePlot.schlabel, "10.4 dB"); // 10 and the 1 that it begins with
+    EXPECT_EQ(ResponsePlot.schlabel, "10.8 dB"); // 10, 1, and the 1 that it begins with
     EXPECT_EQ(ResponsePlot.PathN, "");
-    updatecursor(7, 1);
-    EXPECT_EQ(ResponsePlot.cursorStart, 1.0F) << "limited to the response";
-    EXPECT_EQ(drawn([] { pressplot(0.3, 2); }),
-              (lines{"line .25 0 .25 120 FFFF00 mode 7", "line .25 0 .5 0 FFFF00 mode 7"}));
-    EXPECT_EQ(drawn([] { pressplot(0.3, 2); }).size(), 4U);
-}
-
-TEST_F(plots, dragsZoomFromEitherSideAndKeysGoBack) {
-    open();
-    EXPECT_EQ(drawn([] { drag(0.5, 0.505); }).size(), 6U + 4U); // the box comes, moves and goes
+    draw("second cursor", [] { pressplot(0.3, 2); });
+    draw("and again", [] { pressplot(0.3, 2); });
+    draw("too short a drag", [] { drag(0.5, 0.505); }); // the box comes, moves and goes
     EXPECT_EQ(SessionState.viewEnd, 1.0F);
     EXPECT_EQ(ResponsePlot.dragEnd, ResponsePlot.cursorStart);
+    updatecursor(7, 1);
+    EXPECT_EQ(ResponsePlot.cursorStart, 1.0F) << "limited to the response";
+    expectgolden("responseplot.txt", drawing);
+}
+
+TEST_F(plots, dragsZoomFromEitherSideAndEscapeGoesBack) {
+    open();
     for (const auto& [from, to] : {std::pair(0.25, 0.6), std::pair(0.75, -0.1)}) {
-        drag(from, to);
+        EXPECT_EQ(drawn([from = from, to = to] { drag(from, to); })[1].substr(0, 4), "line");
         EXPECT_EQ(SessionState.viewStart, std::max(static_cast<float>(std::min(from, to)), 0.0F));
         EXPECT_EQ(SessionState.viewEnd, static_cast<float>(std::max(from, to)));
         presskey(plotescape, "");
         EXPECT_EQ(SessionState.viewStart, 0.0F);
         EXPECT_EQ(SessionState.viewEnd, 1.0F);
     }
-    EXPECT_EQ(drawn([] { drag(0.25, 0.6); })[1].substr(0, 4), "line");
 }
 
 TEST_F(plots, keysMoveTheCursor) {
@@ -160,39 +139,36 @@ TEST_F(plots, keysMoveTheCursor) {
         presskey(one.key, one.from);
         EXPECT_EQ(ResponsePlot.Xtext, one.to) << one.key;
     }
+    updatecursor(0, 1);
+    presskey('7', "0.1"); // typed: the cursor waits for Enter
+    EXPECT_EQ(ResponsePlot.Xtext, "0.0");
+    EXPECT_EQ(ResponsePlot.PathLenght, "33.66");
     response(1000, 0.0001F); // finer than the text
     open();
     pressplot(0.01, 1);
     for (int i = 0; i < 20; ++i) presskey(plotright, ResponsePlot.Xtext);
     EXPECT_EQ(ResponsePlot.Xtext, "0.012");
-    response(1000, 0.001F);
-    open();
-    updatecursor(0, 1);
-    presskey('7', "0.1"); // typed: the cursor waits for Enter
-    EXPECT_EQ(ResponsePlot.Xtext, "0.0");
-    EXPECT_EQ(ResponsePlot.PathLenght, "33.66");
 }
 
 // A pure exponential gives its decay time; the energy far above the floor of 1 leaves the line straight.
 TEST_F(plots, decayOfAnExponential) {
-    response(1000, 0.001F);
-    const double seconds = 0.5;
-    for (std::int32_t t = 0; t <= 1000; ++t)
-        energy(1, t) = static_cast<float>(1e14 * std::pow(10.0, -6 * 0.001 * t / seconds));
-    open();
+    const auto decay = [this](std::int32_t last, double first, double seconds) {
+        response(last, 0.001F);
+        for (std::int32_t t = 0; t <= last; ++t)
+            energy(1, t) = static_cast<float>(first * std::pow(10.0, -6 * 0.001 * t / seconds));
+        open();
+    };
+    decay(1000, 1e14, 0.5);
     EXPECT_EQ(ResponsePlot.revtime, "0.00 s") << "both cursors at 0";
     pressplot(0.05, 1);
     pressplot(0.35, 2);
     EXPECT_NEAR(static_cast<double>(ResponsePlot.measuredDrop), 36, 1E-3);
-    EXPECT_NEAR(static_cast<double>(ResponsePlot.measuredDecay), seconds, 1E-4);
+    EXPECT_NEAR(static_cast<double>(ResponsePlot.measuredDecay), 0.5, 1E-4);
     EXPECT_EQ(ResponsePlot.revtime, "0.50 s");
     pressplot(0.01, 2); // nothing falls backwards
     EXPECT_EQ(ResponsePlot.revtime, "0.00 s");
     // A line is laid through 32767 points at most; behind them the two levels alone give the decay.
-    response(40000, 0.001F);
-    for (std::int32_t t = 0; t <= 40000; ++t)
-        energy(1, t) = static_cast<float>(1e16 * std::pow(10.0, -6 * 0.001 * t / 20));
-    open();
+    decay(40000, 1e16, 20);
     pressplot(33, 1);
     pressplot(36, 2);
     EXPECT_FLOAT_EQ(ResponsePlot.measuredDecay, 60 * 3 / ResponsePlot.measuredDrop);
@@ -238,6 +214,12 @@ TEST_F(plots, barsShowWhatPathsDoNotExplain) {
     });
     EXPECT_EQ(spikes, 2);
     EXPECT_EQ(plot.lines[plot.lines.size() - 2], "line .26 20 .51 20 FF0000 mode 7");
+    energy(1, 1) = 16777216;
+    RayPathSet.paths[1][0].energy[khz1] = 1.25F;
+    RayPathSet.paths[1][1].energy[khz1] = 16777213;
+    forgetlevels();
+    impulsedraw(0, 1);
+    EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 3.0103F) << "of 2: single precision at each path";
     choosereceiver(0);
     EXPECT_EQ(ResponsePlot.RecNo, 1) << "only single receivers have paths";
     presskey(plotright, "");
@@ -283,23 +265,32 @@ struct scenepaths : plots {
         extendbox(-2, -2, -2);
         path(1, 0.1, 1);
     }
+
+    // What an action draws on the scene, and the state that it leaves.
+    std::string story;
+    void step(const char* title, const std::function<void()>& act) {
+        picture.lines.clear();
+        act();
+        story.append("# ").append(title).append("\r\n");
+        for (const std::string& line : picture.lines) story += line + "\r\n";
+        story += "marked" + wholetext(SessionState.markedPath);
+        story += ischecked("viewraypaths") ? ", paths shown" : "";
+        story += isenabled("ViewImpulse") ? ", response at hand\r\n" : "\r\n";
+    }
 };
 
-TEST_F(scenepaths, fromSourceOverTheFacesToTheReceiver) {
-    for (const bool solid : {false, true}) {
-        solid ? draw3dview(picture.surface, true) : draw2dview(picture.surface, true);
+TEST_F(scenepaths, goFromTheSourceOverTheFacesToTheReceiver) {
+    step("flat", [&] {
+        draw2dview(picture.surface, true);
         picture.lines.clear();
         drawpath(picture.surface, 1, 1);
-        const lines flat = {"plot -1 0 FF0000 mode 10", "line -1 0 1 0 FF0000 mode 10",
-                            "line 1 0 0 0 FF0000 mode 10"};
-        const lines spatial = {"plot -.5 0 FF0000 mode 10",
-                               "line -.5 0 .5 0 FF0000 mode 10",
-                               "line 0 0 .5 0 FF0000 width 3 mode 10",
-                               "line .5 0 0 .5 FF0000 width 3 mode 10",
-                               "line 0 .5 0 0 FF0000 width 3 mode 10",
-                               "line .5 0 0 .5 FF0000 mode 10"};
-        EXPECT_EQ(picture.lines, solid ? spatial : flat);
-    }
+    });
+    step("spatial", [&] {
+        draw3dview(picture.surface, true);
+        picture.lines.clear();
+        drawpath(picture.surface, 1, 1);
+    });
+    expectgolden("scenepaths.txt", story);
     picture.lines.clear();
     path(1, 2);         // later than the response
     path(1, 0.5, 1, 2); // a face that the room does not have
@@ -311,39 +302,27 @@ TEST_F(scenepaths, fromSourceOverTheFacesToTheReceiver) {
     EXPECT_EQ(picture.lines, lines());
 }
 
+// A path is drawn once more to go, as it was drawn, whatever has been chosen since.
 TEST_F(scenepaths, theMarkedPathIsOnThePictureOnce) {
     path(1, 0.2);
     enablecommand("ViewImpulse", true);
     draw2dview(picture.surface, true);
-    picture.lines.clear();
-    const auto count = [&] {
-        return std::count(picture.lines.begin(), picture.lines.end(), "plot -1 0 FF0000 mode 10");
-    };
-    showpaths();
-    EXPECT_EQ(count(), 1);
-    EXPECT_TRUE(ischecked("viewraypaths"));
-    EXPECT_FALSE(isenabled("ViewImpulse"));
+    step("shown", [&] { showpaths(); });
     EXPECT_EQ(scripted::statustext(1), "Click near to a receiver for selecting its response...");
-    presskey(plotright, ""); // out with the one, in with the other
-    EXPECT_EQ(count(), 3);
-    EXPECT_EQ(SessionState.markedPath, 2);
-    picture.lines.clear();
-    draw2dview(picture.surface, true);
-    EXPECT_EQ(picture.lines.back(), "line -1 0 0 0 FF0000 mode 10");
-    scripted::atclose(responsewindowname, closeplot);
-    viewraypaths();
-    EXPECT_EQ(count(), 2);
-    EXPECT_FALSE(ischecked("viewraypaths"));
-    EXPECT_TRUE(isenabled("ViewImpulse"));
-    EXPECT_EQ(SessionState.markedPath, 0);
+    step("the next one instead", [] { presskey(plotright, ""); });
+    step("with the scene", [&] { draw2dview(picture.surface, true); });
+    step("closed", [] {
+        scripted::atclose(responsewindowname, closeplot);
+        viewraypaths();
+    });
     EXPECT_EQ(scripted::pointershape(), platform::shape::sizeall);
-    showpaths(); // with the levels kept
-    EXPECT_EQ(SessionState.markedPath, 1);
-    EXPECT_EQ(count(), 3);
-    SessionState.viewPlane = planechoice::YZ; // what the next drawing is to show
-    SessionState.colourRays = rgb(0, 0, 255);
-    presskey(plotright, "");
-    EXPECT_EQ(count(), 4) << "a path goes as it was drawn";
+    step("shown again, with the levels kept", [&] { showpaths(); });
+    step("the next one, under other choices", [] {
+        SessionState.viewPlane = planechoice::YZ; // what the next drawing is to show
+        SessionState.colourRays = rgb(0, 0, 255);
+        presskey(plotright, "");
+    });
+    expectgolden("markedpath.txt", story);
 }
 
 } // namespace

@@ -22,21 +22,16 @@ struct noisegrids : sessiontest {
     bool idle() const { return grid.column == 0 && grid.buffer.empty(); }
 };
 
-TEST_F(noisegrids, ShowsTheLevels) {
+TEST_F(noisegrids, ShowsTheLevelsUntilTheFirstKeyEmptiesTheCell) {
     const std::array<std::string, 8> expected = {"SPL (dB)", "45", "40.5", "", "33.3", "30", "", "100"};
     EXPECT_EQ(grid.cell, expected);
     EXPECT_TRUE(idle());
-}
-
-TEST_F(noisegrids, TheFirstKeyEmptiesTheCell) {
     type(2, "6");
     EXPECT_EQ(grid.cell[2], "6");
-    EXPECT_EQ(grid.column, 2);
-    type(2, "2.5");
+    type(2, "2.5-+eE ,a\t"); // no sign, no letter
     EXPECT_EQ(grid.cell[2], "62.5");
+    EXPECT_EQ(grid.column, 2);
     EXPECT_EQ(level(2), 40.5F); // not stored yet
-    type(2, "-+eE ,a\t");
-    EXPECT_EQ(grid.cell[2], "62.5"); // no sign, no letter
     for (const int column : {-1, 0, 8}) type(column, "5");
     EXPECT_EQ(grid.cell[0], "SPL (dB)");
 }
@@ -60,34 +55,28 @@ TEST_F(noisegrids, EnterStores) {
     EXPECT_EQ(level(1), 45.0F);
 }
 
-TEST_F(noisegrids, ArrowsAndPagesStoreAndEnd) {
-    for (const int key : {32, 33, 40, 41}) {
-        const bool moves = key == 33 || key == 40;
-        type(3, "5.125");
-        noisemove(grid, key);
-        EXPECT_EQ(idle(), moves) << key;
-        EXPECT_EQ(grid.cell[3], moves ? "5.13" : "5.125") << key;
-        EXPECT_EQ(level(3), moves ? 5.125F : 0.0F) << key;
-        noiseenter(grid);
+// Arrows up and down, pages, and leaving the cell store; the other keys do not, and entering a cell forgets.
+TEST_F(noisegrids, MovingAwayStores) {
+    const auto moving = [this](int key) { noisemove(grid, key); };
+    const struct {
+        std::function<void()> step;
+        bool stores;
+    } cases[] = {{[&] { moving(32); }, false},
+                 {[&] { moving(33); }, true},
+                 {[&] { moving(40); }, true},
+                 {[&] { moving(41); }, false},
+                 {[&] { noiseleave(grid, 3); }, true},
+                 {[&] { noiseleave(grid, 0); }, false}}; // the fixed column is no cell
+    for (const auto& [step, stores] : cases) {
         SessionState.noiseLevel[2] = 0;
+        type(3, "5.125");
+        step();
+        EXPECT_EQ(idle(), stores);
+        EXPECT_EQ(grid.cell[3], stores ? "5.13" : "5.125");
+        EXPECT_EQ(level(3), stores ? 5.125F : 0.0F);
+        noiseenter(grid);
+        EXPECT_TRUE(idle());
     }
-}
-
-TEST_F(noisegrids, LeavingACellStores) {
-    type(5, "28.456");
-    noiseleave(grid, 0); // the fixed column is no cell
-    EXPECT_FALSE(idle());
-    noiseleave(grid, 5);
-    EXPECT_EQ(grid.cell[5], "28.46");
-    EXPECT_EQ(level(5), 28.456F);
-    EXPECT_TRUE(idle());
-}
-
-TEST_F(noisegrids, EnteringACellForgetsTheEntry) {
-    type(5, "28");
-    noiseenter(grid);
-    EXPECT_TRUE(idle());
-    EXPECT_EQ(level(5), 30.0F);
 }
 
 // Kept on purpose.

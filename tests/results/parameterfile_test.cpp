@@ -1,17 +1,15 @@
 // The parameter file: byte for byte, there and back, both layouts, and every way in which one can be damaged.
 #include "results/parameterfile.h"
 
-#include "base/numbertext.h"
+#include "shell/startup.h"
 #include "tests/failures.h"
-#include "tests/results/startvalues.h"
-#include "tests/testsupport.h"
+#include "tests/golden.h"
 
 namespace orv {
 
 namespace {
 
 auto& P = ParameterSet;
-constexpr int lastcleared = 8;
 
 // All twelve-band tables in the order of the file; the speech index is the fifteenth.
 template <class visitor>
@@ -21,50 +19,36 @@ void eachtable(visitor visit) {
     visit(P.STI), visit(P.EDT), visit(P.T10), visit(P.T15), visit(P.T20), visit(P.T30);
 }
 
-// A value that tells table, receiver and band apart; its sign changes.
-double markedvalue(int table, int receiver, int band) {
-    const double value = 10 * table + receiver + band / 8.0;
+// The golden files' values tell table, receiver and band apart; their sign changes.
+float marked(int table, int receiver, int band) {
+    const auto value = static_cast<float>(10 * table + receiver + band / 8.0);
     return (table + band) % 2 != 0 ? -value : value;
 }
-double markedtransfer(int receiver, int frequency, int band) {
-    return (receiver * 98 + (frequency - 1) * 7 + band) / 64.0;
+
+void expectmarked(int receiver, const std::function<bool(int)>& held) {
+    int number = 0;
+    eachtable([&](const auto& table) {
+        if (!held(++number)) return;
+        for (int b = 1; b <= bandcount; ++b) {
+            const bool stored = number != 15 || (b > 2 && b != 10); // bands of the speech index
+            EXPECT_EQ(table(receiver, b), stored ? marked(number, receiver, b) : 0) << number << " " << b;
+        }
+    });
+    EXPECT_EQ(P.modulationTransfer(receiver, 2, 3), static_cast<float>((98 * receiver + 10) / 64.0));
+    EXPECT_EQ(P.modulationTransfer(receiver, 14, 6), static_cast<float>((98 * receiver + 97) / 64.0));
 }
 
 struct parameterfiles : sessiontest {
     std::string path = inside("hall.-01");
 
     parameterfiles() {
-        clearparameters(lastcleared);
-        setstartvalues();
-    }
-
-    static void fillmarked(int receivers) {
-        RoomModel.receiverCount = receivers;
-        for (int r = 0; r <= receivers; ++r) {
-            int number = 0;
-            eachtable([&](auto& table) {
-                ++number;
-                for (int b = 1; b <= bandcount; ++b)
-                    table(r, b) = static_cast<float>(markedvalue(number, r, b));
-            });
-            P.STI(r, 1) = P.STI(r, 2) = P.STI(r, 10) = 77; // not in the file
-            for (int i = 1; i <= modulationcount; ++i)
-                for (int k = 0; k < 7; ++k)
-                    P.modulationTransfer(r, i, k) = static_cast<float>(markedtransfer(r, i, k));
-        }
-        sessionstate& s = SessionState;
-        s.backgroundNoiseFlag = s.equalizeSpectrumFlag = -1;
-        s.forceVoiceSplFlag = 0;
-        for (std::size_t k = 0; k < 7; ++k) {
-            s.noiseLevel[k] = 45 - 2.5F * static_cast<float>(k);
-            s.voiceCorrection[k] = static_cast<float>(k) - 3;
-        }
-        s.geometryFileName = "hall.RAY";
+        computeconstants();
+        forget();
     }
 
     // A session that has nothing of a file's contents.
     static void forget() {
-        clearparameters(lastcleared);
+        clearparameters(8);
         RoomModel.receiverCount = 0;
         sessionstate& s = SessionState;
         s.backgroundNoiseFlag = s.equalizeSpectrumFlag = s.forceVoiceSplFlag = 5;
@@ -74,49 +58,52 @@ struct parameterfiles : sessiontest {
         s.parameterSource = 1;
     }
 
+    // The golden file with fewer receivers.
     std::string savedtext(int receivers) {
-        fillmarked(receivers);
+        loadparameters(TEST_FILES "/golden/parameters.-01");
+        RoomModel.receiverCount = receivers;
         saveparameters(path);
         return readtext(path);
     }
 
-    // What a session without any parameters writes after it has loaded a text.
-    std::string savedagain(const std::string& text) {
+    // Loads a text into a session without any parameters.
+    void loadtext(const std::string& text) {
         writetext(path, text);
         forget();
         loadparameters(path);
+    }
+
+    // What is written after it has been loaded.
+    std::string savedagain(const std::string& text) {
+        loadtext(text);
         saveparameters(path);
         return readtext(path);
     }
 };
 
-TEST_F(parameterfiles, IsWrittenByteForByte) {
-    fillmarked(2);
-    P.Leq(0, 1) = 12345678, P.Leq(0, 2) = 0.01234567F, P.Leq(0, 3) = 0.0123456F;
-    P.Leq(1, 1) = -0.0F, P.Leq(1, 2) = 9999999, P.Ldir(1, 3) = -1E-7F;
-    SessionState.geometryFileName =
-        "Z\xC3\xBCrich \xE2\x88\x9E.ray"; // the page has no letter for the last one
+TEST_F(parameterfiles, AreReadAndWrittenByteForByte) {
+    scripted::clearcalls();
+    const std::string golden = TEST_FILES "/golden/parameters.-01";
+    loadparameters(golden);
+    EXPECT_EQ(scripted::calls()[0], "status 1|Loading acoustics parameters from " + golden + " ...");
+    EXPECT_EQ(scripted::pointershape(), platform::shape::normal);
+    EXPECT_EQ(scripted::statustext(1) + scripted::statustext(2), "");
+    EXPECT_EQ(RoomModel.receiverCount, 2);
+    EXPECT_EQ(SessionState.geometryFileName, "Z\xC3\xBCrich ?.ray");
+    EXPECT_EQ(SessionState.parameterSource, -1.0F);
+    expectmarked(2, [](int) { return true; });
+    P.STI(2, 1) = P.STI(2, 2) = P.STI(2, 10) = 77; // not in the file
+    P.Leq(1, 1) = -0.0F;
+    SessionState.geometryFileName = "Z\xC3\xBCrich \xE2\x88\x9E.ray"; // the page has not the last letter
     scripted::clearcalls();
     saveparameters("hall._01");
-    EXPECT_EQ(readtext("hall.-01"), readtext(TEST_FILES "/golden/parameters.-01"));
+    expectgolden("parameters.-01", readtext("hall.-01"));
     EXPECT_TRUE(scripted::called("status 1|Saving parameters to hall.-01 ..."));
     const auto steps = scripted::callswith("status 2| ");
     EXPECT_EQ(steps.size(), 22U + 3); // the tables, and every receiver's modulation
     EXPECT_EQ(steps.back(), "status 2| 100%");
-}
-
-TEST_F(parameterfiles, ComesBack) {
-    for (const int receivers : {0, 2}) { // without receivers, the room's row is still in every table
-        const std::string text = savedtext(receivers);
-        scripted::clearcalls();
-        EXPECT_EQ(savedagain(text), text);
-        EXPECT_EQ(RoomModel.receiverCount, receivers);
-        EXPECT_EQ(SessionState.geometryFileName, "hall.RAY");
-        EXPECT_EQ(SessionState.parameterSource, -1.0F);
-        EXPECT_EQ(scripted::calls()[0], "status 1|Loading acoustics parameters from " + path + " ...");
-        EXPECT_EQ(scripted::pointershape(), platform::shape::normal);
-        EXPECT_EQ(scripted::statustext(1) + scripted::statustext(2), "");
-    }
+    const std::string roomonly = savedtext(0); // the room's row is still in every table
+    EXPECT_EQ(savedagain(roomonly), roomonly);
 }
 
 // A file of the versions that ended behind the spectra, and one whose tail is short against the rest.
@@ -132,73 +119,41 @@ TEST_F(parameterfiles, DecayTimesFollowBelowNinetyNinePerCent) {
     const std::pair<std::string, bool> cases[] = {
         {text.substr(0, tail), false}, {padded(0.009), false}, {padded(0.011), true}};
     for (const auto& [whole, held] : cases) {
-        writetext(path, whole);
-        forget();
-        loadparameters(path);
-        EXPECT_EQ(P.EDT(0, 1), held ? static_cast<float>(markedvalue(16, 0, 1)) : 0.0F);
-        EXPECT_EQ(P.T30(1, 12), held ? static_cast<float>(markedvalue(20, 1, 12)) : 0.0F);
+        loadtext(whole);
+        EXPECT_EQ(P.EDT(0, 1), held ? marked(16, 0, 1) : 0.0F);
+        EXPECT_EQ(P.T30(1, 12), held ? marked(20, 1, 12) : 0.0F);
         EXPECT_EQ(SessionState.voiceCorrection[0], -3.0F); // of the spectra before it
     }
 }
 
-// A row goes where its number says, and one of the last receiver or above ends its table.
-TEST_F(parameterfiles, RowsGoWhereTheirNumbersSay) {
-    std::string text = savedtext(2);
-    text[text.find("\r\n 2 ,") + 3] = '4';
-    writetext(path, text);
-    forget();
-    loadparameters(path);
-    EXPECT_EQ(P.Leq(4, 1), static_cast<float>(markedvalue(1, 2, 1)));
-    EXPECT_EQ(P.Leq(2, 1), 0.0F);
-    EXPECT_EQ(P.Ldir(2, 1), static_cast<float>(markedvalue(2, 2, 1)));
-}
-
-TEST_F(parameterfiles, ReadsOtherFormsOfItsFields) {
-    const std::string written = savedtext(1);
+TEST_F(parameterfiles, ReadOtherFormsOfTheirFields) {
+    const std::string written = savedtext(2);
     std::string text = written;
     const std::pair<std::string, std::string> changes[] = {
         {"\"New File Format - Version 1.7 and above!\"", "whatever stands here"}, // is no test
         {"\"Parameter =\",\"Leq\"", "titles are counted, not read"},
-        {" 0 , 10.125,-10.25,", "0,1.0125E1 ,  -102.5d-1 ,\t"}};
+        {" 0 , 30.125,-30.25,", "0,3.0125E1 ,  -302.5d-1 ,\t"}};
     for (const auto& [old, fresh] : changes) text.replace(text.find(old), old.size(), fresh);
     EXPECT_EQ(savedagain(text), written);
     std::erase(text, '\r');
     EXPECT_EQ(savedagain(text), written);
+    // A row goes where its number says, and one of the last receiver or above ends its table.
+    text.replace(text.find("\n 2 ,"), 5, "\n 4 ,");
+    loadtext(text);
+    EXPECT_EQ(P.Leq(4, 1), marked(1, 2, 1));
+    EXPECT_EQ(P.Leq(2, 1), 0.0F);
+    EXPECT_EQ(P.Ldir(2, 1), marked(2, 2, 1));
 }
 
 // --- The older layout ---
 
-constexpr int oldtables[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 13, 14}; // numbers of those that it has
-
-std::string oldlayout(int receivers) {
-    std::string text =
-        "\"Acoustic Parameters from file:\",\"C:\\halls\\Stage._07\"\r\n\"Rec.\",\"Parameter\"\r\n"
-        "\"Num.\",\"31.5\"\r\n";
-    for (int r = 0; r <= receivers; ++r) {
-        for (const int table : oldtables) {
-            text += std::to_string(r) + ",\"a title, quoted\"";
-            for (int b = 1; b <= bandcount; ++b) text += "," + numbertext(markedvalue(table, r, b));
-            text += "\r\n";
-        }
-        for (int i = 1; i <= modulationcount; ++i) {
-            text += std::to_string(r) + ",\"MTF\",\"-\",\"-\"";
-            for (int k = 0; k < 7; ++k) text += "," + numbertext(markedtransfer(r, i, k));
-            text += ",\"-\",\"-\",\"-\"\r\n";
-        }
-    }
-    return text;
-}
-
 struct olderfiles : parameterfiles {
-    std::string text = oldlayout(2);
+    std::string text = readtext(TEST_FILES "/golden/older.-07");
 
     olderfiles() {
-        setspeechconstants();
         writetext(path, text);
-        forget();
         SessionState.backgroundNoiseFlag = SessionState.equalizeSpectrumFlag =
             SessionState.forceVoiceSplFlag = 0;
-        RoomModel.receiverCount = 2;
         P.LF(1, 1) = P.EDT(2, 12) = 0.25F; // which the older layout has not
     }
 
@@ -210,16 +165,10 @@ struct olderfiles : parameterfiles {
 };
 
 TEST_F(olderfiles, AreReadAndKeptWhenTheUserCancels) {
+    RoomModel.receiverCount = 2;
     convert(platform::answer::cancel);
-    for (int r = 0; r <= 2; ++r) {
-        int number = 0;
-        eachtable([&](const auto& table) {
-            if (++number == 11 || number == 12 || number > 14) return; // those that it has not
-            for (int b = 1; b <= bandcount; ++b)
-                EXPECT_EQ(table(r, b), static_cast<float>(markedvalue(number, r, b))) << number;
-        });
-        EXPECT_EQ(P.modulationTransfer(r, 14, 6), static_cast<float>(markedtransfer(r, 14, 6)));
-    }
+    for (int r = 0; r <= 2; ++r)
+        expectmarked(r, [](int table) { return table <= 14 && table != 11 && table != 12; });
     EXPECT_EQ(P.LF(1, 1), 0.25F);
     EXPECT_GT(P.STI(1, 11), 0.0F); // computed
     EXPECT_EQ(SessionState.geometryFileName, "C:\\halls\\Stage.RAY");
@@ -234,53 +183,33 @@ TEST_F(olderfiles, AreRewrittenBesideACopy) {
     RoomModel.receiverCount = 1; // stays, so that fewer receivers are written than the old file held
     convert(platform::answer::ok);
     EXPECT_EQ(readtext(path + ".old"), text);
-    EXPECT_NE(readtext(path).find("from file:\",\"" + path + "\"\r\n"), std::string::npos); // its own name
-    forget();
-    loadparameters(path);
+    const std::string fresh = readtext(path);
+    EXPECT_NE(fresh.find("from file:\",\"" + path + "\"\r\n"), std::string::npos); // its own name
+    loadtext(fresh);
     EXPECT_EQ(RoomModel.receiverCount, 1);
     EXPECT_EQ(P.LF(1, 1), 0.25F); // as it stood in memory
-    EXPECT_EQ(P.ITDGeq(1, 12), static_cast<float>(markedvalue(14, 1, 12)));
+    EXPECT_EQ(P.ITDGeq(1, 12), marked(14, 1, 12));
     EXPECT_GT(P.STI(1, 11), 0.0F);
 }
 
 // --- Damaged files ---
 
-// Loads every beginning of a text from `first` bytes on. Those that `maybewhole` does not allow have to fail
-// with file and line, and none that fails may be changed.
-template <class rule>
-void cutanywhere(const std::string& path, const std::string& text, std::size_t first, rule maybewhole) {
-    for (std::size_t cut = first; cut < text.size(); ++cut) {
+// A beginning of a file fails with file and line, and stays as it is. Only behind the spectra with about a
+// per cent of decay times, and within the very last number, it may count as whole.
+TEST_F(parameterfiles, CutAnywhereNameFileAndLine) {
+    const std::string text = savedtext(0);
+    const std::size_t tail = text.find("\"Parameter =\",\"EDT\""), lastcomma = text.rfind(',');
+    for (std::size_t cut = 0; cut < text.size(); ++cut) {
         const std::string part = text.substr(0, cut);
         writetext(path, part);
         try {
             loadparameters(path);
-            EXPECT_TRUE(maybewhole(cut)) << cut;
+            EXPECT_TRUE((cut + 3 >= tail && cut < tail + tail / 50) || cut > lastcomma + 2) << cut;
         } catch (const runtimeerror& error) {
             EXPECT_NE(error.text.find(path + ", line "), std::string::npos) << error.text;
             EXPECT_EQ(readtext(path), part);
         }
     }
-}
-
-TEST_F(parameterfiles, CutAnywhereNamesFileAndLine) {
-    const std::string text = savedtext(0);
-    const std::size_t tail = text.find("\"Parameter =\",\"EDT\""), lastcomma = text.rfind(',');
-    // Behind the spectra with about a per cent of decay times, and within the very last number.
-    cutanywhere(path, text, 0, [&](std::size_t cut) {
-        return (cut + 3 >= tail && cut < tail + tail / 50) || cut > lastcomma + 2;
-    });
-}
-
-TEST_F(olderfiles, CutAnywhereNameFileAndLine) {
-    text = oldlayout(0);
-    const std::size_t thirdline = text.find("\"Num."), firstgroup = text.find("\r\n0,") + 2;
-    RoomModel.receiverCount = 0;
-    scripted::record(false); // computations begin where the cut takes nothing
-    scripted::onfailure([](const std::string&) {});
-    // Three lines without a group are a whole file, and so is one whose last text lacks its end.
-    cutanywhere(path, text, 5, [&](std::size_t cut) {
-        return (cut > thirdline && cut <= firstgroup) || cut > text.rfind("\"-\"");
-    });
 }
 
 TEST_F(parameterfiles, BadFieldsNameTheirLine) {
@@ -293,7 +222,7 @@ TEST_F(parameterfiles, BadFieldsNameTheirLine) {
                  {"receivers =", ",1", ",99999999999", errorkind::overflow, 4},
                  {"receivers =", ",1", ",-1", errorkind::subscript, 4},
                  {"receivers =", ",1", ",5", errorkind::typemismatch, 10}, // more than there are
-                 {"\"Leq\"", " 10.125", "\"10\"", errorkind::typemismatch, 8},
+                 {"\"Lrev\"", " 30.125", "\"30\"", errorkind::typemismatch, 18},
                  {"\"Leq\"", "\r\n 1 ", "\r\n 100001 ", errorkind::subscript, 9},
                  {"\"Leq\"", "\r\n 1 ", "\r\n-1 ", errorkind::subscript, 9},
                  {"Transfer", " .109375", " much", errorkind::typemismatch, 86},
@@ -304,13 +233,16 @@ TEST_F(parameterfiles, BadFieldsNameTheirLine) {
         const std::size_t at = bad.find(each.old, bad.find(each.place));
         ASSERT_NE(at, std::string::npos) << each.place;
         bad.replace(at, std::string_view(each.old).size(), each.fresh);
-        writetext(path, bad);
-        const runtimeerror error = failureof([&] { loadparameters(path); });
+        const runtimeerror error = failureof([&] { loadtext(bad); });
         EXPECT_EQ(error.kind, each.kind) << error.text;
         EXPECT_TRUE(error.text.starts_with(path + ", line " + std::to_string(each.line) + ": "))
             << each.place << " " << error.text;
     }
     EXPECT_EQ(kindof([&] { loadparameters(inside("missing.-01")); }), errorkind::filenotfound);
+    // Of the older layout too, where a group is cut.
+    const std::string older = readtext(TEST_FILES "/golden/older.-07");
+    const runtimeerror error = failureof([&] { loadtext(older.substr(0, older.rfind(",\"-\"") - 3)); });
+    EXPECT_TRUE(error.text.starts_with(path + ", line 81: ")) << error.text;
 }
 
 // --- Its name, and where nothing can be written ---

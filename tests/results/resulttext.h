@@ -3,7 +3,7 @@
 
 #include "base/numbertext.h"
 #include "results/resultreader.h"
-#include "tests/results/startvalues.h"
+#include "shell/startup.h"
 #include "tests/testsupport.h"
 
 #include <cmath>
@@ -69,7 +69,7 @@ struct resultsession : sessiontest {
     resulttext file;
 
     void SetUp() override {
-        setstartvalues();
+        computeconstants();
         clearparameters(20);
         settings("Alfa = 1\r\nBeta = 0\r\n");
     }
@@ -81,25 +81,5 @@ struct resultsession : sessiontest {
         loadresult(inside(name));
     }
 };
-
-// Hands every parameter that is computed from one response to `visit`, with its name.
-template <class visitor>
-void eachcomputed(visitor visit) {
-    const auto& P = ParameterSet;
-    visit("Leq", P.Leq);
-    visit("C50", P.C50);
-    visit("C80", P.C80);
-    visit("Aeq", P.Aeq);
-    visit("Ts", P.Ts);
-    visit("Aeq2", P.Aeq2);
-    visit("ITDGeq", P.ITDGeq);
-    visit("Ldir", P.Ldir);
-    visit("Lrev", P.Lrev);
-    visit("EDT", P.EDT);
-    visit("T10", P.T10);
-    visit("T15", P.T15);
-    visit("T20", P.T20);
-    visit("T30", P.T30);
-}
 
 } // namespace orv

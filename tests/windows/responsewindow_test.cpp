@@ -105,7 +105,7 @@ TEST_F(responsewindowtest, keysListsAndZoomReachThePlot) {
             EXPECT_TRUE(response.window.rect().contains(QRect(
                 response.control(name).mapTo(&response.window, QPoint()), response.control(name).size())))
                 << name;
-        EXPECT_EQ(response.image().size(), response.plot().size());
+        EXPECT_EQ(response.image().size(), response.plot().size() * response.plot().devicePixelRatioF());
         EXPECT_LE(response.window.width(), 1000);
     });
     open([](const openresponse&) {}); // a second time
