@@ -23,6 +23,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr int mostlinks = 40;            // links on the way to a file, as many as a system follows
 constexpr int freshnames = 99;           // tries for the name of a file that is going to replace another
 constexpr std::size_t freshlength = 240; // what that takes of the other's name; a system ends names at 255
 
@@ -131,6 +132,19 @@ std::string foundincase(const std::string& path) {
     return here.string();
 }
 
+// What a link leads to, whether something lies there or not. Raises fileaccess for links in a circle.
+std::string behindlinks(const std::string& path) {
+    std::error_code error;
+    fs::path target(path);
+    for (int links = 0; fs::is_symlink(target, error); ++links) {
+        if (links == mostlinks) notwritten(path, ELOOP);
+        const fs::path next = fs::read_symlink(target, error);
+        if (error) notwritten(path, error.value());
+        target = target.parent_path() / next;
+    }
+    return target.string();
+}
+
 // Memory for a file's bytes. That of a large file comes in large pages where the system has them: touching
 // nine thousand small ones costs a third of reading 36 MB.
 std::unique_ptr<char[]> roomfor(std::size_t size) {
@@ -201,7 +215,7 @@ filewriter::filewriter(const std::string& name) : path(name), target(name) {
         return;
     }
     // A link keeps pointing where it did, the rights of the old file stay, and a protected one is refused.
-    if (fs::is_symlink(path, error)) target = fs::weakly_canonical(path, error).string();
+    target = behindlinks(path);
     if (fs::exists(status) && !openfile(std::fopen(target.c_str(), "r+b"))) notwritten(path, errno);
     const std::string beginning = joinpath(directoryof(target), filenameof(target).substr(0, freshlength));
     fresh = beginning + ".new";

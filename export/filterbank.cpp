@@ -38,15 +38,14 @@ int shortat(std::string_view bytes, std::size_t place) {
     return static_cast<unsigned char>(bytes[place]) | static_cast<unsigned char>(bytes[place + 1]) << 8;
 }
 
-// A file that is not there is made and stays behind, empty; meant.
+// A file that is not there is made and stays behind, empty; meant. Where it cannot be made, it is missing.
 filebytes madefile(const std::string& path) {
     try {
         return readfile(path);
     } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::filenotfound) throw;
+        if (error.kind != errorkind::filenotfound || !attempt([&] { replacefile(path, ""); })) throw;
+        return {};
     }
-    replacefile(path, "");
-    return {};
 }
 
 void refuse(const char* reason) {

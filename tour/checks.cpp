@@ -1,6 +1,7 @@
 // What steps of several subjects do and look at.
 #include "tour/checks.h"
 
+#include "base/files.h"
 #include "platform/qt/answers.h"
 #include "results/parameterset.h"
 #include "room/roommodel.h"
@@ -44,8 +45,9 @@ std::vector<double> savedroom() {
 }
 
 void checktitle(const std::string& beginning) {
-    const std::string title = MainWindow->form->windowTitle().toStdString();
-    check(title.starts_with(beginning), "the title is \"" + title + "\", not \"" + beginning + "...\"");
+    const std::string title = pagetext(MainWindow->form->windowTitle().toStdString());
+    check(title.starts_with(pagetext(beginning)),
+          "the title is \"" + title + "\", not \"" + pagetext(beginning) + "...\"");
 }
 
 void checkredrawn(std::size_t before) {
