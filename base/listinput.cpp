@@ -15,11 +15,12 @@ bool isblank(char c) {
     return c == ' ' || c == '\t';
 }
 
-// Whether a line end (CR LF, or a bare LF) stands at `at`, and its length in bytes; 0 when none does.
+// Whether a line end (CR LF, a bare LF, or the CR of a file that is cut behind it) stands at `at`, and its
+// length in bytes; 0 when none does.
 std::size_t lineendat(std::string_view buffer, std::size_t at) {
     if (at >= buffer.size()) return 0;
-    if (buffer[at] == '\n') return 1;
-    return buffer[at] == '\r' && at + 1 < buffer.size() && buffer[at + 1] == '\n' ? 2 : 0;
+    if (buffer[at] == '\n' || (buffer[at] == '\r' && at + 1 == buffer.size())) return 1;
+    return buffer[at] == '\r' && buffer[at + 1] == '\n' ? 2 : 0;
 }
 
 // Whether a field ends in front of the character at `at`, which is not the end.
@@ -115,6 +116,14 @@ std::string fieldat(listreader reader) {
                                    ? "the number \"" + fieldat(reader) + "\" is too large"
                                    : "expected a number, found \"" + fieldat(reader) + "\"";
     inputfailure(reader, kind, reason);
+}
+
+// Letters of code page 1252 whose other case does not lie 32 places away, as it does for all others.
+constexpr std::string_view loneupper = "\x8A\x8C\x8E\x9F", lonelower = "\x9A\x9C\x9E\xFF";
+constexpr unsigned char casedistance = 0x20;
+
+bool isupper(unsigned char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7);
 }
 
 // Powers of ten that a double holds exactly, as it does every number of fifteen digits.
@@ -367,6 +376,29 @@ std::string uppercase(std::string_view text) {
     for (char& c : upper)
         if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
     return upper;
+}
+
+std::string pageuppercase(std::string_view text) {
+    std::string upper(text);
+    for (char& c : upper) {
+        const auto other = static_cast<unsigned char>(c - casedistance);
+        if (const std::size_t at = lonelower.find(c); at != std::string_view::npos)
+            c = loneupper[at];
+        else if (isupper(other))
+            c = static_cast<char>(other);
+    }
+    return upper;
+}
+
+std::string pagelowercase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) {
+        if (const std::size_t at = loneupper.find(c); at != std::string_view::npos)
+            c = lonelower[at];
+        else if (isupper(static_cast<unsigned char>(c)))
+            c = static_cast<char>(c + casedistance);
+    }
+    return lower;
 }
 
 } // namespace orv

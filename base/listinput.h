@@ -91,4 +91,8 @@ std::string_view trimboth(std::string_view text);
 // Upper case of the letters a to z, which is all that keywords and extensions need.
 std::string uppercase(std::string_view text);
 
+// The same, and lower case, of all letters of the files' code page, as names need it.
+std::string pageuppercase(std::string_view text);
+std::string pagelowercase(std::string_view text);
+
 } // namespace orv

@@ -160,11 +160,12 @@ std::string partof(std::string_view type, std::string_view encoding, const std::
 
 } // namespace
 
-manualsources readmanualsources(const std::string& directory) {
+manualsources readmanualsources(const std::string& directory, const std::vector<std::string>& made) {
     manualsources sources;
     const std::string chapters = joinpath(directory, "chapters"), pictures = joinpath(directory, "pictures");
     for (const std::string& name : filesof(chapters, ".html"))
         sources.chapters += contentof(joinpath(chapters, name)) + "\n";
+    for (const std::string& path : made) sources.chapters += contentof(path) + "\n";
     for (const std::string& name : filesof(pictures, ".png"))
         sources.pictures["pictures/" + name] = contentof(joinpath(pictures, name));
     sources.style = contentof(joinpath(directory, "style.css"));
@@ -197,8 +198,9 @@ std::string manualarchive(const manualsources& sources, const std::string& page)
     return text.append("--").append(boundary).append("--").append(newline);
 }
 
-void writemanual(const std::string& sourcedirectory, const std::string& target) {
-    const manualsources sources = readmanualsources(sourcedirectory);
+void writemanual(const std::string& sourcedirectory, const std::string& target,
+                 const std::vector<std::string>& made) {
+    const manualsources sources = readmanualsources(sourcedirectory, made);
     const std::string page = manualpage(sources);
     std::error_code error;
     std::filesystem::create_directories(joinpath(target, "pictures"), error);

@@ -7,10 +7,13 @@
 //                      by <img src="pictures/NAME.png">
 //   pictures/*.png
 //   style.css
+//
+// and chapters that the build makes, which follow those.
 #pragma once
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace orv {
 
@@ -19,8 +22,9 @@ struct manualsources {
     std::map<std::string, std::string> pictures; // bytes by "pictures/NAME.png"
 };
 
-// Raises what readfile raises, and filenotfound for a directory that is not there.
-manualsources readmanualsources(const std::string& directory);
+// `made` are the paths of further chapters. Raises what readfile raises, and filenotfound for a directory
+// that is not there.
+manualsources readmanualsources(const std::string& directory, const std::vector<std::string>& made = {});
 
 // The page in HTML: title, table of contents, chapters. Headings get the ids that the table refers to. Raises
 // filenotfound for a picture that is named and not there, domain for one that is there and not named and for
@@ -32,6 +36,7 @@ std::string manualpage(const manualsources& sources);
 std::string manualarchive(const manualsources& sources, const std::string& page);
 
 // Writes MOrvantaView.html, MOrvantaView.mht and the pictures into a directory, which is made if necessary.
-void writemanual(const std::string& sourcedirectory, const std::string& target);
+void writemanual(const std::string& sourcedirectory, const std::string& target,
+                 const std::vector<std::string>& made = {});
 
 } // namespace orv

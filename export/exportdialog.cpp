@@ -33,6 +33,8 @@ void showexportdialog(bool) {
         QObject::connect(button, &QAbstractButton::clicked, &dialog, [run = routine] { enter(run); });
     QObject::connect(form.FileRadix, &QLineEdit::textEdited, &dialog,
                      [](const QString& text) { enter([&] { typeradix(corepath(text)); }); });
+    // A path may be too long for the field.
+    QObject::connect(form.FileRadix, &QLineEdit::textChanged, form.FileRadix, &QWidget::setToolTip);
     QObject::connect(form.Command2, &QPushButton::clicked, &dialog, &QDialog::reject);
     QObject::connect(&dialog, &QDialog::finished, &dialog, [] { enter(stopexport); });
 

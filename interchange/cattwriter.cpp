@@ -4,6 +4,7 @@
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/formatpattern.h"
+#include "base/listinput.h"
 #include "base/listoutput.h"
 #include "base/numbertext.h"
 #include "base/runtimeerror.h"
@@ -260,25 +261,10 @@ void addcorners(std::string& text, const cornerlist& list) {
 
 // --- Planes ---
 
-// Lower case of all letters of code page 1252.
-std::string lowercase(std::string_view name) {
-    constexpr std::string_view upper = "\x8A\x8C\x8E\x9F", lower = "\x9A\x9C\x9E\xFF";
-    std::string lowered(name);
-    for (char& c : lowered) {
-        const auto code = static_cast<unsigned char>(c);
-        const bool plain = (code >= 'A' && code <= 'Z') || (code >= 0xC0 && code <= 0xDE && code != 0xD7);
-        if (plain)
-            c = static_cast<char>(code + 0x20);
-        else if (const std::size_t at = upper.find(c); at != std::string_view::npos)
-            c = lower[at];
-    }
-    return lowered;
-}
-
 void addplanes(std::string& text, const cornerlist& list, const std::vector<std::int16_t>& materials) {
     std::vector<std::string> lowered(highestmaterial + 1);
     for (const std::int16_t row : materials)
-        lowered[static_cast<std::size_t>(row)] = lowercase(MaterialTable.materialName(row));
+        lowered[static_cast<std::size_t>(row)] = pagelowercase(MaterialTable.materialName(row));
     std::size_t vertex = 0;
     for (std::int32_t face = 1; face <= RoomModel.faceCount; ++face) {
         const std::int16_t row = RoomModel.faceMaterial(face);

@@ -169,18 +169,6 @@ float placedz(const loading& load) {
 
 // --- Materials of layers ---
 
-// Upper case of the letters of the files' code page.
-std::string pageuppercase(std::string_view text) {
-    std::string upper = uppercase(text);
-    for (char& c : upper) {
-        const auto letter = static_cast<unsigned char>(c);
-        if (letter >= 0xE0 && letter <= 0xFE && letter != 0xF7) c = static_cast<char>(letter - 0x20);
-        if (letter == 0x9A || letter == 0x9C || letter == 0x9E) c = static_cast<char>(letter - 0x10);
-        if (letter == 0xFF) c = '\x9F';
-    }
-    return upper;
-}
-
 // Row 0 is not looked at, and of equal names the first row counts.
 void readnames(loading& load) {
     const std::vector<std::string> names = materialnames();

@@ -35,10 +35,10 @@ namespace orv {
 namespace {
 
 constexpr std::int32_t highestcolour = 255;
-constexpr std::size_t paletteoffset = 8; // of level index 0
-constexpr std::int32_t levelmiddle = 8;  // of a level's sixteenth of the level indices
-constexpr double usualcount = 10000;     // of the points of a line that states none
-constexpr double progressblock = 128;    // bytes
+constexpr std::size_t paletteoffset = 8;   // of level index 0
+constexpr std::int32_t levelmiddle = 8;    // of a level's sixteenth of the level indices
+constexpr double usualcount = 10000;       // of the points of a line that states none
+constexpr std::size_t progressblock = 128; // bytes
 
 constexpr std::array<std::int32_t, highestcolour + 1> makelevels() {
     std::array<std::int32_t, highestcolour + 1> levels{};
@@ -70,10 +70,11 @@ struct contourreading {
     std::string progress{};
 };
 
+// The share of the file that is read, in whole blocks.
 void showprogress(contourreading& reading) {
-    const double position = static_cast<double>(reading.file.position) / progressblock;
+    const auto block = static_cast<double>(reading.file.position / progressblock);
     const double length = static_cast<double>(reading.file.buffer.size()) / progressblock;
-    const auto percent = static_cast<std::int64_t>(Int(100 * position / length));
+    const auto percent = static_cast<std::int64_t>(Int(100 * block / length));
     std::string progress = wholetext(percent) + "%";
     if (progress == reading.progress) return;
     platform::statustext(2, progress);

@@ -55,6 +55,8 @@ mosaic startmosaic() {
         const maprectangle& a = map.area;
         if (s.gridReady == 0) surfergrid(a.lo1, a.hi1, a.lo2, a.hi2);
         s.gridReady = -1; // also where the engine gave up: the map then shows what the grid held before
+        if (a.cellWidth == 0 || a.cellHeight == 0) // a cell's node is found by dividing by these
+            throw runtimeerror{errorkind::divisionbyzero, "Its rectangle has no width or no height."};
     } else
         map.receivers = receiversofmap();
     return map;

@@ -14,8 +14,8 @@ namespace orv {
 // scene's hint.
 //
 // Return whether the view can be drawn. Raise divisionbyzero, before anything of the map is on the surface,
-// without receivers and when minLevel equals maxLevel; what parametervalue raises; subscript for a grid
-// beyond MapGrid.
+// without receivers, for a gridded rectangle without width or height, and when minLevel equals maxLevel; what
+// parametervalue raises; subscript for a grid beyond MapGrid.
 bool drawdither2d(DrawSurface& surface);
 bool drawdither3d(DrawSurface& surface, bool clearfirst);
 

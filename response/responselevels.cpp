@@ -16,33 +16,32 @@ responselevels ResponseLevels;
 namespace {
 
 // 4.342944819 ln(energy), and 0 for an energy of 1 or less, which is the plot's floor.
-float floorlevel(double energy) {
-    return energy > 1 ? static_cast<float>(decibelsperneper * std::log(energy)) : 0;
+float floorlevel(float energy) {
+    return energy > 1 ? static_cast<float>(decibelsperneper * std::log(static_cast<double>(energy))) : 0;
 }
 
-// The energies of all slots, zeros where there is no response.
-std::vector<double> energiesof(std::int32_t receiver, std::int32_t band) {
-    const auto slots = static_cast<std::size_t>(std::max(ResultSet.lastSlot, 0)) + 1;
-    std::vector<double> energies(slots);
-    if (receiver > ImpulseResponse.receivers) return energies;
+// Takes the energies of all slots, zeros where there is no response.
+void takeenergies(std::int32_t receiver, std::int32_t band, std::vector<float>& energies) {
+    energies.assign(static_cast<std::size_t>(std::max(ResultSet.lastSlot, 0)) + 1, 0);
+    if (receiver > ImpulseResponse.receivers) return;
     const float* const row = ImpulseResponse.rowof(receiver);
-    const auto present = std::min(slots, static_cast<std::size_t>(ImpulseResponse.slots));
+    const auto present = std::min(energies.size(), static_cast<std::size_t>(ImpulseResponse.slots));
     for (std::size_t t = 0; row && t < present; ++t)
-        energies[t] = static_cast<double>(row[t * bandcount + static_cast<std::size_t>(band - 1)]);
-    return energies;
+        energies[t] = row[t * bandcount + static_cast<std::size_t>(band - 1)];
 }
 
-void integrate(const std::vector<double>& energies, std::vector<float>& decay) {
+void integrate(const std::vector<float>& energies, std::vector<float>& decay) {
     decay.assign(energies.size(), 0);
     double sum = 1;
     for (std::size_t t = energies.size(); t-- > 0;) {
-        sum += energies[t];
+        sum += static_cast<double>(energies[t]);
         if (sum > 0) decay[t] = static_cast<float>(decibelsperneper * std::log(sum));
     }
 }
 
-// Takes the paths of a receiver out of the energies, and their levels into pathLevel.
-void takepaths(std::int32_t receiver, std::int32_t band, std::vector<double>& energies) {
+// Takes the paths of a receiver out of the energies, which stay single-precision ones, and their levels into
+// pathLevel.
+void takepaths(std::int32_t receiver, std::int32_t band, std::vector<float>& energies) {
     responselevels& L = ResponseLevels;
     L.pathCount = pathsof(receiver);
     L.pathLevel.assign(static_cast<std::size_t>(L.pathCount) + 1, 0);
@@ -51,8 +50,10 @@ void takepaths(std::int32_t receiver, std::int32_t band, std::vector<double>& en
         const auto energy = static_cast<double>(path.energy[static_cast<std::size_t>(band)]);
         if (!(energy > 1)) continue;
         L.pathLevel[static_cast<std::size_t>(k)] = static_cast<float>(10 * std::log10(energy));
-        if (const std::int32_t slot = slotofpath(path); slot >= 0)
-            energies[static_cast<std::size_t>(slot)] -= energy;
+        if (const std::int32_t slot = slotofpath(path); slot >= 0) {
+            float& left = energies[static_cast<std::size_t>(slot)];
+            left = static_cast<float>(static_cast<double>(left) - energy);
+        }
     }
 }
 
@@ -66,11 +67,11 @@ bool computelevels(std::int32_t receiver, std::int32_t band, bool paths) {
     L.withPaths = paths;
     L.pathCount = 0;
     L.pathLevel.assign(1, 0);
-    std::vector<double> energies = energiesof(receiver, band);
+    std::vector<float>& energies = L.responseLevel; // until they become levels
+    takeenergies(receiver, band, energies);
     integrate(energies, L.schroederLevel);
     if (paths) takepaths(receiver, band, energies);
-    L.responseLevel.resize(energies.size());
-    std::transform(energies.begin(), energies.end(), L.responseLevel.begin(), floorlevel);
+    std::transform(energies.begin(), energies.end(), energies.begin(), floorlevel);
     return true;
 }
 

@@ -287,18 +287,22 @@ std::int32_t slotcount() {
                                                                          : ResultSet.lastSlot;
 }
 
-void readblock(loading& load) {
+// Makes the tables when the first block shows that the header is complete.
+void allocate(loading& load) {
     resultset& R = ResultSet;
-    if (!load.allocated) {
-        attempt([&] {
-            R.lastSlot = whole32(Int(quotient(R.responseLength, static_cast<double>(R.timeStep)) + 0.5));
-        });
-        attempt([&] { createresponse(slotcount(), std::max(RoomModel.receiverCount, 0)); });
-        attempt([&] {
-            R.receiverDelay.assign(static_cast<std::size_t>(std::max(RoomModel.receiverCount, 0)) + 1, 0.0);
-        });
-        load.allocated = true;
-    }
+    if (load.allocated) return;
+    const std::int32_t receivers = std::max(RoomModel.receiverCount, 0);
+    attempt([&] {
+        R.lastSlot = whole32(Int(quotient(R.responseLength, static_cast<double>(R.timeStep)) + 0.5));
+    });
+    attempt([&] { createresponse(slotcount(), receivers); });
+    attempt([&] { R.receiverDelay.assign(static_cast<std::size_t>(receivers) + 1, 0.0); });
+    load.allocated = true;
+}
+
+// What the header has left open or the correction needs.
+void completeheader() {
+    resultset& R = ResultSet;
     if (R.betaConstant > 0) {
         attempt([&] {
             const double ratio = quotient(R.pyramidCount, static_cast<double>(R.betaConstant));
@@ -310,17 +314,22 @@ void readblock(loading& load) {
     }
     if (R.firstBand == 0) R.firstBand = 1;
     if (R.lastBand == 0) R.lastBand = octavebands;
+}
 
+// The block's title; a receiver beyond those declared adds itself to the tables.
+void readtitle(loading& load) {
     nextline(load);
     load.receiver = blocknumber(load.line);
-    if (load.receiver > RoomModel.receiverCount && load.receiver <= highestreceiver) {
-        RoomModel.receiverCount = load.receiver;
-        attempt([&] { growresponse(load.receiver); });
-        attempt([&] { R.receiverDelay.resize(static_cast<std::size_t>(load.receiver) + 1); });
-    }
+    if (load.receiver <= RoomModel.receiverCount || load.receiver > highestreceiver) return;
+    RoomModel.receiverCount = load.receiver;
+    attempt([&] { growresponse(load.receiver); });
+    attempt([&] { ResultSet.receiverDelay.resize(static_cast<std::size_t>(load.receiver) + 1); });
+}
 
+// Place, delay and lateral energies in the order of the file's format.
+void readblockhead(loading& load) {
     parameterset& P = ParameterSet;
-    if (R.resultFormat >= newformat) {
+    if (ResultSet.resultFormat >= newformat) {
         skipcharacters(load.file, positionlabel);
         readposition(load);
         nextline(load);
@@ -332,29 +341,41 @@ void readblock(loading& load) {
         skipcharacters(load.file, rowlabel);
         readlateral(load, P.LF);
         nextline(load);
-    } else {
-        readposition(load);
-        readlateral(load, P.LE);
-        clearlateral(load, P.LF);
-        clearlateral(load, P.LFC);
-        if (const numberfield delay = tryreadnumber(load.file); delay.outcome == fieldoutcome::read)
-            storedelay(load, delay.value);
+        return;
     }
+    readposition(load);
+    readlateral(load, P.LE);
+    clearlateral(load, P.LF);
+    clearlateral(load, P.LFC);
+    if (const numberfield delay = tryreadnumber(load.file); delay.outcome == fieldoutcome::read)
+        storedelay(load, delay.value);
+}
 
+// The response and all that is computed from it.
+void readresponse(loading& load) {
     workingsums sums;
     const std::int32_t slots = slotcount();
+    const float timeStep = ResultSet.timeStep;
     float* row = nullptr;
     if (slots == ImpulseResponse.slots) attempt([&] { row = takeresponse(load.receiver); });
     if (row != nullptr) {
         computecorrection(load, slots);
         const auto arrivals = readenergies(load, row, slots, sums.directEnergy);
-        addslots(sums, load.waves, row, slots, arrivals, R.timeStep);
+        addslots(sums, load.waves, row, slots, arrivals, timeStep);
     } else {
         skipenergies(load, slots);
     }
     storeparameters(load.receiver, sums);
     storemodulation(load.receiver, sums);
-    if (row != nullptr) storedecays(load.receiver, sums, load.decay, row, slots, R.timeStep);
+    if (row != nullptr) storedecays(load.receiver, sums, load.decay, row, slots, timeStep);
+}
+
+void readblock(loading& load) {
+    allocate(load);
+    completeheader();
+    readtitle(load);
+    readblockhead(load);
+    readresponse(load);
 }
 
 // --- The whole file ---
@@ -510,7 +531,8 @@ std::string inp10char(listreader& file) {
 std::int32_t blocknumber(std::string_view title) {
     const std::size_t mark = title.find('_');
     if (mark == std::string_view::npos) return 0;
-    const std::string_view behind = trimfront(title.substr(mark + 1));
+    std::string_view behind = title.substr(mark + 1);
+    behind.remove_prefix(std::min(behind.find_first_not_of(" \t"), behind.size()));
     const numberprefix number = readprefix(behind);
     if (number.overflow) return behind.front() == '-' ? -1 : highestreceiver + 1;
     return whole32(std::clamp(number.value, -1.0, highestreceiver + 1.0));

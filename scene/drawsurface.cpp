@@ -111,6 +111,14 @@ double DrawSurface::textWidth(std::string_view line) const {
     return device.textwidth(device.context, line) / std::fabs(pixelsPerX);
 }
 
+std::string DrawSurface::elided(std::string_view line, double room) const {
+    std::string shown(line);
+    for (std::size_t kept = line.size(); textWidth(shown) > room && kept-- > 0;)
+        shown = std::string(line.substr(0, kept / 2)) + "..." +
+                std::string(line.substr(line.size() - (kept - kept / 2)));
+    return shown;
+}
+
 double DrawSurface::textHeight(std::string_view) const {
     return device.lineheight / pixelsPerY;
 }

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace orv {
@@ -108,6 +109,8 @@ struct DrawSurface {
     void textLine(std::string_view line); // the text point moves to the start of the next line
     double textWidth(std::string_view line) const;
     double textHeight(std::string_view line) const; // negative when y grows upwards
+    // The text, with "..." for its middle when it is wider than `room` window units.
+    std::string elided(std::string_view line, double room) const;
 
     // A window height in pixels, with the sign of the window.
     double toPixelsY(double height) const { return height * pixelsPerY / scale; }

@@ -3,6 +3,7 @@
 #include "scene/paintersurface.h"
 
 #include "base/files.h"
+#include "shell/sessionstate.h"
 
 #include <QFontMetricsF>
 #include <QGlyphRun>
@@ -13,6 +14,7 @@
 #include <cstring>
 #include <numeric>
 #include <span>
+#include <utility>
 
 namespace orv {
 
@@ -21,6 +23,8 @@ namespace {
 constexpr int textsize = 13;            // pixels
 constexpr double screendpi = 96;        // at which a printed pixel is a screen's
 constexpr std::size_t mostlines = 4096; // gathered at most
+constexpr int largeststamp = 100;       // radius of a circle in device pixels; larger ones are no markers
+constexpr std::size_t mosttexts = 1024; // of a map, remembered at most
 
 paintersurface& owner(void* context) {
     return *static_cast<paintersurface*>(context);
@@ -66,13 +70,16 @@ bool iswide(const paintersurface& to, const surfacepen& pen) {
     return pen.width > to.surface.scale;
 }
 
+QPen penof(const paintersurface& to, const surfacepen& pen, const QColor& colour) {
+    return QPen(colour, pen.width, pen.style == drawstyle::dotted ? Qt::DotLine : Qt::SolidLine,
+                iswide(to, pen) ? Qt::FlatCap : Qt::SquareCap, Qt::MiterJoin);
+}
+
 void usepen(paintersurface& to, const surfacepen& pen) {
     if (to.penset && samepen(to.pen, pen)) return;
     flush(to);
     if (!to.penset || to.pen.mode != pen.mode) to.painter.setCompositionMode(compositionof(to, pen.mode));
-    to.painter.setPen(QPen(colourof(pen.colour), pen.width,
-                           pen.style == drawstyle::dotted ? Qt::DotLine : Qt::SolidLine,
-                           iswide(to, pen) ? Qt::FlatCap : Qt::SquareCap, Qt::MiterJoin));
+    to.painter.setPen(penof(to, pen, colourof(pen.colour)));
     to.pen = pen;
     to.penset = true;
 }
@@ -80,6 +87,7 @@ void usepen(paintersurface& to, const surfacepen& pen) {
 void clear(void* context, std::int32_t colour) {
     paintersurface& to = owner(context);
     to.lines.clear();
+    to.standing.clear();
     to.painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     to.painter.fillRect(QRectF(0, 0, to.surface.deviceWidth, to.surface.deviceHeight), colourof(colour));
     to.penset = false;
@@ -140,15 +148,71 @@ void filledbox(void* context, const surfacepen& pen, double x1, double y1, doubl
     touch(to);
 }
 
+QRect squareabout(int x, int y, int radius) {
+    return QRect(x - radius, y - radius, 2 * radius, 2 * radius);
+}
+
+// Has a painter draw the circle in two colours on a sheet of its own, and takes the runs from there.
+void makestamp(paintersurface& to, const surfacepen& pen, int radius) {
+    circlestamp& stamp = to.stamp;
+    if (stamp.radius == radius && stamp.penwidth == pen.width && stamp.style == pen.style) return;
+    stamp = {radius, pen.width, pen.style, {}};
+    const int middle = radius + static_cast<int>(std::ceil(pen.width)) + 1, size = 2 * middle + 1;
+    constexpr QRgb paper = qRgb(255, 255, 255), inside = qRgb(0, 0, 255);
+    QImage sheet(size, size, QImage::Format_RGB32);
+    sheet.fill(paper);
+    {
+        QPainter painter(&sheet);
+        painter.setPen(penof(to, pen, Qt::black));
+        painter.setBrush(QColor(inside));
+        painter.drawEllipse(squareabout(middle, middle, radius));
+    }
+    for (int y = 0; y < size; ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(sheet.constScanLine(y));
+        for (int x = 0, next = 0; x < size; x = next) {
+            while (next < size && row[next] == row[x]) ++next;
+            if (row[x] != paper) stamp.runs.push_back({x - middle, y - middle, next - x, row[x] == inside});
+        }
+    }
+}
+
+void paintrun(QRgb* from, QRgb* to, QRgb colour, int mode) {
+    constexpr QRgb opaque = 0xFF000000;
+    if (mode == drawmodexor)
+        for (; from < to; ++from) *from = (*from ^ colour) | opaque;
+    else if (mode == drawmodeinversexor)
+        for (; from < to; ++from) *from = ~(*from ^ colour) | opaque;
+    else
+        std::fill(from, to, colour);
+}
+
+void paintstamp(paintersurface& to, const surfacepen& pen, const std::int32_t* fill, int cx, int cy) {
+    const QRgb outline = colourof(pen.colour).rgb(), inside = fill ? colourof(*fill).rgb() : 0;
+    const int width = to.image.width(), height = to.image.height();
+    for (const circlestamp::run& run : to.stamp.runs) {
+        const int y = cy + run.y, from = std::max(cx + run.x, 0),
+                  end = std::min(cx + run.x + run.length, width);
+        if (y < 0 || y >= height || from >= end || (run.inside && !fill)) continue;
+        auto* const row = reinterpret_cast<QRgb*>(to.image.scanLine(y));
+        paintrun(row + from, row + end, run.inside ? inside : outline, pen.mode);
+    }
+}
+
 void circle(void* context, const surfacepen& pen, const std::int32_t* fill, double x, double y,
             double radius) {
     paintersurface& to = owner(context);
     const int r = static_cast<int>(std::lround(radius)), cx = pixel(x), cy = pixel(y);
     if (r == 0) return plot(context, pen, x, y);
+    if (r <= largeststamp && !to.image.isNull()) {
+        flush(to);
+        makestamp(to, pen, r);
+        paintstamp(to, pen, fill, cx, cy);
+        return touch(to);
+    }
     usepen(to, pen);
     flush(to);
     if (fill) to.painter.setBrush(colourof(*fill));
-    to.painter.drawEllipse(QRect(cx - r, cy - r, 2 * r, 2 * r));
+    to.painter.drawEllipse(squareabout(cx, cy, r));
     if (fill) to.painter.setBrush(Qt::NoBrush);
     touch(to);
 }
@@ -157,19 +221,7 @@ std::size_t code(char byte) {
     return static_cast<unsigned char>(byte);
 }
 
-void text(void* context, const surfacepen& pen, double x, double y, std::string_view words) {
-    paintersurface& to = owner(context);
-    surfacepen plain = pen;
-    plain.mode = drawmodecopy;
-    usepen(to, plain);
-    flush(to);
-    const QPointF start(std::round(x), std::round(y) + to.ascent);
-    if (to.image.isNull()) {
-        QString string;
-        for (const char byte : words) string += QChar(to.character[code(byte)]);
-        to.painter.drawText(start, string);
-        return;
-    }
+void drawglyphs(paintersurface& to, const QPointF& start, std::string_view words) {
     constexpr std::size_t most = 64; // glyphs in one run
     std::array<quint32, most> index;
     std::array<QPointF, most> place;
@@ -187,6 +239,58 @@ void text(void* context, const surfacepen& pen, double x, double y, std::string_
         glyphs.setRawData(index.data(), place.data(), static_cast<int>(run.size()));
         to.painter.drawGlyphRun(start, glyphs);
     }
+}
+
+// Takes a text away where it stands as it was drawn.
+void takeaway(QImage& image, const QRect& place, const paintersurface::standingtext& text) {
+    const auto row = [](const QImage& pixels, int y) {
+        return reinterpret_cast<const QRgb*>(pixels.constScanLine(y));
+    };
+    for (int y = 0; y < place.height(); ++y) {
+        QRgb* now = reinterpret_cast<QRgb*>(image.scanLine(place.y() + y)) + place.x();
+        const QRgb *before = row(text.before, y), *with = row(text.with, y);
+        for (int x = 0; x < place.width(); ++x)
+            if (now[x] == with[x]) now[x] = before[x];
+    }
+}
+
+// Draws a text of a map, the same one as if for the first time.
+void drawonce(paintersurface& to, std::int32_t colour, const QPointF& start, std::string_view words) {
+    const QPoint at = start.toPoint(); // texts begin on whole pixels
+    std::string key = std::to_string(colour) + ' ' + std::to_string(at.x()) + ' ' + std::to_string(at.y());
+    key.append(1, ' ').append(words);
+    const auto found = to.standing.find(key);
+    constexpr double overhang = 3; // of a glyph beyond its box
+    const double wide = to.surface.device.textwidth(&to, words);
+    const QRect place = QRectF(start.x(), start.y() - to.ascent, wide, to.surface.device.lineheight)
+                            .adjusted(-overhang, -overhang, overhang, overhang)
+                            .toAlignedRect() &
+                        to.image.rect();
+    const bool stands = found != to.standing.end();
+    if (place.isEmpty() || (!stands && to.standing.size() >= mosttexts)) return drawglyphs(to, start, words);
+    if (stands) takeaway(to.image, place, found->second);
+    QImage before = to.image.copy(place);
+    drawglyphs(to, start, words);
+    to.standing[key] = {std::move(before), to.image.copy(place)};
+}
+
+void text(void* context, const surfacepen& pen, double x, double y, std::string_view words) {
+    paintersurface& to = owner(context);
+    surfacepen plain = pen;
+    plain.mode = drawmodecopy;
+    usepen(to, plain);
+    flush(to);
+    const QPointF start(std::round(x), std::round(y) + to.ascent);
+    if (to.image.isNull()) {
+        QString string;
+        for (const char byte : words) string += QChar(to.character[code(byte)]);
+        to.painter.drawText(start, string);
+        return;
+    }
+    if (SessionState.mapInProgress)
+        drawonce(to, pen.colour, start, words);
+    else
+        drawglyphs(to, start, words);
     touch(to);
 }
 

@@ -14,9 +14,24 @@
 
 #include <array>
 #include <functional>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace orv {
+
+// The pixels of a circle as a painter makes them, in runs along x. Scenes mark thousands of points with one
+// and the same, which is then copied instead of traced.
+struct circlestamp {
+    struct run {
+        int x, y, length; // from the middle
+        bool inside;      // of the fill colour, else of the pen
+    };
+    int radius = 0; // 0: none yet
+    double penwidth = 1;
+    drawstyle style = drawstyle::solid;
+    std::vector<run> runs;
+};
 
 // Stays where it is made: the surface's device points back at it.
 struct paintersurface {
@@ -43,7 +58,16 @@ struct paintersurface {
     surfacepen pen; // that the painter has now
     bool penset = false;
     std::vector<QLine> lines; // of one pen, not painted yet
+    circlestamp stamp;        // of the last circle
     bool touched = false;
+
+    // The texts of a map, which draws its scene and scale over themselves: by colour, place and words the
+    // pixels before each and with it. A text that stands already is not blended in once more, which would
+    // make it bold.
+    struct standingtext {
+        QImage before, with;
+    };
+    std::unordered_map<std::string, standingtext> standing;
 
     QFont font;
     QRawFont glyphs;

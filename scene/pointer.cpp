@@ -22,9 +22,8 @@ namespace orv {
 
 namespace {
 
-constexpr double fullturn = 5;     // radians that a drag over the whole picture turns the camera
-constexpr double farthest = 1E6;   // squared distance of a receiver that can be picked
-constexpr double axislength = 1.3; // to the room's maxima
+constexpr double fullturn = 5;   // radians that a drag over the whole picture turns the camera
+constexpr double farthest = 1E6; // squared distance of a receiver that can be picked
 
 struct picturedrag {
     bool dragging = false;
@@ -54,18 +53,7 @@ bool solidview() {
 
 void drawaxes(DrawSurface& surface) {
     const thinpen thin(surface);
-    const roommodel& r = RoomModel;
-    const struct {
-        modelpoint end;
-        std::int32_t colour;
-    } axes[] = {{{axislength * wide(r.roomMaxX), 0, 0}, QBColor(12)},
-                {{0, axislength * wide(r.roomMaxY), 0}, QBColor(10)},
-                {{0, 0, axislength * wide(r.roomMaxZ)}, QBColor(1)}};
-    const picturepoint origin = projected({0, 0, 0});
-    for (const auto& axis : axes) {
-        const picturepoint end = projected(axis.end);
-        surface.line(origin.x, origin.y, end.x, end.y, axis.colour);
-    }
+    drawaxes3d(surface);
 }
 
 // --- Orbit ---

@@ -67,7 +67,8 @@ bool roomshown() {
 
 void drawtitle(DrawSurface& surface) {
     surface.setForeColor(rgb(0, 0, 0));
-    const std::string title = scenetitle();
+    // Of a long path the middle is what can be missed; the window's title has the whole.
+    const std::string title = surface.elided(scenetitle(), std::fabs(surface.windowWidth()));
     surface.setTextPoint(surface.windowLeft() + surface.windowWidth() / 2 - surface.textWidth(title) / 2,
                          surface.windowTop());
     surface.text(title);
@@ -182,14 +183,6 @@ void drawblanking2d(DrawSurface& surface) {
 void edge3d(DrawSurface& surface, const modelpoint& from, const modelpoint& to, std::int32_t colour) {
     const picturepoint p = projected(from), q = projected(to);
     surface.line(p.x, p.y, q.x, q.y, colour);
-}
-
-void drawaxes3d(DrawSurface& surface) {
-    if (!ischecked("Vaxes")) return;
-    const modelpoint origin{0, 0, 0};
-    edge3d(surface, origin, {axes3d * wide(RoomModel.roomMaxX), 0, 0}, QBColor(12));
-    edge3d(surface, origin, {0, axes3d * wide(RoomModel.roomMaxY), 0}, QBColor(10));
-    edge3d(surface, origin, {0, 0, axes3d * wide(RoomModel.roomMaxZ)}, QBColor(1));
 }
 
 void drawfaces3d(DrawSurface& surface) {
@@ -342,7 +335,7 @@ bool drawscene3d(DrawSurface& surface, bool clearfirst) {
     if (!attempt([] { setupcamera(); }) || !attempt([&] { scale3dview(surface); })) return false;
     begin(surface, clearfirst);
     // A stage that fails leaves the others, and nothing is said about it.
-    attempt([&] { drawaxes3d(surface); });
+    if (ischecked("Vaxes")) attempt([&] { drawaxes3d(surface); });
     drawroom3d(surface);
     attempt([&] { drawsources3d(surface); });
     attempt([&] { drawreceivers3d(surface); });
@@ -366,6 +359,21 @@ void draw2dview(DrawSurface& surface, bool clearfirst) {
 
 void draw3dview(DrawSurface& surface, bool clearfirst) {
     taketurn(surface, clearfirst, drawscene3d);
+}
+
+void drawaxes3d(DrawSurface& surface) {
+    const roommodel& r = RoomModel;
+    const struct {
+        modelpoint end;
+        std::int32_t colour;
+    } axes[] = {{{axes3d * wide(r.roomMaxX), 0, 0}, QBColor(12)},
+                {{0, axes3d * wide(r.roomMaxY), 0}, QBColor(10)},
+                {{0, 0, axes3d * wide(r.roomMaxZ)}, QBColor(1)}};
+    const picturepoint origin = projected({0, 0, 0});
+    for (const auto& axis : axes) {
+        const picturepoint end = projected(axis.end);
+        surface.line(origin.x, origin.y, end.x, end.y, axis.colour);
+    }
 }
 
 void drawshrinkface(std::int32_t face, std::int32_t colour) {

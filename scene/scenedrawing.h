@@ -32,6 +32,9 @@ bool drawscene3d(DrawSurface& surface, bool clearfirst);
 // Whether the present view can be drawn at all.
 bool viewpossible();
 
+// The three axes of the 3D view, from the origin beyond the room.
+void drawaxes3d(DrawSurface& surface);
+
 // Outline of face 1..faceCount shrunk to 0.7 about its centre, always on the main picture: of three vertices
 // all, of more the first four. Raises subscript.
 void drawshrinkface(std::int32_t face, std::int32_t colour);

@@ -3,6 +3,7 @@
 
 #include "platform/platform.h"
 #include "platform/qt/boundary.h"
+#include "platform/qt/elidedlabel.h"
 #include "platform/qt/platformqt.h"
 #include "platform/qt/qttext.h"
 #include "platform/qt/windowhook.h"
@@ -18,6 +19,8 @@
 #include <QFontDatabase>
 #include <QMainWindow>
 #include <QPainter>
+#include <QScreen>
+#include <QToolButton>
 #include <QWindow>
 
 #include <iterator>
@@ -108,16 +111,22 @@ void buildstatus(QStatusBar& bar) {
     for (std::size_t i = 0; i < MainWindow->panel.size(); ++i) {
         QLabel* panel = MainWindow->panel[i] = new QLabel(&bar);
         panel->setObjectName("StatusBar1_" + QString::number(i + 1));
-        panel->setTextFormat(Qt::PlainText);
         panel->setIndent(4);
     }
     const auto [action, percent] = MainWindow->panel;
-    // A long path must not widen the window.
-    action->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    keepelided(*action); // a long path must not widen the window
     percent->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     percent->setMinimumWidth(percent->fontMetrics().horizontalAdvance(" 100% ") + 8);
+    QToolButton* log = MainWindow->logbutton = new QToolButton(&bar);
+    log->setObjectName("LogButton");
+    log->setText("&Log");
+    log->setToolTip("Show what the last load has told");
+    log->setCheckable(true);
+    log->setAutoRaise(true);
+    log->hide();
     bar.addWidget(action, 1);
     bar.addPermanentWidget(percent);
+    bar.addPermanentWidget(log);
 }
 
 void buildarea(Ui::Orvview& form) {
@@ -153,7 +162,10 @@ void fitpicture() {
         picture.surface.scale == ratio)
         return;
     resizepicture(picture, size.width(), size.height(), ratio);
+    const bool wanted = window.logwanted;
     mainresized(size.width(), size.height());
+    window.logwanted = wanted; // a drawing that nobody asked for
+    showpage();
     window.resizedmeanwhile = commandssuspended(); // nothing is drawn now
 }
 
@@ -250,6 +262,10 @@ void connectcontrols() {
         QObject::connect(&button, &QRadioButton::clicked, &button,
                          [chosen = plane] { enter([&] { chooseplane(chosen); }); });
     }
+    QObject::connect(MainWindow->logbutton, &QToolButton::clicked, MainWindow->logbutton, [](bool wanted) {
+        MainWindow->logwanted = wanted;
+        showpage();
+    });
     QPushButton& redisplay = control<QPushButton>("Redisplay");
     QObject::connect(&redisplay, &QPushButton::clicked, &redisplay, [] { enter(redisplaypressed); });
 }
@@ -284,8 +300,8 @@ void build() {
     MainWindow->form = std::make_unique<QMainWindow>();
     Ui::Orvview form;
     form.setupUi(MainWindow->form.get());
-    buildarea(form);
     buildstatus(*form.StatusBar1);
+    buildarea(form);
     buildmenus();
     connectfields();
     connectcontrols();
@@ -297,7 +313,12 @@ void build() {
 void showmainwindow() {
     build();
     enter(startup);
-    MainWindow->form->show();
+    // On a small screen it takes all of it.
+    QMainWindow& form = *MainWindow->form;
+    const QSize screen = form.screen()->availableSize();
+    const bool fits = form.width() <= screen.width() && form.height() <= screen.height();
+    form.resize(form.size().boundedTo(screen));
+    fits ? form.show() : form.showMaximized();
     MainWindow->area->setFocus();
 }
 
@@ -309,11 +330,16 @@ void showpage() {
     mainwindow& window = *MainWindow;
     const bool loading = window.background != window.restingbackground || commandssuspended();
     QWidget* page = window.emptystate;
-    if (window.pictureshown)
+    if (window.logwanted && window.loglines > 0)
+        page = window.log;
+    else if (window.pictureshown)
         page = window.picturewidget;
     else if (loading)
         page = window.log;
     if (page == window.emptystate) writeemptystate();
+    window.logbutton->setVisible(window.loglines > 0);
+    window.logbutton->setEnabled(!commandssuspended());
+    window.logbutton->setChecked(page == window.log);
     ++window.rearranging;
     window.area->setCurrentWidget(page);
     --window.rearranging;

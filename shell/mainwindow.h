@@ -15,6 +15,7 @@ class QLabel;
 class QMainWindow;
 class QPlainTextEdit;
 class QStackedWidget;
+class QToolButton;
 class QWidget;
 
 namespace orv {
@@ -33,9 +34,11 @@ struct mainwindow {
     QLabel *emptytitle = nullptr, *emptytext = nullptr;
     QWidget* column = nullptr; // of the camera controls
     std::array<QLabel*, 2> panel{};
+    QToolButton* logbutton = nullptr; // brings up the log of the last load
 
     paintersurface picture{1, 1, 1}; // what Picture1 shows, in the size of the area
     bool pictureshown = true;
+    bool logwanted = false; // in place of the picture, until the next drawing
     bool closed = false;
     std::int32_t background = 0, restingbackground = 0; // 0x00BBGGRR; another than the resting one at a load
 

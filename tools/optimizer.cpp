@@ -326,7 +326,7 @@ void loadoptimizerfile(const std::string& name, int index) {
     {
         const waiting pointer;
         const filebytes bytes = readfile(name);
-        target.name = uppercase(pagetext(name));
+        target.name = pageuppercase(pagetext(name));
         ResultSet.soundSpeed = defaultspeed;
         loading load{openlist(bytes, pagetext(name)), target, o.file.at(1 - place), {}};
         try {

@@ -104,13 +104,14 @@ std::string legendtext(const optimizerfile& file) {
     return file.name.substr(file.name.find_last_of("/\\") + 1);
 }
 
-// From the right, above the axes.
+// From the right, above the axes. All names have room; the fields above the chart have the whole ones.
 void drawlegend(DrawSurface& surface, const plotarea& area) {
     const double line = surface.textHeight("0");
+    const double room = (area.right - area.left) / optimizerfiles - sample - 5 * gap;
     double right = area.right;
     for (std::size_t f = optimizerfiles; f-- > 0;) {
         if (Optimizer.file[f].pyramids < 1) continue;
-        const std::string text = legendtext(Optimizer.file[f]);
+        const std::string text = surface.elided(legendtext(Optimizer.file[f]), room);
         right -= surface.textWidth(text);
         write(surface, right, gap / 2, text);
         right -= gap + sample;

@@ -4,6 +4,7 @@
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "platform/qt/boundary.h"
+#include "platform/qt/elidedlabel.h"
 #include "platform/qt/platformqt.h"
 #include "platform/qt/qttext.h"
 #include "platform/qt/windowhook.h"
@@ -61,6 +62,7 @@ void showall(optimizerwindow& open) {
     for (std::size_t f = 0; f < optimizerfiles; ++f) {
         const optimizerfile& file = Optimizer.file[f];
         open.file[f].name->setText(qttext(file.name));
+        open.file[f].name->setToolTip(qttext(file.name)); // the field may be too narrow for it
         open.file[f].progress->setValue(file.percent);
         for (std::size_t column = 0; column < file.cell.size(); ++column)
             open.file[f].grid->item(0, static_cast<int>(column))->setText(qttext(file.cell[column]));
@@ -68,7 +70,7 @@ void showall(optimizerwindow& open) {
     const QSignalBlocker quiet(open.form.TexRecNum);
     if (coretext(open.form.TexRecNum->text()) != Optimizer.receiver)
         open.form.TexRecNum->setText(qttext(Optimizer.receiver));
-    open.form.GraphTitle->setText(qttext(Optimizer.chart.title));
+    showelided(*open.form.GraphTitle, qttext(Optimizer.chart.title));
     drawpicture(open);
 }
 
@@ -224,12 +226,13 @@ void showoptimizerwindow(bool) {
         open.form.setupUi(&open.dialog);
         open.dialog.setWindowFlag(Qt::WindowMaximizeButtonHint);
         open.form.Graph1->setAttribute(Qt::WA_OpaquePaintEvent);
-        open.form.GraphTitle->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        keepelided(*open.form.GraphTitle);
         buildfiles(open);
         buildfields(open);
         connectfields(open);
         connectwindow(open);
         showall(open);
+        open.file[0].browse->setFocus(); // which comes first
         platform::rundialog(open.dialog);
     }
     closeoptimizer();

@@ -4,6 +4,7 @@
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "platform/qt/boundary.h"
+#include "platform/qt/elidedlabel.h"
 #include "platform/qt/platformqt.h"
 #include "platform/qt/qttext.h"
 #include "shell/mainwindow.h"
@@ -95,10 +96,8 @@ void showlist(const sumwindow& open) {
     fitnames(open);
     if (open.list.row != norow) grid.selectRow(static_cast<int>(open.list.row));
     for (const auto& [label, path] : {std::pair(open.form.PathName, open.list.job.directory),
-                                      std::pair(open.form.Outfile, open.list.job.output)}) {
-        label->setText(qttext(pagetext(path)));
-        label->setToolTip(label->text());
-    }
+                                      std::pair(open.form.Outfile, open.list.job.output)})
+        showelided(*label, qttext(pagetext(path)));
     showsliders(open);
 }
 
@@ -223,13 +222,13 @@ void showsumequalizewindow(bool) {
     sumwindow open;
     open.form.setupUi(&open.dialog);
     open.dialog.setWindowFlag(Qt::WindowMaximizeButtonHint);
-    for (QLabel* label : {open.form.PathName, open.form.Outfile}) // a long path must not widen the window
-        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    for (QLabel* label : {open.form.PathName, open.form.Outfile}) keepelided(*label);
     buildgrid(open);
     connectsliders(open);
     connectbuttons(open);
     showrunning(open, false);
     showlist(open);
+    open.form.SelectInput->setFocus(); // which comes first
     platform::rundialog(open.dialog);
 }
 

@@ -4,6 +4,7 @@
 // the window together, by one posted event for all changes until then.
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
+#include "platform/qt/elidedlabel.h"
 #include "platform/qt/qttext.h"
 #include "shell/mainwindow.h"
 #include "shell/menucommands.h"
@@ -34,14 +35,8 @@ void refresh() {
     if (!MainWindow) return;
     mainwindow& window = *MainWindow;
     window.refreshing = false;
-    for (std::size_t i = 0; i < window.panel.size(); ++i) {
-        // Of a long path the middle is what can be missed.
-        QLabel& panel = *window.panel[i];
-        const QString text = qttext(window.paneltext[i]);
-        panel.setText(
-            panel.fontMetrics().elidedText(text, Qt::ElideMiddle, panel.width() - 2 * panel.indent()));
-        panel.setToolTip(panel.text() == text ? QString() : text);
-    }
+    for (std::size_t i = 0; i < window.panel.size(); ++i)
+        showelided(*window.panel[i], qttext(window.paneltext[i]));
     if (!window.logchanged) return;
     window.logchanged = false;
     window.log->setPlainText(qttext(window.logtext));
@@ -109,6 +104,7 @@ std::int32_t background(std::int32_t colour) {
 void clearlog() {
     MainWindow->logtext.clear();
     MainWindow->loglines = 0;
+    MainWindow->logwanted = false;
     MainWindow->logchanged = true;
     refreshsoon();
 }
@@ -147,6 +143,7 @@ void setvisible(const std::string& control, bool visible) {
     mainwindow& window = *MainWindow;
     if (ispicture(control)) {
         window.pictureshown = visible;
+        window.logwanted = false;
         return showpage();
     }
     // A field that vanishes has not been left by the user.

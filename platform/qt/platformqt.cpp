@@ -30,6 +30,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLocale>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -41,6 +42,7 @@
 #include <QPrinterInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTreeView>
 #include <QUrl>
 
 #include <array>
@@ -157,6 +159,14 @@ QStringList namefilters(const std::string& filter) {
     return filters;
 }
 
+// The names of Qt's own dialog get the width that the other columns leave.
+void fitcolumns(const QFileDialog& dialog) {
+    const auto* files = dialog.findChild<QTreeView*>("treeView"); // Qt's name; a desktop's dialog has none
+    if (!files || files->model()->columnCount() == 0) return;
+    files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
 std::vector<std::string> askfiles(const filerequest& request, QFileDialog::FileMode files) {
     QFileDialog dialog(dialogparent(), qttext(request.title));
     const auto mode = files == QFileDialog::AnyFile ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen;
@@ -176,11 +186,26 @@ std::vector<std::string> askfiles(const filerequest& request, QFileDialog::FileM
     dialog.setDirectory(placed ? proposal.absolutePath() : qtpath(request.directory));
     if (!pattern) dialog.selectFile(proposal.fileName());
 
+    fitcolumns(dialog);
     if (rundialog(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) cancel();
     std::vector<std::string> paths;
     for (const QString& path : dialog.selectedFiles())
         paths.push_back(corepath(QDir::toNativeSeparators(path)));
     return paths;
+}
+
+// A box breaks its lines between words, and would not show the end of a name without blanks that is wider
+// than the screen.
+QString breakable(const QString& text) {
+    constexpr int longest = 80; // characters of a word
+    QString broken;
+    int length = 0;
+    for (const QChar letter : text) {
+        length = letter.isSpace() ? 0 : length + 1;
+        broken += letter;
+        if (length > 0 && length % longest == 0) broken += QChar(0x200B); // of no width
+    }
+    return broken;
 }
 
 QPrinter& theprinter() {
@@ -267,7 +292,7 @@ answer messagebox(const std::string& title, const std::string& text, buttons cho
     QMessageBox box(dialogparent());
     box.setWindowTitle(qttext(title));
     box.setTextFormat(Qt::PlainText);
-    box.setText(qttext(text));
+    box.setText(breakable(qttext(text)));
     for (const auto& row : boxbuttons)
         if (row.choice == choice) box.setStandardButtons(row.shown);
     for (const auto& row : boxicons)

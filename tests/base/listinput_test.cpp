@@ -135,6 +135,10 @@ TEST(texts, AreTrimmedOfBlanksAndFoundBehindAMark) {
     EXPECT_EQ(trimfront("  a b "), "a b ");
     EXPECT_EQ(trimboth("  a b "), "a b");
     EXPECT_EQ(uppercase("wall-\xE4z"), "WALL-\xE4Z");
+    const std::string others = "@[`{\xD7\xF7\xDF", lower = "az\xE0\xF6\xFE\x9A\x9C\x9E\xFF",
+                      upper = "AZ\xC0\xD6\xDE\x8A\x8C\x8E\x9F";
+    EXPECT_EQ(pageuppercase(others + lower + upper), others + upper + upper);
+    EXPECT_EQ(pagelowercase(others + lower + upper), others + lower + lower);
 }
 
 } // namespace

@@ -54,6 +54,8 @@ TEST_F(contourtest, PolylinesOfBothForms) {
         {head + "10\n1\n20\n1\n0\nENDSEC\n10\n2\n20\n2\n", {"line 1 1 2 2" + colour(3)}},
         {head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3",
          {"line 1 1 2 1" + colour(3)}}, // cut within a point
+        {head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3\r",
+         {"line 1 1 2 1" + colour(3)}}, // ... and a line end
         // The old form begins at the point of its header.
         {"0\nPOLYLINE\n62\n1\n10\n0\n20\n0\n0\nVERTEX\n10\n2\n20\n1\n0\nVERTEX\n62\n5\n10\n3\n20\n2\n"
          "0\nSEQEND\n0\nVERTEX\n10\n9\n20\n9\n0\nENDSEC\n",

@@ -247,6 +247,10 @@ TEST_F(maptest, cancelAndImpossibleMaps) {
     SessionState.autorange = true;
     refused("no receivers");
     EXPECT_EQ(SessionState.maxLevel, 80);
+    SessionState.useSurfer = true;
+    SessionState.gridReady = -1;
+    RoomModel.roomMaxY = RoomModel.roomMinY;
+    refused("no height");
 }
 
 TEST_F(maptest, aPictureAskedForMeanwhileComesLast) {

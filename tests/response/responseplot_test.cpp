@@ -1,6 +1,7 @@
 // The plot of a response, its cursors and keys, and the paths that it shows together with the scene.
 #include "response/responseplot.h"
 
+#include "base/numbertext.h"
 #include "response/raypathdisplay.h"
 #include "response/raypathset.h"
 #include "response/responselevels.h"
@@ -213,6 +214,12 @@ TEST_F(plots, barsShowWhatPathsDoNotExplain) {
     });
     EXPECT_EQ(spikes, 2);
     EXPECT_EQ(plot.lines[plot.lines.size() - 2], "line .26 20 .51 20 FF0000 mode 7");
+    energy(1, 1) = 16777216;
+    RayPathSet.paths[1][0].energy[khz1] = 1.25F;
+    RayPathSet.paths[1][1].energy[khz1] = 16777213;
+    forgetlevels();
+    impulsedraw(0, 1);
+    EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 3.0103F) << "of 2: single precision at each path";
     choosereceiver(0);
     EXPECT_EQ(ResponsePlot.RecNo, 1) << "only single receivers have paths";
     presskey(plotright, "");
@@ -258,23 +265,32 @@ struct scenepaths : plots {
         extendbox(-2, -2, -2);
         path(1, 0.1, 1);
     }
+
+    // What an action draws on the scene, and the state that it leaves.
+    std::string story;
+    void step(const char* title, const std::function<void()>& act) {
+        picture.lines.clear();
+        act();
+        story.append("# ").append(title).append("\r\n");
+        for (const std::string& line : picture.lines) story += line + "\r\n";
+        story += "marked" + wholetext(SessionState.markedPath);
+        story += ischecked("viewraypaths") ? ", paths shown" : "";
+        story += isenabled("ViewImpulse") ? ", response at hand\r\n" : "\r\n";
+    }
 };
 
-TEST_F(scenepaths, fromSourceOverTheFacesToTheReceiver) {
-    for (const bool solid : {false, true}) {
-        solid ? draw3dview(picture.surface, true) : draw2dview(picture.surface, true);
+TEST_F(scenepaths, goFromTheSourceOverTheFacesToTheReceiver) {
+    step("flat", [&] {
+        draw2dview(picture.surface, true);
         picture.lines.clear();
         drawpath(picture.surface, 1, 1);
-        const lines flat = {"plot -1 0 FF0000 mode 10", "line -1 0 1 0 FF0000 mode 10",
-                            "line 1 0 0 0 FF0000 mode 10"};
-        const lines spatial = {"plot -.5 0 FF0000 mode 10",
-                               "line -.5 0 .5 0 FF0000 mode 10",
-                               "line 0 0 .5 0 FF0000 width 3 mode 10",
-                               "line .5 0 0 .5 FF0000 width 3 mode 10",
-                               "line 0 .5 0 0 FF0000 width 3 mode 10",
-                               "line .5 0 0 .5 FF0000 mode 10"};
-        EXPECT_EQ(picture.lines, solid ? spatial : flat);
-    }
+    });
+    step("spatial", [&] {
+        draw3dview(picture.surface, true);
+        picture.lines.clear();
+        drawpath(picture.surface, 1, 1);
+    });
+    expectgolden("scenepaths.txt", story);
     picture.lines.clear();
     path(1, 2);         // later than the response
     path(1, 0.5, 1, 2); // a face that the room does not have
@@ -286,39 +302,27 @@ TEST_F(scenepaths, fromSourceOverTheFacesToTheReceiver) {
     EXPECT_EQ(picture.lines, lines());
 }
 
+// A path is drawn once more to go, as it was drawn, whatever has been chosen since.
 TEST_F(scenepaths, theMarkedPathIsOnThePictureOnce) {
     path(1, 0.2);
     enablecommand("ViewImpulse", true);
     draw2dview(picture.surface, true);
-    picture.lines.clear();
-    const auto count = [&] {
-        return std::count(picture.lines.begin(), picture.lines.end(), "plot -1 0 FF0000 mode 10");
-    };
-    showpaths();
-    EXPECT_EQ(count(), 1);
-    EXPECT_TRUE(ischecked("viewraypaths"));
-    EXPECT_FALSE(isenabled("ViewImpulse"));
+    step("shown", [&] { showpaths(); });
     EXPECT_EQ(scripted::statustext(1), "Click near to a receiver for selecting its response...");
-    presskey(plotright, ""); // out with the one, in with the other
-    EXPECT_EQ(count(), 3);
-    EXPECT_EQ(SessionState.markedPath, 2);
-    picture.lines.clear();
-    draw2dview(picture.surface, true);
-    EXPECT_EQ(picture.lines.back(), "line -1 0 0 0 FF0000 mode 10");
-    scripted::atclose(responsewindowname, closeplot);
-    viewraypaths();
-    EXPECT_EQ(count(), 2);
-    EXPECT_FALSE(ischecked("viewraypaths"));
-    EXPECT_TRUE(isenabled("ViewImpulse"));
-    EXPECT_EQ(SessionState.markedPath, 0);
+    step("the next one instead", [] { presskey(plotright, ""); });
+    step("with the scene", [&] { draw2dview(picture.surface, true); });
+    step("closed", [] {
+        scripted::atclose(responsewindowname, closeplot);
+        viewraypaths();
+    });
     EXPECT_EQ(scripted::pointershape(), platform::shape::sizeall);
-    showpaths(); // with the levels kept
-    EXPECT_EQ(SessionState.markedPath, 1);
-    EXPECT_EQ(count(), 3);
-    SessionState.viewPlane = planechoice::YZ; // what the next drawing is to show
-    SessionState.colourRays = rgb(0, 0, 255);
-    presskey(plotright, "");
-    EXPECT_EQ(count(), 4) << "a path goes as it was drawn";
+    step("shown again, with the levels kept", [&] { showpaths(); });
+    step("the next one, under other choices", [] {
+        SessionState.viewPlane = planechoice::YZ; // what the next drawing is to show
+        SessionState.colourRays = rgb(0, 0, 255);
+        presskey(plotright, "");
+    });
+    expectgolden("markedpath.txt", story);
 }
 
 } // namespace

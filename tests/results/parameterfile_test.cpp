@@ -183,9 +183,9 @@ TEST_F(olderfiles, AreRewrittenBesideACopy) {
     RoomModel.receiverCount = 1; // stays, so that fewer receivers are written than the old file held
     convert(platform::answer::ok);
     EXPECT_EQ(readtext(path + ".old"), text);
-    EXPECT_NE(readtext(path).find("from file:\",\"" + path + "\"\r\n"), std::string::npos); // its own name
-    forget();
-    loadparameters(path);
+    const std::string fresh = readtext(path);
+    EXPECT_NE(fresh.find("from file:\",\"" + path + "\"\r\n"), std::string::npos); // its own name
+    loadtext(fresh);
     EXPECT_EQ(RoomModel.receiverCount, 1);
     EXPECT_EQ(P.LF(1, 1), 0.25F); // as it stood in memory
     EXPECT_EQ(P.ITDGeq(1, 12), marked(14, 1, 12));
@@ -194,41 +194,22 @@ TEST_F(olderfiles, AreRewrittenBesideACopy) {
 
 // --- Damaged files ---
 
-// Loads every beginning of a text from `first` bytes on. Those that `maybewhole` does not allow have to fail
-// with file and line, and none that fails may be changed.
-template <class rule>
-void cutanywhere(const std::string& path, const std::string& text, std::size_t first, rule maybewhole) {
-    for (std::size_t cut = first; cut < text.size(); ++cut) {
+// A beginning of a file fails with file and line, and stays as it is. Only behind the spectra with about a
+// per cent of decay times, and within the very last number, it may count as whole.
+TEST_F(parameterfiles, CutAnywhereNameFileAndLine) {
+    const std::string text = savedtext(0);
+    const std::size_t tail = text.find("\"Parameter =\",\"EDT\""), lastcomma = text.rfind(',');
+    for (std::size_t cut = 0; cut < text.size(); ++cut) {
         const std::string part = text.substr(0, cut);
         writetext(path, part);
         try {
             loadparameters(path);
-            EXPECT_TRUE(maybewhole(cut)) << cut;
+            EXPECT_TRUE((cut + 3 >= tail && cut < tail + tail / 50) || cut > lastcomma + 2) << cut;
         } catch (const runtimeerror& error) {
             EXPECT_NE(error.text.find(path + ", line "), std::string::npos) << error.text;
             EXPECT_EQ(readtext(path), part);
         }
     }
-}
-
-TEST_F(parameterfiles, CutAnywhereNamesFileAndLine) {
-    const std::string text = savedtext(0);
-    const std::size_t tail = text.find("\"Parameter =\",\"EDT\""), lastcomma = text.rfind(',');
-    // Behind the spectra with about a per cent of decay times, and within the very last number.
-    cutanywhere(path, text, 0, [&](std::size_t cut) {
-        return (cut + 3 >= tail && cut < tail + tail / 50) || cut > lastcomma + 2;
-    });
-}
-
-TEST_F(olderfiles, CutAnywhereNameFileAndLine) {
-    text.resize(text.find("\r\n1,") + 2); // the room alone
-    const std::size_t thirdline = text.find("\"Num."), firstgroup = text.find("\r\n0,") + 2;
-    scripted::record(false); // computations begin where the cut takes nothing
-    scripted::onfailure([](const std::string&) {});
-    // Three lines without a group are a whole file, and so is one whose last text lacks its end.
-    cutanywhere(path, text, 5, [&](std::size_t cut) {
-        return (cut > thirdline && cut <= firstgroup) || cut > text.rfind("\"-\"");
-    });
 }
 
 TEST_F(parameterfiles, BadFieldsNameTheirLine) {
@@ -258,6 +239,10 @@ TEST_F(parameterfiles, BadFieldsNameTheirLine) {
             << each.place << " " << error.text;
     }
     EXPECT_EQ(kindof([&] { loadparameters(inside("missing.-01")); }), errorkind::filenotfound);
+    // Of the older layout too, where a group is cut.
+    const std::string older = readtext(TEST_FILES "/golden/older.-07");
+    const runtimeerror error = failureof([&] { loadtext(older.substr(0, older.rfind(",\"-\"") - 3)); });
+    EXPECT_TRUE(error.text.starts_with(path + ", line 81: ")) << error.text;
 }
 
 // --- Its name, and where nothing can be written ---

@@ -42,12 +42,7 @@ struct speechindex : sessiontest {
 };
 
 // All bands alike with index x give STI-Male of x times the weights less those of redundancy.
-constexpr double malesum = 1.2713 - 0.381, femalesum = 1.328 - 0.328;
-
-double bandindex(double modulation) {
-    const double ratio = 10 * std::log10(modulation / (1 - modulation));
-    return (std::min(std::max(ratio, -15.0), 15.0) + 15) / 30;
-}
+constexpr double malesum = 1.2713 - 0.381;
 
 TEST_F(speechindex, ClosedForms) {
     const std::pair<float, double> cases[] = {{1.5F, 0.818081},  // counts as .9
@@ -114,21 +109,19 @@ TEST_F(speechindex, TheFemaleModulationIsThatOfTheLastEvaluation) {
     compute();
     s.backgroundNoiseFlag = 0;
     compute();
-    const double last = 0.8 / (1 + std::pow(10, -(60.0 - 18) / 10)); // at 8 kHz
-    EXPECT_NEAR(P.STI(1, 12), femalesum * bandindex(last), 1e-6);
+    EXPECT_NEAR(P.STI(1, 12), 0.7006410, 1e-6); // of .8 / (1 + 10^-4.2), that at 8 kHz
 }
 
 TEST_F(speechindex, WithoutParametersOrReceiversOnlyTheRoomsRowIsZeroed) {
     const std::pair<float, int> cases[] = {{0.0F, 1}, {-1.0F, 0}}; // parameter source and receivers
     for (const auto& [source, receivers] : cases) {
-        for (int b = 1; b <= 12; ++b) P.STI(0, b) = P.STI(1, b) = 3;
+        P.STI(0, 2) = P.STI(0, 3) = P.STI(0, 12) = P.STI(1, 3) = 3;
         SessionState.parameterSource = source;
         RoomModel.receiverCount = receivers;
         compute();
-        for (int b = 1; b <= 12; ++b) {
-            EXPECT_EQ(P.STI(0, b), b < 3 ? 3.0F : 0.0F) << b;
-            EXPECT_EQ(P.STI(1, b), 3.0F) << b;
-        }
+        EXPECT_EQ(P.STI(0, 2), 3.0F);
+        EXPECT_EQ(P.STI(0, 3) + P.STI(0, 12), 0.0F);
+        EXPECT_EQ(P.STI(1, 3), 3.0F);
     }
 }
 

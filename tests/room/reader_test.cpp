@@ -158,11 +158,6 @@ TEST_F(reader, HoldsNoMoreThanItsTables) {
     EXPECT_EQ(RoomModel.faceVertexX(1, 120), 1.0F);
 
     const std::string face = "Face 0 1 1 0 0 0\n";
-    const auto repeated = [](const std::string& line, int count) {
-        std::string all;
-        while (count-- > 0) all += line;
-        return all;
-    };
     const struct {
         std::string head, line;
         int highest;
@@ -175,7 +170,8 @@ TEST_F(reader, HoldsNoMoreThanItsTables) {
         {"", "Ray 1 1 1 0 0 0\n", highestrayline},
     };
     for (const auto& table : tables) {
-        text = table.head + repeated(table.line, table.highest);
+        text = table.head;
+        for (int i = 0; i < table.highest; ++i) text += table.line;
         load(text);
         const runtimeerror error = failureof([&] { load(text + table.line); });
         EXPECT_EQ(error.kind, errorkind::subscript);
@@ -184,7 +180,8 @@ TEST_F(reader, HoldsNoMoreThanItsTables) {
         EXPECT_NE(error.text.find(std::to_string(table.highest)), std::string::npos) << error.text;
     }
     // The face of an opening is told in 16 bits.
-    text = repeated(face, 32768);
+    text.clear();
+    for (int i = 0; i < 32768; ++i) text += face;
     EXPECT_EQ(kindof([&] { load(text + "Door 0 1 1 0 0 0\n"); }), errorkind::overflow);
 }
 

@@ -23,6 +23,8 @@ TEST(drawsurface, windows) {
     DrawSurface& s = r.surface;
     s.setWindow(-4, 3, 4, -1);
     EXPECT_DOUBLE_EQ(s.textWidth("abc"), 0.24);
+    EXPECT_EQ(s.elided("abcdefgh", 0.64), "abcdefgh");
+    EXPECT_EQ(s.elided("abcdefgh", 0.63), "ab...gh");
     EXPECT_DOUBLE_EQ(s.textHeight("abc"), -0.16);
     s.resize(1600, 800, 2); // a dense device has the same size in pixels, and the window stays
     EXPECT_DOUBLE_EQ(s.toPixelsY(1), -100);

@@ -26,7 +26,7 @@ std::vector<std::string> between(const std::string& text, std::string_view befor
 }
 
 TEST(manual, EveryElementClosesAndEveryLinkLeadsSomewhere) {
-    const std::string page = manualpage(readmanualsources(DATA_FILES "/manual"));
+    const std::string page = manualpage(readmanualsources(DATA_FILES "/manual", {MADE_CHAPTER}));
     std::vector<std::string> open;
     for (const std::string& tag : between(page, "<", " >\r\n")) {
         if (tag == "img" || tag == "meta" || tag == "br" || tag[0] == '!') continue;

@@ -34,6 +34,8 @@ TEST_F(menus, OffersOnlyWhatCanRun) {
     runcommand("FLoad");
     suspendcommands(false);
     EXPECT_TRUE(isoffered(command("FLoad")));
+    for (const char* unknown : {"", "-", "fload", "FLoad "})
+        EXPECT_EQ(kindof([&] { command(unknown); }), errorkind::subscript) << unknown;
 }
 
 TEST_F(menus, ViewEntriesToggleTheirMarkAndNothingElse) {
@@ -65,11 +67,6 @@ TEST_F(menus, AutoRedrawHasItsCaption) {
         EXPECT_EQ(platform::gettext("Redisplay"), manual ? "Manual Redraw" : "Auto Redraw");
         EXPECT_EQ(ischecked("AutRed"), !manual);
     }
-}
-
-TEST_F(menus, UnknownNamesFail) {
-    for (const char* name : {"", "-", "fload", "FLoad "})
-        EXPECT_EQ(kindof([&] { command(name); }), errorkind::subscript) << name;
 }
 
 TEST_F(menus, QuitHelpAndAbout) {

@@ -106,6 +106,11 @@ TEST_F(mainwindowtest, opensAResultAndItsRoom) {
     EXPECT_TRUE(isdrawn(QRect(200, 100, 300, 300)));
     EXPECT_TRUE(control("ControlColumn").isEnabled());
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+
+    QTest::mouseClick(&control("LogButton"), Qt::LeftButton);
+    EXPECT_EQ(page(), &control("LoadLog"));
+    choose("CamRedr2D");
+    EXPECT_EQ(page(), &control("Picture1"));
 }
 
 TEST_F(mainwindowtest, cameraFieldsActOnEnterAndOnLeaving) {

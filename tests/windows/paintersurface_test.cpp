@@ -1,6 +1,8 @@
 // The painter behind the drawing surface: pixels on an image, and a printed page.
 #include "scene/paintersurface.h"
 
+#include "shell/sessionstate.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -116,6 +118,28 @@ TEST(paintersurface, pixelsatbothratios) {
     }
 }
 
+// Circles are copied from pixels kept; each must be what a painter makes of it, also at the edges.
+TEST(paintersurface, circlesarethepainters) {
+    paintersurface picture(120, 90, 2);
+    DrawSurface& s = picture.surface;
+    s.setFillStyle(fillstyle::solid);
+    s.setFillColor(blue);
+    for (const double radius : {0.5, 7.0, 7.0, 30.0, 49.0}) {
+        s.clear();
+        QImage expected(240, 180, QImage::Format_RGB32);
+        expected.fill(Qt::white);
+        QPainter painter(&expected);
+        painter.setPen(QPen(Qt::red, 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        painter.setBrush(Qt::blue);
+        const int r = static_cast<int>(2 * radius);
+        for (const QPoint middle : {QPoint(120, 90), QPoint(0, 179), QPoint(234, 4)}) {
+            s.circle(middle.x() / 2.0, middle.y() / 2.0, radius, red);
+            painter.drawEllipse(middle.x() - r, middle.y() - r, 2 * r, 2 * r);
+        }
+        EXPECT_EQ(snapshot(picture), expected) << radius;
+    }
+}
+
 TEST(paintersurface, keepsandresizes) {
     paintersurface picture(60, 40, 1);
     DrawSurface& s = picture.surface;
@@ -131,6 +155,25 @@ TEST(paintersurface, keepsandresizes) {
     s.clear();
     s.line(-1, 0, 1, 0, red);
     EXPECT_EQ(extentof(snapshot(picture)).width(), 180);
+}
+
+// What a map draws twice looks as if drawn once, also where cells have covered half of a text between.
+TEST(paintersurface, textsofmapsarenotbold) {
+    paintersurface once(120, 40, 1), twice(120, 40, 1);
+    const auto cells = [](DrawSurface& s) { s.filledBox(0, 0, 30, 39, 0x80FF40); };
+    const auto label = [](DrawSurface& s) {
+        s.setTextPoint(5, 5);
+        s.textLine("-100.0");
+    };
+    SessionState.mapInProgress = true;
+    label(twice.surface);
+    cells(twice.surface);
+    label(twice.surface);
+    label(twice.surface);
+    SessionState.mapInProgress = false;
+    cells(once.surface);
+    label(once.surface);
+    EXPECT_EQ(snapshot(twice), snapshot(once));
 }
 
 } // namespace

@@ -88,7 +88,7 @@ TEST_F(responsewindowtest, keysListsAndZoomReachThePlot) {
         EXPECT_TRUE(response.window.isVisible());
 
         response.expectroom({"Picture1", "RecNo", "FreqNo", "Xtext", "schlabel", "PathLenght"});
-        EXPECT_EQ(response.image().size(), response.plot().size());
+        EXPECT_EQ(response.image().size(), response.plot().size() * response.plot().devicePixelRatioF());
     });
     open([](const openresponse&) {}); // a second time
 }

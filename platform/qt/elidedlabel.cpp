@@ -1,0 +1,32 @@
+// Labels of paths and other texts of any length.
+#include "platform/qt/elidedlabel.h"
+
+#include "platform/qt/windowhook.h"
+
+#include <QLabel>
+#include <QVariant>
+
+#include <algorithm>
+
+namespace orv {
+
+namespace {
+
+constexpr const char* whole = "wholeText"; // the property that keeps it
+
+} // namespace
+
+void keepelided(QLabel& label) {
+    label.setTextFormat(Qt::PlainText);
+    label.setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    hook(label, {.resize = [&label] { showelided(label, label.property(whole).toString()); }});
+}
+
+void showelided(QLabel& label, const QString& text) {
+    const int room = label.contentsRect().width() - 2 * std::max(label.indent(), 0);
+    label.setProperty(whole, text);
+    label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, room));
+    label.setToolTip(label.text() == text ? QString() : text);
+}
+
+} // namespace orv

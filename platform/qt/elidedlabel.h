@@ -1,0 +1,15 @@
+// Labels of paths and other texts of any length. For Qt files only.
+#pragma once
+
+class QLabel;
+class QString;
+
+namespace orv {
+
+// The label takes what width it is given, and fits its text anew whenever that changes.
+void keepelided(QLabel& label);
+
+// Shows a text, without its middle where it is too long; the whole is then the tool tip.
+void showelided(QLabel& label, const QString& text);
+
+} // namespace orv
