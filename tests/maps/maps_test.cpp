@@ -1,4 +1,4 @@
-// The field of a map against a naive double loop, its levels, and the two mosaic maps cell by cell.
+// The extent and levels of a map, and the two mosaic maps cell by cell against a naive loop.
 #include "maps/mapfield.h"
 
 #include "maps/colourschemes.h"
@@ -63,18 +63,6 @@ struct maptest : mapsession {
         return text;
     }
 };
-
-TEST_F(maptest, fieldEqualsTheNaiveLoop) {
-    receivers(101);
-    for (const planechoice plane : {planechoice::XY, planechoice::YZ, planechoice::XZ}) {
-        SessionState.viewPlane = plane;
-        const mapreceivers r = receiversofmap();
-        std::vector<double> c2, value(37);
-        for (int j = 0; j < 37; ++j) c2.push_back(0.37 * j);
-        fieldcolumn(r, 5.5, c2, value);
-        for (std::size_t j = 0; j < c2.size(); ++j) EXPECT_DOUBLE_EQ(value[j], naive(5.5, c2[j]));
-    }
-}
 
 TEST_F(maptest, aReceiverHasAWeightOfTen) {
     RoomModel.receiverCount = 0;

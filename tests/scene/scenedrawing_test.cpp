@@ -171,25 +171,21 @@ TEST_F(scenetest, sourcelabels) {
 
 TEST_F(scenetest, titles) {
     sessionstate& s = SessionState;
-    EXPECT_EQ(scenetitle(), "Orvanta View v. 3.10 - hall.ray");
+    pictures.push_back(scenetitle());
     s.parameterSource = 1;
     const struct {
         const char* parameter;
         int band, corrected, equalized;
-        const char* text;
-    } cases[] = {{"T30", 6, 0, 0, " Freq.=1000 - T30"},
-                 {"T30", 11, -1, -1, " Freq.=A - T30"},
-                 {"STI", 11, -1, -1, " - STI-Male (Equalized) (Lw corrected)"},
-                 {"STI", 12, 0, 0, " - STI-Female"},
-                 {"STI", 5, 0, 0, " Freq.=500 - STI"},
-                 {"STI", 13, 0, 0, ""}};
+    } cases[] = {{"T30", 6, 0, 0},  {"T30", 11, -1, -1}, {"STI", 11, -1, -1},
+                 {"STI", 12, 0, 0}, {"STI", 5, 0, 0},    {"STI", 13, 0, 0}};
     for (const auto& one : cases) {
         s.parameterName = one.parameter;
         s.bandIndex = one.band;
         s.backgroundNoiseFlag = s.forceVoiceSplFlag = one.corrected;
         s.equalizeSpectrumFlag = one.equalized;
-        EXPECT_EQ(scenetitle(), std::string("Orvanta View v. 3.10 - hall.ray") + one.text);
+        pictures.push_back(scenetitle());
     }
+    expectgolden("titles.txt", pictures);
 }
 
 TEST_F(scenetest, impossibleviewskeepthepicture) {
