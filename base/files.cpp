@@ -23,7 +23,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int freshnames = 99; // tries for the name of a file that is going to replace another
+constexpr int freshnames = 99;           // tries for the name of a file that is going to replace another
+constexpr std::size_t freshlength = 240; // what that takes of the other's name; a system ends names at 255
 
 constexpr char separator = static_cast<char>(fs::path::preferred_separator);
 
@@ -177,10 +178,11 @@ filewriter::filewriter(const std::string& name) : path(name), target(name) {
     // A link keeps pointing where it did, the rights of the old file stay, and a protected one is refused.
     if (fs::is_symlink(path, error)) target = fs::weakly_canonical(path, error).string();
     if (fs::exists(status) && !openfile(std::fopen(target.c_str(), "r+b"))) notwritten(path, errno);
-    fresh = target + ".new";
+    const std::string beginning = joinpath(directoryof(target), filenameof(target).substr(0, freshlength));
+    fresh = beginning + ".new";
     file = std::fopen(fresh.c_str(), "wbx");
     for (int i = 1; !file && errno == EEXIST && i <= freshnames; ++i) { // somebody's file of that name stays
-        fresh = target + ".new" + std::to_string(i);
+        fresh = beginning + ".new" + std::to_string(i);
         file = std::fopen(fresh.c_str(), "wbx");
     }
     if (!file) notwritten(path, errno);
@@ -199,9 +201,13 @@ void filewriter::write(std::string_view bytes) {
     if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) notwritten(path, errno);
 }
 
-void filewriter::finish() {
+void filewriter::flush() {
     errno = 0;
     if (std::fflush(file) != 0) notwritten(path, errno);
+}
+
+void filewriter::finish() {
+    flush();
     const bool closed = std::fclose(std::exchange(file, nullptr)) == 0;
     const int reason = errno;
     std::error_code error;

@@ -49,6 +49,7 @@ struct filewriter {
     filewriter& operator=(const filewriter&) = delete;
 
     void write(std::string_view bytes); // raises fileaccess
+    void flush();                       // what was written is with the system; raises fileaccess
     void finish();                      // raises fileaccess
 
 private:

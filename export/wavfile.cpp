@@ -7,13 +7,12 @@
 //     24   sample rate                           44   frames, the samples of channel 1 first
 #include "export/wavfile.h"
 
-#include "base/files.h"
 #include "base/runtimeerror.h"
 
 #include <bit>
-#include <cerrno>
-#include <cstring>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 
 namespace orv {
 
@@ -21,6 +20,7 @@ namespace {
 
 constexpr std::uint32_t floatformat = 3;
 constexpr std::int64_t headerrest = 36; // bytes of the header behind the file's size
+constexpr std::size_t copiedbytes = 1 << 20;
 
 static_assert(std::endian::native == std::endian::little, "samples are written as they stand in memory");
 
@@ -32,11 +32,6 @@ std::int32_t checkedsize(int channels, std::int64_t frames, std::int64_t beside)
                                                     " samples would have " + std::to_string(bytes) +
                                                     " bytes; it can have 2147483647 at most."};
     return static_cast<std::int32_t>(bytes);
-}
-
-[[noreturn]] void failed(const std::string& path, const char* what) {
-    throw runtimeerror{errno == ENOENT ? errorkind::filenotfound : errorkind::fileaccess,
-                       pagetext(path) + ": " + what + " (" + std::strerror(errno) + ")."};
 }
 
 } // namespace
@@ -76,14 +71,11 @@ std::string wavheader(int channels, std::int32_t sampleRate, std::int64_t frames
     return bytes;
 }
 
-wavwriter::wavwriter(const std::string& name) : path(name), file(std::fopen(path.c_str(), "r+b")) {
-    if (!file && errno == ENOENT) file.reset(std::fopen(path.c_str(), "wb"));
-    if (!file) failed(path, "the file cannot be written");
-}
+wavwriter::wavwriter(const std::string& name) : path(name), file(name) {}
 
 void wavwriter::write(std::string_view bytes) {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size())
-        failed(path, "the file cannot be written");
+    file.write(bytes);
+    written += bytes.size();
 }
 
 void wavwriter::write(std::span<const float> samples) {
@@ -91,7 +83,17 @@ void wavwriter::write(std::span<const float> samples) {
 }
 
 void wavwriter::finish() {
-    if (std::fclose(file.release()) != 0) failed(path, "the file cannot be written");
+    std::error_code error;
+    if (std::filesystem::is_regular_file(path, error) && filesize(path) > written) {
+        partreader older(path);
+        std::string part;
+        for (std::uint64_t at = written;; at += part.size()) {
+            older.read(at, copiedbytes, part);
+            if (part.empty()) break;
+            file.write(part);
+        }
+    }
+    file.finish();
 }
 
 } // namespace orv

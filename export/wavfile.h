@@ -1,9 +1,9 @@
 // WAV files of 32-bit floats, in the plain form: 44 bytes of header, then one frame after the other.
 #pragma once
 
+#include "base/files.h"
+
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,20 +24,19 @@ std::int32_t wavfilelength(int channels, std::int64_t frames);
 // The 44 bytes in front of the samples. Raises overflow.
 std::string wavheader(int channels, std::int32_t sampleRate, std::int64_t frames);
 
-// A file that is written from its start as it stands: an older one keeps what lies behind the new bytes.
+// A file that takes the place of an older one as if it were written over it: what lies behind the new bytes
+// in a longer one stays. Until it is finished the older one stays as it was.
 struct wavwriter {
-    explicit wavwriter(const std::string& name); // raises filenotfound, fileaccess
+    explicit wavwriter(const std::string& name); // raises fileaccess
 
     void write(std::string_view bytes);         // raises fileaccess
     void write(std::span<const float> samples); // raises fileaccess
     void finish();                              // raises fileaccess
 
 private:
-    struct closefile {
-        void operator()(std::FILE* open) const { std::fclose(open); }
-    };
     std::string path;
-    std::unique_ptr<std::FILE, closefile> file;
+    filewriter file;
+    std::uint64_t written = 0; // bytes
 };
 
 } // namespace orv

@@ -159,11 +159,13 @@ void savematerials() {
         addline(materials, row);
         colours.append(wholetext(SessionState.materialColour(row))).append(lineend);
     }
-    // Both are whole on the disk before either takes the place of its former one.
     filewriter materialfile(datafile("Orvanta.mat"));
     filewriter colourfile(datafile("orvcolor.mat"));
     materialfile.write(materials);
     colourfile.write(colours);
+    // Both are whole before either takes the place of its former one.
+    materialfile.flush();
+    colourfile.flush();
     materialfile.finish();
     colourfile.finish();
 }

@@ -1,10 +1,13 @@
 // Steps: the export of responses as sound.
 #include "base/files.h"
 #include "platform/qt/answers.h"
+#include "platform/qt/qttext.h"
 #include "tour/guide.h"
 #include "tour/steps.h"
 
+#include <QClipboard>
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -35,7 +38,9 @@ void exportwav() {
         dialog.findChild<QComboBox*>("RecNo")->setCurrentIndex(11);
         auto& radix = *dialog.findChild<QLineEdit*>("FileRadix");
         radix.selectAll();
-        QTest::keyClicks(&radix, QString::fromStdString(sessiondirectory() + "/hall.wav"));
+        // Pasted, since a path may have letters that no key click knows.
+        QGuiApplication::clipboard()->setText(qtpath(sessiondirectory() + "/hall.wav"));
+        radix.paste();
         exportformat(dialog, "1ch_Omni", 1);
         exportformat(dialog, "2ch_Stereo", 2);
         exportformat(dialog, "16ch_3rd_order_Ambisonics_(Ambix)", 16);

@@ -118,6 +118,8 @@ void runstep(const step& now) {
     now.run();
     for (const std::string& left : answers::stop()) failures.push_back(left + " did not come");
     QCoreApplication::processEvents();
+    // Otherwise goes when the event loop has control again, which the tour keeps from it.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (*now.picture) picture(now.picture);
 }
 
@@ -127,6 +129,8 @@ bool run(std::span<const step> steps, const std::string& output) {
     qInstallMessageHandler(passmessage);
     outputdirectory = output;
     clearoutput();
+    made.clear();
+    pictures = 0;
     bool good = true;
     for (const step& now : steps) {
         std::printf("%-37s", now.name);

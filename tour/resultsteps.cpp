@@ -48,6 +48,7 @@ void checktable(const std::string& text, std::ptrdiff_t rows, const std::string&
 } // namespace
 
 void openresult() {
+    std::filesystem::remove(datafile("hall.-01")); // of a former round
     answers::expectfile("Load an Impulse Response File and its Geometry", datafile("hall._01"),
                         [](QWidget&) { picture("open-dialog"); });
     expectspeechindex(platform::answer::yes, [](QWidget& dialog) {
@@ -123,7 +124,8 @@ void otherresult() {
 
 // In the old format; no room lies beside it, so that the program asks for one, with the whole log behind.
 void roomelsewhere() {
-    std::filesystem::copy_file(datafile("hall._05"), datafile("elsewhere._05"));
+    std::filesystem::copy_file(datafile("hall._05"), datafile("elsewhere._05"),
+                               std::filesystem::copy_options::overwrite_existing);
     answers::expectfile("Load an Impulse Response File and its Geometry", datafile("elsewhere._05"));
     expectspeechindex(platform::answer::no);
     answers::expectfile("Load a Orvanta CAD File", datafile("hall.RAY"), [](QWidget& dialog) {

@@ -26,6 +26,7 @@ namespace orv::tour {
 // Two results are chosen, one is delayed and one weighed, and the job is written; then both are summed as
 // they are. The sum opens like any other result.
 void sumsources() {
+    std::filesystem::remove(datafile("sum.___")); // of a former round
     const std::string both = "\"" + datafile("hall._01") + "\" \"" + datafile("hall._02") + "\"";
     answers::expectwindow("SumEqualize", [both](QWidget& window) {
         const auto clicked = [&window](const char* name) {

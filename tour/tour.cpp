@@ -3,16 +3,21 @@
 //
 // A new step is a routine in the file of its subject (steps.h) and a row in the table; guide.h has what it
 // can do.
-#include "tour/guide.h"
-
 #include "platform/qt/platformqt.h"
 #include "shell/mainwindow.h"
+#include "tour/guide.h"
+#include "tour/rounds.h"
 #include "tour/steps.h"
 
 #include <QApplication>
 #include <QTimer>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <string>
 
 namespace orv::tour {
 
@@ -73,20 +78,29 @@ constexpr step steps[] = {
     {"Exit", leave, ""},
 };
 
+// More rounds begin with the first result each.
+bool taketour(const std::string& output, int rounds) {
+    if (rounds == 1) return run(steps, output);
+    const auto first = std::find_if(std::begin(steps), std::end(steps),
+                                    [](const step& one) { return one.run == openresult; });
+    return runrounds(steps, static_cast<std::size_t>(first - steps), output, rounds);
+}
+
 } // namespace
 
 } // namespace orv::tour
 
 int main(int argumentcount, char** arguments) {
-    if (argumentcount != 2) {
-        std::fputs("usage: orvtour OUTPUT\n", stderr);
+    const int rounds = argumentcount == 3 ? std::atoi(arguments[2]) : 1;
+    if (argumentcount < 2 || argumentcount > 3 || rounds < 1) {
+        std::fputs("usage: orvtour OUTPUT [ROUNDS]\n", stderr);
         return 2;
     }
     QApplication application(argumentcount, arguments);
     orv::platform::prepare();
     bool good = false;
     QTimer::singleShot(0, [&] {
-        good = orv::tour::run(orv::tour::steps, arguments[1]);
+        good = orv::tour::taketour(arguments[1], rounds);
         QCoreApplication::quit();
     });
     QApplication::exec();

@@ -68,6 +68,7 @@ TEST_F(files, AreReplacedWithoutATrace) {
     EXPECT_EQ(fs::status("room.ray").permissions(), fs::perms(0640));
     EXPECT_EQ(readtext("room.ray.new"), "somebody's own");
     EXPECT_EQ(entries(), 3U);
+    replacefile(std::string(255, 'n'), "as long as a name can be");
     EXPECT_EQ(kindof([] { replacefile("no/such/folder", "x"); }), errorkind::fileaccess);
 }
 

@@ -108,7 +108,7 @@ TEST_F(materials, NamesFileLineAndReason) {
     // Neither is replaced where the other cannot be.
     writetext("ORVANTA.MAT", "kept");
     std::filesystem::remove("orvcolor.mat");
-    std::filesystem::create_directory("orvcolor.mat");
+    std::filesystem::create_symlink("/dev/full", "orvcolor.mat");
     EXPECT_EQ(kindof(savematerials), errorkind::fileaccess);
     EXPECT_EQ(readtext("ORVANTA.MAT"), "kept");
 }
