@@ -56,6 +56,31 @@ using openfile = std::unique_ptr<std::FILE, closefile>;
            "the file cannot be written (" + std::string(std::strerror(reason)) + ")");
 }
 
+// The character at `at`, which moves on behind it; a byte that is no UTF-8 is not whole.
+struct codepoint {
+    std::uint32_t value;
+    bool whole;
+};
+codepoint nextpoint(std::string_view utf8, std::size_t& at) {
+    const auto lead = static_cast<unsigned char>(utf8[at]);
+    const std::size_t length = lead < 0x80 ? 1 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
+    std::uint32_t point = length < 2 ? lead : lead & (0xFFU >> (length + 1));
+    bool whole = length > 0 && at + length <= utf8.size();
+    for (std::size_t i = 1; whole && i < length; ++i) {
+        const auto next = static_cast<unsigned char>(utf8[at + i]);
+        whole = (next & 0xC0U) == 0x80;
+        point = point << 6 | (next & 0x3FU);
+    }
+    at += whole ? length : 1;
+    return {point, whole};
+}
+
+bool isutf8(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();)
+        if (!nextpoint(text, at).whole) return false;
+    return true;
+}
+
 // Upper case of the letters a to z, and of the accented ones of the files' code page in UTF-8.
 std::string foldedname(std::string_view name) {
     constexpr std::pair<std::string_view, std::string_view> farpairs[] = {{"\xC5\x93", "\xC5\x92"},
@@ -283,28 +308,15 @@ std::string withoutlast(const std::string& name, int count) {
 std::string pagetext(std::string_view utf8) {
     std::string page;
     for (std::size_t at = 0; at < utf8.size();) {
-        const auto lead = static_cast<unsigned char>(utf8[at]);
-        const std::size_t length = lead < 0x80    ? 1
-                                   : lead >= 0xF0 ? 4
-                                   : lead >= 0xE0 ? 3
-                                   : lead >= 0xC0 ? 2
-                                                  : 0;
-        std::uint32_t point = length < 2 ? lead : lead & (0xFFU >> (length + 1));
-        bool whole = length > 0 && at + length <= utf8.size();
-        for (std::size_t i = 1; whole && i < length; ++i) {
-            const auto next = static_cast<unsigned char>(utf8[at + i]);
-            whole = (next & 0xC0U) == 0x80;
-            point = point << 6 | (next & 0x3FU);
-        }
+        const codepoint next = nextpoint(utf8, at);
         char letter = '?';
-        if (whole && (point < 0x80 || (point >= 0xA0 && point <= 0xFF))) {
-            letter = static_cast<char>(point);
-        } else if (whole) {
+        if (next.whole && (next.value < 0x80 || (next.value >= 0xA0 && next.value <= 0xFF))) {
+            letter = static_cast<char>(next.value);
+        } else if (next.whole) {
             for (std::size_t i = 0; i < pageletters.size(); ++i)
-                if (pageletters[i] == point) letter = static_cast<char>(0x80 + i);
+                if (pageletters[i] == next.value) letter = static_cast<char>(0x80 + i);
         }
         page += letter;
-        at += whole ? length : 1;
     }
     return page;
 }
@@ -329,6 +341,17 @@ std::string utf8text(std::string_view page) {
         }
     }
     return utf8;
+}
+
+std::string storedname(const std::string& name) {
+    std::string page = pagetext(name);
+    return utf8text(page) == name ? page : name;
+}
+
+std::string namestored(std::string_view stored) {
+    std::string name(stored);
+    const bool asitwas = isutf8(stored) && storedname(name) == name;
+    return asitwas ? name : utf8text(stored);
 }
 
 } // namespace orv

@@ -94,4 +94,9 @@ std::string withoutlast(const std::string& name, int count);
 std::string pagetext(std::string_view utf8);
 std::string utf8text(std::string_view page);
 
+// A file's name as it stands inside another file, and the way back: in the code page, or, with a letter that
+// the page does not have, as it is.
+std::string storedname(const std::string& name);
+std::string namestored(std::string_view stored);
+
 } // namespace orv

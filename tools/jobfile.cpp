@@ -1,4 +1,4 @@
-// The job file. Text, in the files' code page; CR LF or LF:
+// The job file. Text, in the files' code page (names as storedname has them); CR LF or LF:
 //
 //   "C:\halls\mine"                 directory of the inputs and of the output
 //   "both.___"                      name of the output
@@ -20,7 +20,7 @@ namespace orv {
 namespace {
 
 std::string readname(listreader& file) {
-    return utf8text(trimboth(readtext(file, listreader::commaends)));
+    return namestored(trimboth(readtext(file, listreader::commaends)));
 }
 
 // Blanks, commas and line ends behind the last field.
@@ -34,7 +34,7 @@ std::string writtenname(const std::string& name) {
     if (name.find('"') != std::string::npos)
         throw runtimeerror{errorkind::domain, "A job file cannot hold the name " + pagetext(name) +
                                                   ", which has a quotation mark in it."};
-    return pagetext(name);
+    return storedname(name);
 }
 
 } // namespace

@@ -101,6 +101,9 @@ TEST(encodings, TurnThePageIntoUtf8AndBack) {
     EXPECT_EQ(pagetext("\xF0\x9F\x98\x80!"), "?!"); // a letter that the page has not
     EXPECT_EQ(pagetext("\xFCz"), "?z");             // no UTF-8
     EXPECT_EQ(pagetext("\xE2\x82"), "??");
+    for (const char* name : {"Z\xC3\xBC", "\xCE\xB1 Z\xC3\xBC"})
+        EXPECT_EQ(namestored(storedname(name)), name);
+    EXPECT_EQ(storedname("Z\xC3\xBC"), "Z\xFC");
 }
 
 } // namespace
