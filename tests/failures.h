@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 
 namespace orv {
 
@@ -18,6 +19,14 @@ inline runtimeerror failureof(const std::function<void()>& run) {
     }
     ADD_FAILURE() << "nothing failed";
     return {};
+}
+
+// Kind and text of the error that `run` raises.
+inline std::string refusalof(const std::function<void()>& run) {
+    constexpr const char* kinds[] = {"subscript", "division by zero", "overflow", "domain",   "memory",
+                                     "not found", "no access",        "past end", "mismatch", "cancelled"};
+    const runtimeerror error = failureof(run);
+    return std::string(kinds[static_cast<std::size_t>(error.kind)]) + ": " + error.text;
 }
 
 inline errorkind kindof(const std::function<void()>& run) {

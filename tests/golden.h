@@ -14,4 +14,13 @@ inline void expectgolden(const std::string& name, const std::string& bytes) {
     EXPECT_EQ(bytes, readtext(path)) << name;
 }
 
+// Lines, in which the current directory goes without saying.
+inline void expectgolden(const std::string& name, const std::vector<std::string>& lines) {
+    const std::string here = std::filesystem::current_path().string();
+    std::string bytes;
+    for (const std::string& line : lines) bytes += line + "\r\n";
+    for (std::size_t at = 0; (at = bytes.find(here, at)) != std::string::npos;) bytes.erase(at, here.size());
+    expectgolden(name, bytes);
+}
+
 } // namespace orv

@@ -21,6 +21,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace orv {
 
@@ -100,6 +101,14 @@ struct sessiontest : testing::Test {
     }
 
     std::string inside(const std::string& name) const { return joinpath(directory.path, name); }
+
+    // The items of the picture that begin with a word.
+    std::vector<std::string> items(std::string_view word) const {
+        std::vector<std::string> found;
+        for (const std::string& line : picture.lines)
+            if (line.starts_with(word)) found.push_back(line);
+        return found;
+    }
 };
 
 inline void writetext(const std::string& path, std::string_view bytes) {

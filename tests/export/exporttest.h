@@ -8,7 +8,7 @@
 #include "export/wavexport.h"
 #include "response/raypathset.h"
 #include "tests/failures.h"
-#include "tests/testsupport.h"
+#include "tests/golden.h"
 
 #include <cstring>
 #include <vector>

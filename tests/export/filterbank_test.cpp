@@ -3,47 +3,17 @@
 
 #include "tests/export/exporttest.h"
 
-#include <cmath>
-#include <complex>
-#include <numbers>
-
 namespace orv {
 namespace {
 
-constexpr double nominal[] = {31.5, 63, 125, 250, 500, 1000, 2000, 4000, 8000, 16000};
-
-// The amplitude of a filter at a frequency in Hz, relative to its middle tap's delay.
-std::complex<double> amplitude(const std::vector<float>& filter, double frequency, int sampleRate) {
-    std::complex<double> sum = 0;
-    for (int j = 0; j < filtertaps; ++j)
-        sum += static_cast<double>(filter[static_cast<std::size_t>(j)]) *
-               std::polar(1.0, -2 * std::numbers::pi * frequency / sampleRate * (j - filtermiddle));
-    return sum;
-}
-
-double decibels(std::complex<double> value) {
-    return 20 * std::log10(std::abs(value) + 1e-15);
-}
-
-TEST(filterdesign, MakesOctaveFiltersThatAddUpToAnImpulse) {
+// The verification holds their amplitudes.
+TEST(filterdesign, FiltersAreZeroOutsideTheirTaps) {
     for (const int rate : {44100, 48000}) {
         const filterdesign filters = designfilters(rate);
-        for (std::size_t b = 0; b < octavebands; ++b) {
-            const std::vector<float>& filter = filters[b];
+        for (std::size_t b = 0; b < octavebands; ++b)
             for (int j = 0; j < filtertaps; ++j)
                 ASSERT_TRUE((j >= bandStart[b] && j <= bandEnd[b]) ||
-                            filter[static_cast<std::size_t>(j)] == 0);
-            EXPECT_NEAR(decibels(amplitude(filter, nominal[b], rate)), 0, 0.02) << nominal[b];
-            EXPECT_LT(decibels(amplitude(filter, nominal[b] / 4, rate)), -44) << nominal[b];
-            for (double above = nominal[b] * 4; above < rate / 2; above *= 4)
-                EXPECT_LT(decibels(amplitude(filter, above, rate)), -60) << nominal[b];
-            EXPECT_LT(decibels(amplitude(filter, 0, rate)), -140) << nominal[b];
-        }
-        for (double frequency = 25; frequency <= 18000; frequency *= 1.07) {
-            std::complex<double> sum = 0;
-            for (const std::vector<float>& filter : filters) sum += amplitude(filter, frequency, rate);
-            EXPECT_NEAR(decibels(sum), 0, 0.03) << frequency;
-        }
+                            filters[b][static_cast<std::size_t>(j)] == 0);
     }
 }
 

@@ -1,5 +1,4 @@
 // Catt files: what the reader takes, byte by byte what the writer gives, and that the one reads the other.
-#include "tests/failures.h"
 #include "tests/interchange/roomtext.h"
 
 #include "interchange/cattreader.h"
@@ -69,13 +68,7 @@ TEST_F(catt, ReadsARoomWithItsMaterials) {
                           " Receiver  5.5  6  7  1  2  3\n Receiver  1  2  3  1  2  3\n");
     EXPECT_EQ(SessionState.targetX, 2.75F);
     EXPECT_EQ(RoomModel.roomMaxZ, 7.0F);
-    const std::vector<std::string> log = {"searching for entities...",
-                                          "Source:  1  1  2  3 -1  .5  0 ",
-                                          "Receiver:  1  5.5  6  7  1  2  3 ",
-                                          "Receiver:  2  1  2  3  1  2  3 ",
-                                          "Face n. 1 name:a floor - Material: 4 - N. nodes= 3 ",
-                                          "Face n. 2 name: - Material: 0 - N. nodes= 2 "};
-    EXPECT_EQ(scripted::logtext(), log);
+    expectgolden("cattlog.txt", scripted::logtext());
 
     EXPECT_EQ(materialrow("TOTABS"), 3);
     EXPECT_EQ(materialrow("new one"), 5);
@@ -88,7 +81,7 @@ TEST_F(catt, ReadsARoomWithItsMaterials) {
     EXPECT_EQ(readtext("Orvanta.mat"), materials);
 }
 
-// Byte by byte but for the time. ORV_REWRITE_GOLDEN in the environment writes the file anew.
+// Byte by byte but for the time.
 TEST_F(catt, WritesTheGoldenFile) {
     SessionState.geometryFileName = inside("rooms/hall.ray");
     SessionState.temperature = -2.5F;
@@ -110,9 +103,7 @@ TEST_F(catt, WritesTheGoldenFile) {
     EXPECT_EQ(shown.find_first_not_of("0123456789", shown.find(':') + 1), shown.rfind(':')) << shown;
     bytes.replace(time, end - time, ";TIME");
     bytes.replace(bytes.find(directory.path), directory.path.size(), "DIRECTORY");
-    const std::string path = std::string(TEST_FILES) + "/golden/room.geo";
-    if (std::getenv("ORV_REWRITE_GOLDEN")) writetext(path, bytes);
-    EXPECT_EQ(bytes, readtext(path));
+    expectgolden("room.geo", bytes);
     EXPECT_EQ(scripted::statustext(1), "Succesfully saved the .GEO file named room.geo");
 
     std::string field;
@@ -151,30 +142,12 @@ TEST_F(catt, WritesNothingThatItsFormCannotHold) {
 TEST_F(catt, NamesFileLineAndReason) {
     std::string plane = "[1 a /";
     for (int v = 0; v <= facevertices; ++v) plane += " 1";
-    const struct {
-        std::string text;
-        errorkind kind;
-        const char* message;
-    } cases[] = {
-        {";SOURCE\n; DIRECTIVITY = \"a\"\n", errorkind::pastend, "line 3: the file ends"},
-        {"\nABS Wood <1 2 3 4 5 6>\n", errorkind::typemismatch, "line 2: expected \"=\" behind the name"},
-        {"PLANES\n[2 wall \\ 1 2 3 \\ Wood ]\n", errorkind::typemismatch,
-         "line 2: expected \"/\" behind the name"},
-        {"PLANES\n[2 wall / 1 2 3 / Wood\n", errorkind::typemismatch, "line 2: expected \"]\""},
-        {"CORNERS\n 100001 0 0 0\n", errorkind::subscript, "line 2: subscript"},
-        {"PLANES\n" + plane + " / Wood ]\n", errorkind::subscript, "at most 120 vertices"},
-        {"ABS new =< 1E42 >\n", errorkind::overflow, "line 1: the number \"1E42\""},
-        {"ABS new = {1 1E9 1}\n", errorkind::overflow, "line 1: the colour"},
-        {"CORNERS\n1 1E39 00000\nPLANES\n[2 w / 1 / Wood ]\n", errorkind::overflow,
-         "line 4: the coordinates"},
-    };
-    for (const auto& one : cases) {
-        const runtimeerror error = failureof([&] { load(one.text); });
-        EXPECT_EQ(error.kind, one.kind) << error.text;
-        EXPECT_TRUE(error.text.starts_with("hall.geo, line ")) << error.text;
-        EXPECT_NE(error.text.find(one.message), std::string::npos) << error.text;
-        EXPECT_EQ(RoomModel.faceCount + RoomModel.sourceCount, 0);
-    }
+    expectrefusals("refusedcatt.txt",
+                   {";SOURCE\n; DIRECTIVITY = \"a\"\n", "\nABS Wood <1 2 3 4 5 6>\n",
+                    "PLANES\n[2 wall \\ 1 2 3 \\ Wood ]\n", "PLANES\n[2 wall / 1 2 3 / Wood\n",
+                    "CORNERS\n 100001 0 0 0\n", "PLANES\n" + plane + " / Wood ]\n", "ABS new =< 1E42 >\n",
+                    "ABS new = {1 1E9 1}\n", "CORNERS\n1 1E39 00000\nPLANES\n[2 w / 1 / Wood ]\n"},
+                   load);
     EXPECT_EQ(readtext("Orvanta.mat"), materialfile); // as it was, with every failure
     EXPECT_EQ(readtext("orvcolor.mat"), colourfile);
 

@@ -1,13 +1,10 @@
-// Drawings in and out: what entities and layers become, the stream of pairs, planes, openings, the commands.
-#include "tests/failures.h"
-#include "tests/testsupport.h"
+// Drawings in and out: what entities and layers become, the stream of pairs, planes, openings.
+#include "tests/interchange/roomtext.h"
 
 #include "base/listinput.h"
 #include "base/numbertext.h"
 #include "interchange/dxfreader.h"
 #include "interchange/dxfwriter.h"
-#include "interchange/interchangecommands.h"
-#include "room/geometryreader.h"
 #include "samples/samplefiles.h"
 
 using namespace orv;
@@ -48,6 +45,8 @@ const std::string square = "0 0 0 1 0 0 1 1 0 0 1 0";
 const std::string face = entity("3DFACE", "1", square);
 
 struct dxf : sessiontest {
+    std::vector<std::string> told;
+
     dxf() {
         writetext("orvanta.mat", "0 Wood,\r\n1 Wood,\r\n2 wood,\r\n3 12Wood,\r\n4 Citt\xE0,\r\n");
         RoomModel.doorMaterial(0) = 0;
@@ -68,111 +67,81 @@ struct dxf : sessiontest {
         return {r.faceCount, r.holeCount, r.doorCount, r.sourceCount, r.receiverCount, r.rayLineCount};
     }
 
-    static void expectlog(std::initializer_list<const char*> lines) {
-        for (const char* line : lines) EXPECT_TRUE(scripted::called(std::string("log|") + line)) << line;
+    // Loads a room and writes down what the load told of it, and what it does not tell.
+    void tell(const std::string& what, const std::string& entities,
+              platform::answer check = platform::answer::yes) {
+        scripted::clearcalls();
+        load(entities, check);
+        told.push_back("# " + what);
+        for (const std::string& line : scripted::callswith("log|")) told.push_back(line.substr(4));
+        const roommodel& r = RoomModel;
+        const auto add = [&](std::string text, std::initializer_list<int> numbers) {
+            for (const int number : numbers) text += wholetext(number);
+            told.push_back(text);
+        };
+        for (int i = 1; i <= r.faceCount; ++i)
+            add("face: material, flag, vertices, in wall, opening:",
+                {r.faceMaterial(i), r.faceLayerFlag(i), r.faceVertexCount(i), r.faceInWall(i),
+                 r.faceHasOpening(i)});
+        for (int i = 1; i <= r.doorCount; ++i)
+            add("door: material, flag, vertices, face:",
+                {r.doorMaterial(i), r.doorLayerFlag(i), r.doorVertexCount(i), r.doorFace(i)});
+        for (int i = 1; i <= r.holeCount; ++i) add("hole: face:", {r.holeFace(i)});
+        for (int i = 1; i <= r.sourceCount; ++i) told.push_back("source: " + r.sourceFile(i));
+        told.push_back("reaches to y =" + numbertext(static_cast<double>(r.roomMaxY)));
     }
 };
 
-// Of each face material, flag, number of vertices, in-wall and opening flags.
-std::string faces() {
-    const roommodel& r = RoomModel;
-    std::string text;
-    for (int i = 1; i <= r.faceCount; ++i, text += '|')
-        for (const int number : {r.faceMaterial(i), r.faceLayerFlag(i), r.faceVertexCount(i), r.faceInWall(i),
-                                 r.faceHasOpening(i)})
-            text += wholetext(number);
-    return text;
-}
-
-// Of each door material, flag, number of vertices, face and the Y of its last vertex.
-std::string doors() {
-    const roommodel& r = RoomModel;
-    std::string text;
-    for (int i = 1; i <= r.doorCount; ++i) {
-        for (const int number : {r.doorMaterial(i), r.doorLayerFlag(i), r.doorVertexCount(i), r.doorFace(i)})
-            text += wholetext(number);
-        text += numbertext(static_cast<double>(r.doorVertexY(i, 4))) + "|";
-    }
-    return text;
-}
-
-TEST_F(dxf, TakesMaterialsFromLayers) {
+TEST_F(dxf, ReadsEachEntity) {
     std::string text;
     for (const char* layer : {"12", "12ABC", "ABC12", "12.6", "2.5", "2000", "2001", "2005", "ab", "-5",
                               "WOOD", " wood", "12wOOD", "12WOODS", "CITT\xC0"})
         text += entity("3DFACE", layer, square);
-    load(text);
-    EXPECT_EQ(faces(), " 12 0 4 0 0| 12 0 4 0 0| 0 0 4 0 0| 13 0 4 0 0| 2 0 4 0 0| 2000 0 4 0 0| 1 1 4 0 0|"
-                       " 5 1 4 0 0| 0 0 4 0 0|-5 0 4 0 0| 1 0 4 0 0| 0 0 4 0 0| 3 0 4 0 0| 12 0 4 0 0|"
-                       " 4 0 4 0 0|");
+    tell("Materials from layers", text);
     EXPECT_EQ(SessionState.targetY, .5F);
-    expectlog({"FACE n. 1  0.0  0.0  0.0  1.0  0.0  0.0  1.0  1.0  0.0  0.0  1.0  0.0"});
-}
 
-TEST_F(dxf, MakesDoorsOfFourVertices) {
     const std::string closed = "0 0 0 1 0 0 1 1 0 0 2 0 0 0 0", five = square + " 0 .5 0",
                       six = "0 0 0 1 0 0 1 1 0 0 3 0 0 .5 0 0 0 0";
-    const struct {
-        std::string read, expected;
-    } cases[] = {
-        {outline("7", closed) + outline("8", five) + outline("2009", six) + outline("9", "0 0 0 1 1 1"),
-         " 7 0 4 0 2| 9 1 4 0 3|"},
-        // A name replaces the door before it, without a hit by the material that stands there.
-        {outline("7", square) + outline("wood", six) + outline("ab", five), " 1 0 4 0 3|"},
-        {outline("7", six) + outline("glass", square), " 7 0 4 0 1|"},
-        {outline("7", six) + outline("glass", five), ""},             // and takes it away
-        {outline("-1", six) + outline("glass", five), "-1 0 4 0 3|"}, // nothing above 0 stands there
-        {outline("glass", square) + outline("wood", five), ""},       // slot 0 is the door before the first
-    };
-    for (const auto& one : cases) {
-        load(one.read);
-        EXPECT_EQ(doors(), one.expected);
-    }
+    tell("Doors of four vertices",
+         outline("7", closed) + outline("8", five) + outline("2009", six) + outline("9", "0 0 0 1 1 1"));
+    tell("A name replaces the door before it, without a hit by the material that stands there",
+         outline("7", square) + outline("wood", six) + outline("ab", five));
+    tell("A name of no material leaves the material that stands there",
+         outline("7", six) + outline("glass", square));
+    tell("and takes the door away where its vertices are not four",
+         outline("7", six) + outline("glass", five));
+    tell("Nothing above 0 stands there", outline("-1", six) + outline("glass", five));
+    tell("Slot 0 is the door before the first", outline("glass", square) + outline("wood", five));
     EXPECT_EQ(RoomModel.doorMaterial(0), 1);
-}
 
-TEST_F(dxf, ChecksPlanes) {
-    const std::string read = entity("3DFACE", "1", "0 0 0 1 0 0 1 1 0 0 1 .01") +
-                             entity("3DFACE", "2", "0 0 0 1 0 0 1 1 0 0 1 -.02") +
-                             entity("3DFACE", "3", "0 0 0 1 0 0 1 1 0 1 1 0") +
-                             entity("3DFACE", "4", "0 0 0 1 0 0 2 0 0 0 9 0");
-    RoomModel.faceMaterial(3) = 77; // of a room before, which the second half of a split face keeps
-    load(read);
-    EXPECT_EQ(faces(), " 1 0 4 0 0| 2 0 3 0 0| 77 0 3 0 0| 3 0 4 0 0|");
-    expectlog({"FACE n. 3  0.0  0.0  0.0  1.0  1.0  0.0  0.0  1.0  -0.02"});
-    EXPECT_EQ(RoomModel.roomMaxY, 1.0F); // a dropped face extends nothing
-    load(read, platform::answer::no);
-    EXPECT_EQ(faces(), " 1 0 4 0 0| 2 0 4 0 0| 3 0 4 0 0| 4 0 4 0 0|");
-}
+    const std::string planes = entity("3DFACE", "1", "0 0 0 1 0 0 1 1 0 0 1 .01") +
+                               entity("3DFACE", "2", "0 0 0 1 0 0 1 1 0 0 1 -.02") +
+                               entity("3DFACE", "3", "0 0 0 1 0 0 1 1 0 1 1 0") +
+                               entity("3DFACE", "4", "0 0 0 1 0 0 2 0 0 0 9 0");
+    RoomModel.faceMaterial(3) = 77;
+    tell("The second half of a split face keeps what stood there; a dropped one extends nothing", planes);
+    tell("Planes as they are", planes, platform::answer::no);
 
-TEST_F(dxf, AttachesOpeningsByTheBoxAlone) {
-    load(entity("3DFACE", "1", "5 5 5 6 5 5 6 6 5 5 6 5") + entity("3DFACE", "2", "0 0 0 4 0 0 4 4 0 0 4 0") +
-         entity("3DFACE", "3", "0 0 -4 4 0 4 4 4 4 0 4 -4") + outline("HOLES", "0 0 .0011 4.0011 0 0 4 4 0") +
-         outline("HOLES", "0 0 .001 4.001 0 0 4 4 0 -.001 4 0") + outline("6", "1 0 3 2 0 3 2 1 3 1 1 3") +
-         outline("6", "9 0 3 2 0 3 2 1 3 1 1 3"));
-    EXPECT_EQ(faces(), " 1 0 4 0 0| 2 0 4-1-1| 3 0 4-1-1|");
-    EXPECT_EQ(RoomModel.holeFace(1), 0);
-    EXPECT_EQ(RoomModel.holeFace(2), 2);
-    EXPECT_EQ(doors(), " 6 0 4 3 1| 6 0 4 0 1|");
-    expectlog({"No FACE found for HOLE no.  1 !!!", "No FACE found for DOOR no.  2 !!!",
-               "Attched HOLE no. 2 to FACE no. 2", "Attched DOOR no. 1 to FACE no. 3"});
-}
+    tell("Openings go to faces by the box alone, within a millimetre",
+         entity("3DFACE", "1", "5 5 5 6 5 5 6 6 5 5 6 5") + entity("3DFACE", "2", "0 0 0 4 0 0 4 4 0 0 4 0") +
+             entity("3DFACE", "3", "0 0 -4 4 0 4 4 4 4 0 4 -4") +
+             outline("HOLES", "0 0 .0011 4.0011 0 0 4 4 0") +
+             outline("HOLES", "0 0 .001 4.001 0 0 4 4 0 -.001 4 0") +
+             outline("6", "1 0 3 2 0 3 2 1 3 1 1 3") + outline("6", "9 0 3 2 0 3 2 1 3 1 1 3"));
 
-TEST_F(dxf, ReadsLinesAndSources) {
-    load(entity("LINE", "RECEIVERS", "1 2 3 4 5 6") + entity("LINE", "receivers", "9 9 9 9 9 9") +
-         entity("LINE", "RAYS", "1 2 3 6 2 -2") + entity("ATTDEF", "NAMES", "9 9 9") +
-         entity("ATTDEF", "SOURCES", "1 2 3 4 5 6") + "40 8|1 label|2 Omni.spk|70 0|51 .5|" +
-         "0 LINE|10 7|20 7|8 RECEIVERS|30 1|"); // coordinates in front of the layer are lost
-    EXPECT_EQ(counts(), (std::vector<int>{0, 0, 0, 1, 2, 1}));
-    EXPECT_EQ(RoomModel.sourceFile(1), "Omni.spk");
-    expectlog({"SOURCE  1  1  2  3  4  5  6  .5", "RECEIVER  1  1  2  3  4  5  6",
-               "RECEIVER  2  0  0  1  0  0  0", "RAY  1  1  2  3  .1  0 -.1"});
+    tell("Coordinates in front of the layer are lost",
+         entity("LINE", "RECEIVERS", "1 2 3 4 5 6") + entity("LINE", "receivers", "9 9 9 9 9 9") +
+             entity("LINE", "RAYS", "1 2 3 6 2 -2") + entity("ATTDEF", "NAMES", "9 9 9") +
+             entity("ATTDEF", "SOURCES", "1 2 3 4 5 6") + "40 8|1 label|2 Omni.spk|70 0|51 .5|" +
+             "0 LINE|10 7|20 7|8 RECEIVERS|30 1|");
+    expectgolden("dxf.txt", told);
 }
 
 TEST_F(dxf, TakesPairsLiterally) {
     // Without Y, 3 is the next code, with the line "11" as its text, and so on to the end.
     loadtext(pairs("0 SECTION|2 ENTITIES|0 LINE|8 RECEIVERS|10 1|30 3|11 4|21 5|31 6|"));
-    expectlog({"Invalid Y coord code  30", "RECEIVER  1  1  0  0  0  0  0"});
+    for (const char* line : {"log|Invalid Y coord code  30", "log|RECEIVER  1  1  0  0  0  0  0"})
+        EXPECT_TRUE(scripted::called(line)) << line;
     load("1 ENDSEC|" + face);
     EXPECT_EQ(RoomModel.faceCount, 0);
     // Sections in front, comments, and an end at any place.
@@ -192,41 +161,24 @@ TEST_F(dxf, NamesFileLineAndReason) {
     for (int i = 0; i <= highestdoor; ++i) doorways += outline("1", square);
     load(outline("HOLES", holes));
     EXPECT_EQ(RoomModel.holeVertexCount(1), holevertices);
-    const struct {
-        std::string entities;
-        errorkind kind;
-        const char* message;
-    } cases[] = {
-        {face + "POLYLINE |", errorkind::typemismatch, ", line 33: expected a number, found \"POLYLINE\""},
-        {"0 3DFACE|8 32768|", errorkind::overflow, ", line 7: overflow, the layer \"32768\""},
-        {"0 3DFACE|8 1|10 1E39|20 1|", errorkind::overflow, ", line 9: "},
-        {outline("HOLES", holes + " 0 0 0"), errorkind::subscript, ", line 655: Subscript out of range"},
-        {doorways, errorkind::subscript, "a room holds at most 1000 doors"},
-    };
-    for (const auto& one : cases) {
-        load(face);
-        const runtimeerror error = failureof([&] { load(one.entities); });
-        EXPECT_EQ(error.kind, one.kind) << error.text;
-        EXPECT_NE(error.text.find(one.message), std::string::npos) << error.text;
-        EXPECT_EQ(counts(), std::vector<int>(6, 0));
-    }
+    expectrefusals("refuseddxf.txt",
+                   {face + "POLYLINE |", "0 3DFACE|8 32768|", "0 3DFACE|8 1|10 1E39|20 1|",
+                    outline("HOLES", holes + " 0 0 0"), doorways},
+                   [](const std::string& entities) { load(entities); });
     load(face);
     std::filesystem::remove("orvanta.mat"); // which is read before the room is emptied
     EXPECT_EQ(kindof([&] { load(face); }), errorkind::filenotfound);
     EXPECT_EQ(RoomModel.faceCount, 1);
 }
 
-// Byte by byte; ORV_REWRITE_GOLDEN in the environment writes the file anew.
 TEST_F(dxf, WritesTheGoldenFile) {
     load(entity("3DFACE", "2003", "0 0 0 1 0 0 1 1 -.5 1 1 -.5") +
          entity("ATTDEF", "SOURCES", "1 2 3 4 5 6") + "2 a.spk|51 -2|" + outline("7", square) +
          outline("HOLES", "0 0 0 1 0 0") + entity("LINE", "RAYS", "1 1 1 6 1 1") +
          entity("LINE", "RECEIVERS", "1E-8 2 3 4 5 6"));
     RoomModel.faceVertexCount(1) = 3;
-    const std::string path = std::string(TEST_FILES) + "/golden/room.dxf";
-    if (std::getenv("ORV_REWRITE_GOLDEN")) savedxf(path);
     savedxf("out.dxf");
-    EXPECT_EQ(readtext("out.dxf"), readtext(path));
+    expectgolden("room.dxf", readtext("out.dxf"));
 }
 
 TEST_F(dxf, ComesBackFromItsOwnFile) {
@@ -253,32 +205,6 @@ TEST_F(dxf, ListsAHundredLayers) {
     load(text + outline("2100", square));
     EXPECT_EQ(kindof([] { savedxf("out.dxf"); }), errorkind::subscript);
     EXPECT_EQ(readtext("out.dxf"), former);
-}
-
-TEST_F(dxf, RunsItsCommands) {
-    writetext("hall.dxf", pairs("0 SECTION|2 ENTITIES|" + face + "0 ENDSEC|0 EOF|"));
-    SessionState.gridReady = -1;
-    SessionState.panX = .5F;
-    SessionState.parameterSource = 1;
-    scripted::expectopen(inside("hall.dxf"));
-    scripted::expectbox("DXFIN", platform::answer::yes);
-    DXFIN();
-    EXPECT_TRUE(scripted::called(
-        "open|Load an AutoCAD (TM) DXF File|Drawing Exch.Files (*.DXF)|*.DXF|*.DXF|" + directory.path));
-    EXPECT_EQ(SessionState.gridReady, 0);
-    EXPECT_EQ(SessionState.panX, 0.0F);
-    for (const char* command : {"DXFOUT", "Fsave", "Redraw", "MapLoad", "MapDoDither2D", "ExportWAV"})
-        EXPECT_TRUE(orv::isenabled(command)) << command;
-    EXPECT_FALSE(picture.lines.empty());
-    EXPECT_TRUE(scripted::title().starts_with(inside("hall.dxf") + " - "));
-
-    scripted::expectsave(inside("other"));
-    DXFOUT();
-    EXPECT_TRUE(scripted::called("save|Save a .DXF AutoCAD File|Drawing Exch.Files (*.dxf)|*.dxf|" +
-                                 inside("hall.dxf") + "|" + directory.path));
-    EXPECT_TRUE(canopen("other.DXF"));
-    EXPECT_EQ(SessionState.dxfFileName, inside("other.DXF"));
-    EXPECT_EQ(SessionState.geometryFileName, inside("hall.dxf"));
 }
 
 } // namespace

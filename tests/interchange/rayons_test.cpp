@@ -1,5 +1,4 @@
 // Rayons sets: what of them comes in, the oddities of thick faces, and the file of the export.
-#include "tests/failures.h"
 #include "tests/interchange/roomtext.h"
 
 #include "interchange/rayons.h"
@@ -57,32 +56,18 @@ TEST_F(rayons, ReadsASet) {
 
 TEST_F(rayons, NamesFileLineAndReason) {
     load();
-    const struct {
-        std::string fileset::*file;
-        const char* text;
-        errorkind kind;
-        const char* message;
-    } cases[] = {
-        {&fileset::faces, "1\r\n0 3 0 0 0", errorkind::pastend, "a.b.geo, line 2: the file ends"},
-        {&fileset::faces, "1\r\n0 121 0", errorkind::subscript, "0 to 120 vertices in a face"},
-        {&fileset::faces, "1\r\n75000 3", errorkind::subscript, "0 to 75000 faces"},
-        {&fileset::faces, "75001\r\n", errorkind::subscript, "0 to 75000 faces"},
-        {&fileset::faces, "1 -1 0 1 3.4e38 0 0 3.4e38 0 0\r\n", errorkind::overflow, "too large"},
-        {&fileset::materials, "head\r\n1\r\nGlass\r\n", errorkind::typemismatch,
-         "A.MAT, line 3: expected a number"},
-        {&fileset::materials, "head\r\n2\r\n0 Glass\r\n", errorkind::pastend, "A.MAT, line 4"},
-        {&fileset::sources, "head\r\n1\r\n1 2 3", errorkind::pastend, "a.sou, line 3"},
-        {&fileset::receivers, "", errorkind::pastend, "a.rec, line 1"},
-        {&fileset::receivers, "head\r\n-1\r\n", errorkind::subscript, "a.rec, line 3"},
-    };
-    for (const auto& one : cases) {
-        set = {};
-        set.*one.file = one.text;
-        const runtimeerror error = failureof([&] { load(); });
-        EXPECT_EQ(error.kind, one.kind) << error.text;
-        EXPECT_NE(error.text.find(one.message), std::string::npos) << error.text;
-        EXPECT_EQ(RoomModel.faceCount, 0);
-    }
+    expectrefusals("refusedrayons.txt",
+                   {"f1\r\n0 3 0 0 0", "f1\r\n0 121 0", "f1\r\n75000 3", "f75001\r\n",
+                    "f1 -1 0 1 3.4e38 0 0 3.4e38 0 0\r\n", "mhead\r\n1\r\nGlass\r\n",
+                    "mhead\r\n2\r\n0 Glass\r\n", "shead\r\n1\r\n1 2 3", "r", "rhead\r\n-1\r\n"},
+                   [&](const std::string& text) { // its first letter names the file
+                       set = {};
+                       (text[0] == 'f'   ? set.faces
+                        : text[0] == 'm' ? set.materials
+                        : text[0] == 's' ? set.sources
+                                         : set.receivers) = text.substr(1);
+                       load();
+                   });
     set = {};
     load();
     std::filesystem::remove("a.rec");

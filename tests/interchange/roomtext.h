@@ -1,11 +1,15 @@
-// Rooms in and out of the tables by the native format, which tells all of a room in a few lines.
+// What the tests of the foreign formats share: rooms in and out of the tables by the native format, which
+// tells all of a room in a few lines, and the failures of readers.
 #pragma once
 
 #include "room/geometryreader.h"
 #include "room/geometrywriter.h"
-#include "tests/testsupport.h"
+#include "tests/failures.h"
+#include "tests/golden.h"
 
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace orv {
 
@@ -21,6 +25,18 @@ inline std::string roomtext() {
 inline void makeroom(const std::string& lines) {
     writetext("made.ray", "; of at least 64 bytes, since no shorter file can be read as a room\r\n" + lines);
     loadgeometry("made.ray");
+}
+
+// Holds kind and text of the failure of each input against a file; all of them leave an empty room.
+inline void expectrefusals(const std::string& golden, const std::vector<std::string>& inputs,
+                           const std::function<void(const std::string&)>& load) {
+    std::vector<std::string> told;
+    for (const std::string& input : inputs) {
+        RoomModel.faceCount = RoomModel.sourceCount = RoomModel.doorCount = 5;
+        told.push_back(refusalof([&] { load(input); }));
+        EXPECT_EQ(RoomModel.faceCount + RoomModel.sourceCount + RoomModel.doorCount, 0) << told.back();
+    }
+    expectgolden(golden, told);
 }
 
 } // namespace orv

@@ -50,18 +50,16 @@ TEST_F(blankingtest, LimitsAndCutFilesFailAndABlankRestDoesNot) {
     writetext(name, fifty + "\r\n  \r\n");
     readblanking(name);
     EXPECT_EQ(BlankingLines.blanklineCount, 50);
-    for (const std::string& text : {fifty + polygon(3, 0), polygon(3, 1) + polygon(151, 1)}) {
-        BlankingLines.blanklineCount = 9;
-        writetext(name, text);
-        EXPECT_EQ(kindof([&] { readblanking(name); }), errorkind::subscript);
-        EXPECT_EQ(BlankingLines.blanklineCount, 9);
-    }
-    writetext(name, "4,1\r\n0,0\r\n1,");
-    EXPECT_EQ(kindof([&] { readblanking(name); }), errorkind::pastend);
-    EXPECT_EQ(BlankingLines.blanklinePoints(1), 3);
     BlankingLines.addingLine = on;
-    writetext(name, "4,word\r\n");
-    EXPECT_EQ(kindof([&] { readblanking(name); }), errorkind::typemismatch);
+    for (const auto& [text, kind] : {std::pair(fifty + polygon(3, 0), errorkind::subscript),
+                                     {polygon(3, 1) + polygon(151, 1), errorkind::subscript},
+                                     {"4,1\r\n0,0\r\n1,", errorkind::pastend},
+                                     {"4,word\r\n", errorkind::typemismatch}}) {
+        writetext(name, text);
+        EXPECT_EQ(kindof([&] { readblanking(name); }), kind);
+        EXPECT_EQ(BlankingLines.blanklineCount, 50);
+    }
+    EXPECT_EQ(BlankingLines.blanklinePoints(1), 3);
     // A command says so and goes on, with what was there.
     scripted::expectopen(name);
     scripted::expectbox("lines.bln", platform::answer::ok);

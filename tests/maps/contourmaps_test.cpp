@@ -5,38 +5,24 @@
 #include "maps/levelfile.h"
 #include "maps/redrawview.h"
 #include "maps/surfer.h"
-#include "tests/failures.h"
-#include "tests/testsupport.h"
+#include "tests/maps/mapsession.h"
 
 namespace orv {
 namespace {
 
 using lines = std::vector<std::string>;
 
-struct contourtest : sessiontest {
+struct contourtest : mapsession {
     contourtest() {
         sessionstate& s = SessionState;
-        s.resultFileName = inside("hall._01");
-        s.parameterName = "Leq";
-        s.parameterSource = 1;
-        s.bandIndex = 12;
-        s.focalLength = 0.05F;
         s.Nx = s.Ny = 20;
-        s.minLevel = 60;
         s.maxLevel = 76;
-        s.surferMethod = 3;
-        s.colourSchemeIndex = 1;
         s.useSurfer = true;
         s.gridReady = s.contourReady = -1;
-        for (const char* layer : {"Vroom", "Vsource", "CamVrec", "Vaxes", "Post", "Vbln", "BLNview"})
-            checkcommand(layer, false);
-        extendbox(0, 0, 0);
-        extendbox(20, 10, 5);
-        RoomModel.receiverCount = 4;
-        for (std::int32_t i = 1; i <= 4; ++i) {
-            RoomModel.receiverX(i) = i % 2 == 0 ? 20.0F : 0.0F;
-            RoomModel.receiverY(i) = i > 2 ? 10.0F : 0.0F;
-            ParameterSet.Leq(i, 12) = i % 2 == 0 ? 76.0F : 60.0F; // .8 dB per m along x
+        room(20, 10, 5);
+        for (const float y : {0.0F, 10.0F}) {
+            addreceiver(0, y, 0, 60); // .8 dB per m along x
+            addreceiver(20, y, 0, 76);
         }
     }
 
@@ -45,10 +31,8 @@ struct contourtest : sessiontest {
         writetext(contourfilename(), before + "0\nSECTION\n2\nENTITIES\n" + entities);
         picture.lines.clear();
         drawcontour2d(picture.surface);
-        lines found;
-        for (const std::string& line : picture.lines)
-            if (line.starts_with("line") || line.starts_with("plot")) found.push_back(line);
-        return found;
+        EXPECT_TRUE(items("plot").empty());
+        return items("line");
     }
 };
 
@@ -59,22 +43,25 @@ std::string colour(int level) {
     return text;
 }
 
-TEST_F(contourtest, LightPolylinesEndAtTheirCount) {
+TEST_F(contourtest, PolylinesOfBothForms) {
     const std::string head = "0\nLWPOLYLINE\n5\n1A\n8\n0\n62\n5\n100\nAcDbPolyline\n";
-    EXPECT_EQ(drawn(head + "90\n2\n70\n1\n10\n1\n20\n1\n10\n3\n20\n1\n10\n9\n20\n9\n0\nENDSEC\n"),
-              (lines{"line 1 1 3 1" + colour(3)}));
-    // A count that is passed by its step, or none at all: on to the end of the file, through other entities.
-    EXPECT_EQ(drawn(head + "10\n1\n20\n1\n90\n1\n10\n2\n20\n1\n10\n3\n20\n3\n0\nENDSEC\n"), lines{});
-    EXPECT_EQ(drawn(head + "10\n1\n20\n1\n0\nENDSEC\n10\n2\n20\n2\n").size(), 1U);
-    EXPECT_EQ(drawn(head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3").size(), 1U);   // cut within a point
-    EXPECT_EQ(drawn(head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3\r").size(), 1U); // ... and a line end
-}
-
-TEST_F(contourtest, OldPolylinesBeginAtThePointOfTheirHeader) {
-    EXPECT_EQ(
-        drawn("0\nPOLYLINE\n62\n1\n10\n0\n20\n0\n0\nVERTEX\n10\n2\n20\n1\n0\nVERTEX\n62\n5\n10\n3\n20\n2\n"
-              "0\nSEQEND\n0\nVERTEX\n10\n9\n20\n9\n0\nENDSEC\n"),
-        (lines{"line 0 0 2 1" + colour(15), "line 2 1 3 2" + colour(15)}));
+    const std::pair<std::string, lines> files[] = {
+        {head + "90\n2\n70\n1\n10\n1\n20\n1\n10\n3\n20\n1\n10\n9\n20\n9\n0\nENDSEC\n",
+         {"line 1 1 3 1" + colour(3)}},
+        // A count that is passed by its step, or none at all: on to the end of the file, through others.
+        {head + "10\n1\n20\n1\n10\n2\n20\n1\n90\n1\n10\n3\n20\n3\n0\nENDSEC\n",
+         {"line 1 1 2 1" + colour(3), "line 2 1 3 3" + colour(3)}},
+        {head + "10\n1\n20\n1\n0\nENDSEC\n10\n2\n20\n2\n", {"line 1 1 2 2" + colour(3)}},
+        {head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3",
+         {"line 1 1 2 1" + colour(3)}}, // cut within a point
+        {head + "90\n3\n10\n1\n20\n1\n10\n2\n20\n1\n10\n3\r",
+         {"line 1 1 2 1" + colour(3)}}, // ... and a line end
+        // The old form begins at the point of its header.
+        {"0\nPOLYLINE\n62\n1\n10\n0\n20\n0\n0\nVERTEX\n10\n2\n20\n1\n0\nVERTEX\n62\n5\n10\n3\n20\n2\n"
+         "0\nSEQEND\n0\nVERTEX\n10\n9\n20\n9\n0\nENDSEC\n",
+         {"line 0 0 2 1" + colour(15), "line 2 1 3 2" + colour(15)}},
+        {"0\nacdbpolyline\n100\nACDBPOLYLINE\n10\n1\n20\n1\n10\n2\n20\n2\n", {}}};
+    for (const auto& [entities, expected] : files) EXPECT_EQ(drawn(entities), expected) << entities;
 }
 
 TEST_F(contourtest, ColoursComeFromTheLastCode62OfAll) {
@@ -90,7 +77,6 @@ TEST_F(contourtest, ColoursComeFromTheLastCode62OfAll) {
     EXPECT_EQ(kindof([&] { drawn("62\n256\n" + line); }), errorkind::subscript);
     EXPECT_EQ(kindof([&] { drawn("62\n-1\n" + line); }), errorkind::subscript);
     EXPECT_EQ(kindof([&] { drawn("word\n"); }), errorkind::typemismatch);
-    EXPECT_TRUE(drawn("0\nacdbpolyline\n100\nACDBPOLYLINE\n10\n1\n20\n1\n10\n2\n20\n2\n").empty());
 }
 
 TEST_F(contourtest, SchemesOfOneColourHaveNoScale) {
@@ -98,9 +84,7 @@ TEST_F(contourtest, SchemesOfOneColourHaveNoScale) {
     for (const auto& [scheme, expected] : {std::pair{3.0F, "000080"}, {4.0F, "000000"}}) {
         SessionState.colourSchemeIndex = scheme;
         EXPECT_EQ(drawn(line), (lines{std::string("line 1 1 3 1 ") + expected + " width 2"}));
-        EXPECT_EQ(std::count_if(picture.lines.begin(), picture.lines.end(),
-                                [](const std::string& drawing) { return drawing.starts_with("filledbox"); }),
-                  0);
+        EXPECT_TRUE(items("filledbox").empty());
     }
     const contourpalette palette = makecontourpalette();
     EXPECT_EQ(palette[0], 0);
@@ -111,19 +95,16 @@ TEST_F(contourtest, SchemesOfOneColourHaveNoScale) {
 
 TEST_F(contourtest, CommandsGridContourAndDraw) {
     SessionState.gridReady = SessionState.contourReady = 0;
-    for (const char* name : {"MapDoContour2D", "MapDoContour3D"}) enablecommand(name, true);
     scripted::expectwindow("Mapping Options");
     runcommand("MapDoContour2D");
     EXPECT_EQ(SessionState.mapKind, "Contour");
     EXPECT_EQ(SessionState.contourReady, -1);
     EXPECT_EQ(scripted::statustext(2), "");
     // Levels 61 .. 75 stand a metre and a quarter apart.
-    lines found;
-    for (const std::string& line : picture.lines)
-        if (line.starts_with("line 5 ") || line.starts_with("line 18.7")) found.push_back(line);
-    ASSERT_FALSE(found.empty());
-    EXPECT_NE(found.front().find(colour(4)), std::string::npos);
-    EXPECT_NE(found.back().find(colour(15)), std::string::npos);
+    for (const auto& [place, level] : {std::pair("line 5 ", 4), {"line 18.7", 15}}) {
+        ASSERT_FALSE(items(place).empty());
+        EXPECT_NE(items(place).back().find(colour(level)), std::string::npos);
+    }
 
     // A redraw reads the file again, in 3D too; without it there is a reason and the plain scene.
     SessionState.cameraX = 10, SessionState.cameraY = -30, SessionState.cameraZ = 20;
@@ -152,11 +133,10 @@ TEST_F(contourtest, RealContourFilesAreDrawn) {
         writetext(contourfilename(), readtext(folder + name));
         picture.lines.clear();
         drawcontour2d(picture.surface);
-        return std::count_if(picture.lines.begin(), picture.lines.end(),
-                             [](const std::string& line) { return line.starts_with("line"); });
+        return items("line").size();
     };
-    EXPECT_EQ(count("gdal_contour_16colours_lwpolyline.dxf"), 423 - 40);
-    EXPECT_EQ(count("usa_lwpolylines.dxf"), 5650 - 59);
+    EXPECT_EQ(count("gdal_contour_16colours_lwpolyline.dxf"), 423U - 40);
+    EXPECT_EQ(count("usa_lwpolylines.dxf"), 5650U - 59);
 }
 
 } // namespace

@@ -77,15 +77,11 @@ TEST(gridding, ReproducesWhatTheMethodIsExactFor) {
 
 TEST(gridding, GoesThroughThePoints) {
     const surface wave = [](double x, double y) { return 80 + 5 * std::sin(x) * std::cos(1.3 * y); };
-    const scatteredpoints few = onnodes(wave);
-    // And above the limit of one system, on part of the map, where the points lie on the nodes.
+    // Above the limit of one system, on part of the map; the verification holds fewer points.
     scatteredpoints many;
     for (int k = 0; k < 65 * 65; ++k)
         if (k % 7 != 0) add(many, k % 65 / 8.0, k / 65 / 8.0, wave(k % 65 / 8.0, k / 65 / 8.0));
     for (const griddingmethod method : {kriging, minimumcurvature, radialbasis, shepard, triangulation}) {
-        const regulargrid grid = gridpoints(few, nodes, method);
-        for (std::size_t k = 0; k < few.x.size(); ++k)
-            EXPECT_NEAR(grid.value(int(2 * few.x[k]), int(2 * few.y[k])), few.value[k], 1e-9) << int(method);
         const regulargrid fine = gridpoints(many, {9, 9, 3.5, 4.5, 3.5, 4.5}, method);
         for (std::size_t k = 0; k < many.x.size(); ++k) {
             const double i = 8 * (many.x[k] - 3.5), j = 8 * (many.y[k] - 3.5);

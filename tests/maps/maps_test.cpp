@@ -1,15 +1,13 @@
-// The field of a map against a naive double loop, its levels, and the two mosaic maps cell by cell.
+// The extent and levels of a map, and the two mosaic maps cell by cell against a naive loop.
 #include "maps/mapfield.h"
 
-#include "maps/blanking.h"
 #include "maps/colourschemes.h"
 #include "maps/mapgrid.h"
 #include "maps/mosaicmaps.h"
 #include "maps/redrawview.h"
 #include "scene/camera.h"
 #include "scene/scenedrawing.h"
-#include "tests/failures.h"
-#include "tests/testsupport.h"
+#include "tests/maps/mapsession.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,36 +18,19 @@ namespace {
 
 using lines = std::vector<std::string>;
 
-struct maptest : sessiontest {
+struct maptest : mapsession {
     maptest() {
-        sessionstate& s = SessionState;
-        s.focalLength = 0.05F;
-        s.parameterName = "Leq";
-        s.parameterSource = 1;
-        s.bandIndex = 12;
-        s.Nx = s.Ny = 50;
-        s.minLevel = 60;
-        s.maxLevel = 80;
-        s.colourSchemeIndex = 1;
-        s.geometryFileName = "hall.ray";
-        for (const char* layer : {"Vroom", "Vsource", "CamVrec", "Vaxes", "Post", "Vbln", "BLNview"})
-            checkcommand(layer, false);
-        enablecommand("MapDoDither2D", true);
-        enablecommand("MapDoDither3D", true);
-        extendbox(0, 0, 0);
-        extendbox(30, 20, 8);
+        SessionState.Nx = SessionState.Ny = 50;
+        room(30, 20, 8);
         receivers(7);
     }
-    ~maptest() override { BlankingLines.blanklineCount = 0; }
 
     static void receivers(std::int32_t count) {
-        RoomModel.receiverCount = count;
+        RoomModel.receiverCount = 0;
         for (std::int32_t i = 1; i <= count; ++i) {
             const float k = static_cast<float>(i);
-            RoomModel.receiverX(i) = 4 * k - 1.3F;
-            RoomModel.receiverY(i) = std::fmod(7.7F * k, 19.0F);
-            RoomModel.receiverZ(i) = 1 + 0.25F * k;
-            ParameterSet.Leq(i, 12) = 60 + std::fmod(3.37F * k, 20.0F);
+            addreceiver(4 * k - 1.3F, std::fmod(7.7F * k, 19.0F), 1 + 0.25F * k,
+                        60 + std::fmod(3.37F * k, 20.0F));
         }
     }
 
@@ -67,10 +48,11 @@ struct maptest : sessiontest {
         return values / weights;
     }
 
-    lines items(std::string_view word) const {
+    // The cells of a map in two dimensions.
+    lines cells() const {
         lines found;
-        for (const std::string& line : picture.lines)
-            if (line.starts_with(word)) found.push_back(line);
+        for (const std::string& box : items("box "))
+            if (box.find(" fill ") != std::string::npos) found.push_back(box);
         return found;
     }
 
@@ -82,36 +64,17 @@ struct maptest : sessiontest {
     }
 };
 
-TEST_F(maptest, fieldEqualsTheNaiveLoop) {
-    receivers(101);
-    for (const planechoice plane : {planechoice::XY, planechoice::YZ, planechoice::XZ}) {
-        SessionState.viewPlane = plane;
-        const mapreceivers r = receiversofmap();
-        std::vector<double> c2, value(37);
-        for (int j = 0; j < 37; ++j) c2.push_back(0.37 * j);
-        fieldcolumn(r, 5.5, c2, value);
-        for (std::size_t j = 0; j < c2.size(); ++j) EXPECT_DOUBLE_EQ(value[j], naive(5.5, c2[j]));
-    }
-}
-
 TEST_F(maptest, aReceiverHasAWeightOfTen) {
-    receivers(2);
-    RoomModel.receiverX(1) = 0;
-    RoomModel.receiverX(2) = 1;
-    RoomModel.receiverY(1) = RoomModel.receiverY(2) = 0;
-    RoomModel.receiverZ(2) = 500; // plays no part
-    ParameterSet.Leq(1, 12) = 60;
-    ParameterSet.Leq(2, 12) = 82;
+    RoomModel.receiverCount = 0;
+    addreceiver(0, 0, 1, 60);
+    addreceiver(1, 0, 500, 82);    // the height plays no part
     SessionState.maxRadius = 0.5F; // neither does this
     EXPECT_DOUBLE_EQ(fieldvalue(receiversofmap(), 0, 0), (10 * 60 + 82) / 11.0);
 }
 
 TEST_F(maptest, levels) {
-    const struct {
-        double range, step;
-    } steps[] = {{-1, .01}, {.2, .01}, {.21, .02}, {1, .05}, {1.5, .1},
-                 {5, .2},   {10, .5},  {20, 1},    {50, 2},  {51, 5}};
-    for (const auto& one : steps) EXPECT_EQ(levelstepfor(one.range), one.step) << one.range;
+    for (const auto& [range, step] : {std::pair(-1., .01), {.2, .01}, {.21, .02}, {50, 2}, {51, 5}})
+        EXPECT_EQ(levelstepfor(range), step) << range;
 
     const struct {
         float low, high, minimum, maximum;
@@ -129,27 +92,17 @@ TEST_F(maptest, levels) {
     }
     SessionState.minLevel = 60;
     SessionState.maxLevel = 80;
-    EXPECT_EQ(levelindex(59), 0);
-    EXPECT_EQ(levelindex(70), 127.5);
-    EXPECT_EQ(levelindex(81), 255);
+    EXPECT_TRUE(levelindex(59) == 0 && levelindex(70) == 127.5 && levelindex(81) == 255);
 }
 
 TEST_F(maptest, extentFollowsTheLinesThatAreKept) {
     SessionState.useBlanking = true;
-    BlankingLines.blanklineCount = 1;
-    BlankingLines.blanklineFlag(1) = blankinside;
-    BlankingLines.blanklinePoints(1) = 3;
-    for (int k = 1; k <= 3; ++k) {
-        BlankingLines.blanklineX(1, k) = 2.0F * static_cast<float>(k);
-        BlankingLines.blanklineY(1, k) = 9.0F - static_cast<float>(k);
-    }
+    writetext(inside("a.bln"), "3,1\r\n2,8\r\n4,7\r\n6,6\r\n");
+    readblanking(inside("a.bln"));
     EXPECT_EQ(mapextent().hi1, 30);
     BlankingLines.blanklineFlag(1) = blankoutside;
     const maprectangle kept = mapextent();
-    EXPECT_EQ(kept.lo1, 2);
-    EXPECT_EQ(kept.hi1, 6);
-    EXPECT_EQ(kept.lo2, 6);
-    EXPECT_EQ(kept.hi2, 8);
+    EXPECT_TRUE(kept.lo1 == 2 && kept.hi1 == 6 && kept.lo2 == 6 && kept.hi2 == 8);
     EXPECT_DOUBLE_EQ(kept.cellWidth, 4 / 50.0);
     SessionState.useBlanking = false;
     EXPECT_EQ(mapextent().hi1, 30);
@@ -161,10 +114,7 @@ TEST_F(maptest, mosaic2dCellByCell) {
     picture.surface.setFillStyle(fillstyle::transparent);
     drawdither2d(picture.surface);
     ASSERT_EQ(items("filledbox").size(), 2U * 16) << "the scale at once, and again over the cells";
-    lines cells;
-    for (const std::string& box : items("box "))
-        if (box.find(" fill ") != std::string::npos) cells.push_back(box);
-    ASSERT_EQ(cells.size(), 30U);
+    ASSERT_EQ(cells().size(), 30U);
     const auto number = [](double value) { return std::to_string(std::lround(value)); };
     for (int i = 0; i < 6; ++i)
         for (int j = 0; j < 5; ++j) {
@@ -173,7 +123,7 @@ TEST_F(maptest, mosaic2dCellByCell) {
             const std::string expected = "box " + number(5 * i) + " " + number(4 * j + 4) + " " +
                                          number(5 * i + 5) + " " + number(4 * j) + " " + colour + " fill " +
                                          colour;
-            EXPECT_EQ(cells[static_cast<std::size_t>(5 * i + j)], expected);
+            EXPECT_EQ(cells()[static_cast<std::size_t>(5 * i + j)], expected);
         }
     const lines texts = items("text"); // 17 labels, the title, which tells of the map, 17 labels
     ASSERT_EQ(texts.size(), 35U);
@@ -248,13 +198,10 @@ TEST_F(maptest, gridAndBlankedNodes) {
 }
 
 TEST_F(maptest, escapeEndsTheColumns) {
-    const auto escape = [] { SessionState.drawAbort = on; };
     scripted::expectwindow("Mapping Options");
-    scripted::atyield(3, escape);
+    scripted::atyield(3, [] { SessionState.drawAbort = on; });
     MapDoDither2D();
-    std::size_t cells = 0;
-    for (const std::string& box : items("box ")) cells += box.find(" fill ") != std::string::npos;
-    EXPECT_EQ(cells, 3U * 50);
+    EXPECT_EQ(cells().size(), 3U * 50);
     EXPECT_EQ(SessionState.mapKind, "Dither");
     EXPECT_FALSE(items("text").empty()); // the scene is drawn all the same
 }

@@ -5,6 +5,7 @@
 #include "scene/scenedrawing.h"
 #include "tests/testsupport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -12,6 +13,8 @@ namespace orv {
 namespace {
 
 constexpr pointerbuttons left{true, false}, right{false, true};
+
+constexpr std::string_view band = "00FFFF dotted mode 7";
 
 struct pointertest : sessiontest {
     pointertest() {
@@ -47,17 +50,15 @@ TEST_F(pointertest, aDragMovesThePictureByItself) {
         drag(button, 0.5, -0.25);
         EXPECT_EQ(SessionState.panX, -0.5F);
         EXPECT_EQ(SessionState.panY, 0.25F);
-        const auto bands =
-            std::count_if(picture.lines.begin(), picture.lines.end(),
-                          [](const std::string& line) { return line.ends_with("00FFFF dotted mode 7"); });
-        EXPECT_EQ(bands, 4);
+        EXPECT_EQ(std::ranges::count_if(picture.lines, [](const auto& line) { return line.ends_with(band); }),
+                  4);
         draw2dview(picture.surface, true);
     }
     picture.surface.setDrawWidth(9); // of a map that is being drawn
     picturepress(left, 0, 0);
     picture.lines.clear();
     picturemove(left, 1, 1);
-    EXPECT_EQ(picture.lines.back(), "line 0 0 1 1 00FFFF dotted mode 7");
+    EXPECT_EQ(picture.lines.back(), "line 0 0 1 1 " + std::string(band));
     EXPECT_EQ(picture.surface.drawWidth, 9);
     picturerelease(left, 0, 0);
     picture.lines.clear();
@@ -103,12 +104,9 @@ TEST_F(pointertest, anOrbitTurnsTheCameraAboutItsTarget) {
 // Half of pi stands in the place of pi.
 TEST_F(pointertest, anglesJumpOnTheSideOfSmallerX) {
     const double quarter = std::numbers::pi / 4;
-    EXPECT_DOUBLE_EQ(angleof(1, 1), quarter);
-    EXPECT_DOUBLE_EQ(angleof(-1, 1), -quarter);
-    EXPECT_DOUBLE_EQ(angleof(1, -1), quarter); // -45 degrees less 90, and 180 up again
-    EXPECT_DOUBLE_EQ(angleof(-1, -1), -quarter);
-    EXPECT_DOUBLE_EQ(angleof(2, 0), quarter);
-    EXPECT_DOUBLE_EQ(angleof(0, 0), -quarter);
+    for (const auto& [y, x] : {std::pair(1, 1), {1, -1}, {2, 0}}) // -45 degrees less 90, and 180 up again
+        EXPECT_DOUBLE_EQ(angleof(y, x), quarter);
+    for (const auto& [y, x] : {std::pair(-1, 1), {-1, -1}, {0, 0}}) EXPECT_DOUBLE_EQ(angleof(y, x), -quarter);
 }
 
 TEST_F(pointertest, theNearestReceiverIsPicked) {

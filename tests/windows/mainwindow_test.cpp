@@ -77,11 +77,7 @@ TEST_F(mainwindowtest, beginsWithAWordOnWhatToDo) {
 }
 
 TEST_F(mainwindowtest, opensAResultAndItsRoom) {
-    samples::writebiggeometry(inside("box.RAY"), 60, 150);
-    samples::bigoptions options;
-    options.receivers = 150;
-    options.slots = 1000;
-    samples::writebigresult(inside("box._01"), options);
+    writesamples("box", 150, 1000);
 
     // What a user can see and do while it loads.
     int looks = 0;
@@ -96,8 +92,7 @@ TEST_F(mainwindowtest, opensAResultAndItsRoom) {
     });
     timer.start(0);
     answers::expectfile("Load an Impulse Response File and its Geometry", inside("box._01"));
-    answers::expectwindow("STIOptions",
-                          [](QWidget& dialog) { dialog.findChild<QPushButton*>("Done")->click(); });
+    within("STIOptions", [](const windowview& dialog) { dialog.click("Done"); });
     answers::expectbox("save the computed parameters", answer::no);
     choose("OpenRes");
     timer.stop();
@@ -141,27 +136,25 @@ TEST_F(mainwindowtest, cameraFieldsActOnEnterAndOnLeaving) {
 
 TEST_F(mainwindowtest, spinsPlanesAndRedisplay) {
     openroom();
-    const auto click = [&](const std::string& name) {
-        QTest::mouseClick(&control(name.c_str()), Qt::LeftButton);
-    };
+    const windowview main{form()};
     // Numbers that the fields show whole, and no zero, which they would not store.
     SessionState.targetX = SessionState.targetY = SessionState.targetZ = 2;
     SessionState.cameraX = SessionState.cameraY = SessionState.cameraZ = -10;
     for (const std::string spin : {"Spin2", "Spin3", "Spin4", "Spin5", "Spin6", "Spin7", "SpinFocal"}) {
         choose("Redraw");
         const QImage before = picture();
-        click(spin + "_up");
+        main.click((spin + "_up").c_str());
         EXPECT_NE(picture(), before) << spin;
-        click(spin + "_down");
+        main.click((spin + "_down").c_str());
         EXPECT_EQ(picture(), before) << spin;
     }
     choose("CamRedr2D");
     QTest::qWait(1);
-    QTest::mouseClick(&control("YZ"), Qt::LeftButton, {}, QPoint(8, control("YZ").height() / 2));
+    main.click("YZ");
     EXPECT_EQ(SessionState.viewPlane, planechoice::YZ);
     const QImage side = picture();
     platform::picture().clear();
-    click("Redisplay");
+    main.click("Redisplay");
     EXPECT_EQ(picture(), side);
 }
 
@@ -192,10 +185,7 @@ TEST_F(mainwindowtest, keysAreSeenOnceBeforeAnyControl) {
 }
 
 TEST_F(mainwindowtest, exitDuringALoadEndsTheProgram) {
-    samples::bigoptions options;
-    options.receivers = 100;
-    options.slots = 1000;
-    samples::writebigresult(inside("big._01"), options);
+    writesamples("big", 100, 1000);
     const auto closing = [&] {
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, &timer, [&] {

@@ -1,90 +1,70 @@
-// The dialogs "Mapping Options", "View Options" and "RGB Settings": that their controls do what their rules
-// say.
+// The dialogs "Mapping Options", "BLN Options", "View Options" and "RGB Settings": that their controls do
+// what their rules say.
 #include "windowtest.h"
 
-#include <QCheckBox>
+#include "maps/blanking.h"
+
 #include <QComboBox>
 #include <QLabel>
-#include <QRadioButton>
 
 namespace orv {
 namespace {
 
 struct mapdialogtest : windowtest {
-    static void click(const QWidget& dialog, const char* name) {
-        QWidget& clicked = *dialog.findChild<QWidget*>(name);
-        QTest::mouseClick(&clicked, Qt::LeftButton, {}, QPoint(8, clicked.height() / 2));
-        QTest::qWait(1);
-    }
-    static QString text(const QWidget& dialog, const char* name) {
-        return dialog.findChild<QLineEdit*>(name)->text();
-    }
-    static void type(const QWidget& dialog, const char* name, const char* typed) {
-        QLineEdit& field = *dialog.findChild<QLineEdit*>(name);
-        field.selectAll();
-        QTest::keyClicks(&field, typed);
-    }
+    ~mapdialogtest() override { BlankingOptions = {}; }
 };
 
 TEST_F(mapdialogtest, MappingOptions) {
     SessionState.gridReady = SessionState.contourReady = -1;
-    answers::expectwindow("MappingOptions", [](QWidget& dialog) {
+    within("MappingOptions", [](const windowview& dialog) {
         EXPECT_EQ(SessionState.gridReady + SessionState.contourReady, -2) << "filling is no change";
-        EXPECT_EQ(dialog.findChild<QComboBox*>("Colsch")->currentText(), "Iris");
-        dialog.findChild<QComboBox*>("Parameter")->setCurrentText("Ts");
+        EXPECT_EQ(dialog.control<QComboBox>("Colsch").currentText(), "Iris");
+        dialog.control<QComboBox>("Parameter").setCurrentText("Ts");
         EXPECT_EQ(SessionState.parameterName, "Ts");
-        type(dialog, "Nx", "800");
-        EXPECT_EQ(text(dialog, "Nx"), "500");
-        click(dialog, "UpDown2_up");
-        EXPECT_EQ(text(dialog, "MinL"), "85.0");
-        type(dialog, "MaxL", "87");
-        EXPECT_EQ(dialog.findChild<QLabel*>("Label10")->text(), ".1");
-        click(dialog, "ARcheck");
-        EXPECT_TRUE(SessionState.autorange);
-        EXPECT_FALSE(dialog.findChild<QWidget*>("UpDown1_up")->isEnabled());
+        dialog.type("Nx", "800");
+        dialog.click("UpDown2_up");
+        EXPECT_EQ(dialog.text("Nx") + "|" + dialog.text("MinL"), "500|85.0");
+        dialog.type("MaxL", "87");
+        EXPECT_EQ(dialog.control<QLabel>("Label10").text(), ".1");
+        dialog.click("ARcheck");
+        EXPECT_TRUE(SessionState.autorange && !dialog.enabled("UpDown1_up"));
 
-        const QSize size = dialog.size();
-        const auto shown = [&](const char* name) { return dialog.findChild<QWidget*>(name)->isVisible(); };
-        EXPECT_TRUE(shown("MaxR") && !shown("Interpol") && !shown("blanking"));
-        click(dialog, "Surfer");
-        EXPECT_TRUE(!shown("MaxR") && !shown("SpinMaxR") && shown("Interpol") && shown("blanking"));
-        click(dialog, "blanking");
-        click(dialog, "Check3d3");
-        for (const char* box : {"blanking", "Check3d3"})
-            EXPECT_FALSE(dialog.findChild<QCheckBox*>(box)->isChecked()) << "the question was cancelled";
-        EXPECT_EQ(dialog.size(), size) << "what comes and goes has its place";
+        const QSize size = dialog.window.size();
+        EXPECT_TRUE(dialog.shown("MaxR") && !dialog.shown("Interpol") && !dialog.shown("blanking"));
+        dialog.click("Surfer");
+        EXPECT_TRUE(!dialog.shown("MaxR") && !dialog.shown("SpinMaxR"));
+        for (const char* box : {"blanking", "Check3d3"}) {
+            EXPECT_TRUE(dialog.shown(box));
+            dialog.click(box);
+            EXPECT_FALSE(dialog.ticked(box)) << "the question was cancelled";
+        }
+        EXPECT_EQ(dialog.window.size(), size) << "what comes and goes has its place";
 
-        click(dialog, "Vopt");
-        EXPECT_EQ(dialog.findChild<QLabel*>("ThirdCoordLabel")->text(), "YZ map at X (m):");
-        click(dialog, "Cancel");
+        dialog.click("Vopt");
+        EXPECT_EQ(dialog.control<QLabel>("ThirdCoordLabel").text(), "YZ map at X (m):");
+        dialog.click("Cancel");
     });
     answers::expectbox("SURFER must be installed", platform::answer::ok);
     answers::expectfile("Load a Blanking File", "");
     answers::expectbox("simmetry axis", platform::answer::cancel);
-    answers::expectwindow("ViewOptions", [](QWidget& above) {
-        click(above, "YZ");
-        click(above, "Command1");
-    });
+    within("ViewOptions", [](const windowview& above) { above.click("YZ"); });
     platform::showwindow("Mapping Options", true);
     EXPECT_TRUE(SessionState.mapCancelled);
-    EXPECT_TRUE(control<QRadioButton>("YZ").isChecked()) << "the main window shows the plane too";
+    EXPECT_TRUE(windowview{form()}.ticked("YZ")) << "the main window shows the plane too";
 
-    answers::expectwindow("MappingOptions", [](QWidget& dialog) {
-        QTest::keyClick(dialog.findChild<QLineEdit*>("Ny"), Qt::Key_Return);
-    });
+    within("MappingOptions",
+           [](const windowview& dialog) { QTest::keyClick(&dialog.control("Ny"), Qt::Key_Return); });
     platform::showwindow("Mapping Options", true);
     EXPECT_FALSE(SessionState.mapCancelled) << "Enter is OK";
 }
 
 TEST_F(mapdialogtest, ViewOptions) {
-    answers::expectwindow("ViewOptions", [](QWidget& dialog) {
-        const auto ticked = [&](const char* name) { return dialog.findChild<QCheckBox*>(name)->isChecked(); };
-        EXPECT_TRUE(ticked("Check1") && ticked("Check5") && !ticked("Check9") && !ticked("CheckDXF"));
+    within("ViewOptions", [](const windowview& dialog) {
+        EXPECT_TRUE(dialog.ticked("Check1") && dialog.ticked("Check5"));
+        EXPECT_FALSE(dialog.ticked("Check9") || dialog.ticked("CheckDXF"));
         EXPECT_TRUE(isenabled("DXFIN")) << "opening changes nothing";
-        click(dialog, "Check5");
-        click(dialog, "CheckDXF");
-        click(dialog, "Picture9");
-        click(dialog, "Command1");
+        for (const char* name : {"Check5", "CheckDXF", "Picture9", "Command1"}) dialog.click(name);
+        EXPECT_FALSE(dialog.window.isVisible());
     });
     answers::expectcolour(rgb(0, 128, 0));
     choose("ViewOpt");
@@ -94,10 +74,8 @@ TEST_F(mapdialogtest, ViewOptions) {
 }
 
 TEST_F(mapdialogtest, RGBSettings) {
-    answers::expectwindow("RGBSettings", [](QWidget& dialog) {
-        click(dialog, "shape_15");
-        click(dialog, "numlab_0");
-        click(dialog, "Command1");
+    within("RGBSettings", [](const windowview& dialog) {
+        for (const char* name : {"shape_15", "numlab_0", "Command1"}) dialog.click(name);
     });
     answers::expectcolour(rgb(1, 2, 3));
     answers::expectcolour(rgb(4, 5, 6));
@@ -105,6 +83,24 @@ TEST_F(mapdialogtest, RGBSettings) {
     EXPECT_EQ(SessionState.rgbTable[15], rgb(1, 2, 3));
     EXPECT_EQ(SessionState.rgbTable[0], rgb(4, 5, 6));
     EXPECT_EQ(filesize(inside("RGB.BIN")), 68U);
+}
+
+TEST_F(mapdialogtest, BlankingOptionsRefuseAGridOfNoSize) {
+    BlankingOptions = {};
+    within("BLNopt", [](const windowview& dialog) {
+        EXPECT_TRUE(dialog.ticked("BLNinside"));
+        dialog.click("BLNoutside");
+        dialog.click("Snap");
+        dialog.type("gridsize", "0 m");
+        answers::expectbox("size 0", platform::answer::ok);
+        dialog.click("Command1");
+        EXPECT_TRUE(dialog.window.isVisible()) << "the line would be lost";
+        dialog.type("gridsize", "0.25");
+        dialog.click("Command1");
+    });
+    runcommand("BLNoptions");
+    EXPECT_TRUE(BlankingOptions.outside && BlankingOptions.snap && !BlankingOptions.ortho);
+    EXPECT_EQ(BlankingOptions.gridsize, "0.25");
 }
 
 } // namespace

@@ -7,18 +7,11 @@
 #include "results/resultreader.h"
 
 #include <QComboBox>
-#include <QPushButton>
 
 namespace orv {
 namespace {
 
-struct openresponse {
-    QWidget& window;
-
-    template <class widget = QWidget>
-    widget& control(const char* name) const {
-        return *window.findChild<widget*>(name);
-    }
+struct openresponse : windowview {
     QWidget& plot() const { return control("Picture1"); }
     QImage image() const { return plot().grab().toImage(); }
     QPoint at(double share) const {
@@ -45,11 +38,8 @@ struct responsewindowtest : windowtest {
         QTest::qWait(1);
     }
 
-    void open(const std::function<void(const openresponse&)>& look) const {
-        answers::expectwindow("ImpulseResponse", [look](QWidget& window) {
-            look({window});
-            window.close();
-        });
+    void open(const std::function<void(const openresponse&)>& act) const {
+        within("ImpulseResponse", [act](const windowview& response) { act({response}); });
         choose("ViewImpulse");
     }
     QImage scene() const { return picturecontents(MainWindow->picture).copy(); }
@@ -57,7 +47,7 @@ struct responsewindowtest : windowtest {
 
 TEST_F(responsewindowtest, marksLeaveEveryPixelAsItWas) {
     open([](const openresponse& response) {
-        QTest::mouseClick(&response.control("schlabel"), Qt::LeftButton);
+        response.click("schlabel");
         const QImage clean = response.image();
         const double places[] = {0.3, 0.62, 0.051, 0.95};
         for (const double place : places) {
@@ -80,11 +70,9 @@ TEST_F(responsewindowtest, keysListsAndZoomReachThePlot) {
         EXPECT_EQ(list.count(), 21);
         EXPECT_EQ(list.currentText(), "Rec.1");
         EXPECT_EQ(response.control<QComboBox>("FreqNo").currentText(), "1000");
-        EXPECT_FALSE(response.control("PathN").isVisible());
+        EXPECT_FALSE(response.shown("PathN"));
         auto& time = response.control<QLineEdit>("Xtext");
-        time.setFocus();
-        time.selectAll();
-        QTest::keyClicks(&time, ".25");
+        response.type("Xtext", ".25");
         QTest::keyClick(&time, Qt::Key_Return);
         EXPECT_EQ(time.text(), "0.25");
         QTest::keyClick(&list, Qt::Key_Down); // the cursor's, not the list's
@@ -99,14 +87,8 @@ TEST_F(responsewindowtest, keysListsAndZoomReachThePlot) {
         EXPECT_EQ(SessionState.viewStart, 0.0F);
         EXPECT_TRUE(response.window.isVisible());
 
-        response.window.resize(1, 1);
-        QTest::qWait(1);
-        for (const char* name : {"Picture1", "RecNo", "FreqNo", "Xtext", "schlabel", "PathLenght"})
-            EXPECT_TRUE(response.window.rect().contains(QRect(
-                response.control(name).mapTo(&response.window, QPoint()), response.control(name).size())))
-                << name;
+        response.expectroom({"Picture1", "RecNo", "FreqNo", "Xtext", "schlabel", "PathLenght"});
         EXPECT_EQ(response.image().size(), response.plot().size() * response.plot().devicePixelRatioF());
-        EXPECT_LE(response.window.width(), 1000);
     });
     open([](const openresponse&) {}); // a second time
 }
@@ -120,7 +102,7 @@ TEST_F(responsewindowtest, pathsComeAndGoInTheScene) {
         for (QWidget* each : QApplication::topLevelWidgets())
             if (each->objectName() == "ImpulseResponse" && each->isVisible()) window = each;
         ASSERT_NE(window, nullptr);
-        const openresponse response{*window};
+        const openresponse response{{*window}};
         EXPECT_EQ(scene(), before) << "receiver 1 has no paths";
         choosereceiver(3);
         platform::updatewindow(responsewindowname);
@@ -128,7 +110,7 @@ TEST_F(responsewindowtest, pathsComeAndGoInTheScene) {
         const QImage first = scene();
         EXPECT_NE(first, before);
         QTest::keyClick(&response.plot(), Qt::Key_Right);
-        EXPECT_NE(response.control<QLineEdit>("Xtext").text(), "0.05");
+        EXPECT_NE(response.text("Xtext"), "0.05");
         QTest::keyClick(&response.plot(), Qt::Key_End);
         QTest::keyClick(&response.plot(), Qt::Key_Home);
         EXPECT_EQ(scene(), first);

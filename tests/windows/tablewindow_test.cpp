@@ -16,13 +16,7 @@ namespace {
 
 constexpr int receivers = 30;
 
-struct opentableview {
-    QWidget& window;
-
-    template <class widget = QWidget>
-    widget& control(const char* name) const {
-        return *window.findChild<widget*>(name);
-    }
+struct opentableview : windowview {
     QTableView& grid() const { return control<QTableView>("Grid"); }
     QComboBox& box() const { return control<QComboBox>("RecNo"); }
     QString cell(int row, int column) const { return grid().model()->index(row, column).data().toString(); }
@@ -44,12 +38,9 @@ struct tablewindowtest : windowtest {
                 ParameterSet.Leq(receiver, band) = static_cast<float>(receiver + 100 * band);
     }
 
-    // Opens a table as its menu entry does; it is closed behind `inside`.
-    void open(const char* command, const std::function<void(const opentableview&)>& inside) const {
-        answers::expectwindow("Table", [inside](QWidget& window) {
-            inside({window});
-            QTest::keyClick(&window, Qt::Key_Escape);
-        });
+    // Opens a table as its menu entry does.
+    void open(const char* command, const std::function<void(const opentableview&)>& act) const {
+        within("Table", [act](const windowview& table) { act({table}); });
         choose(command);
     }
 };
@@ -63,10 +54,12 @@ TEST_F(tablewindowtest, oneParameterOfAllReceivers) {
         EXPECT_EQ(table.cell(receivers, 11), "1230.0");
         QTest::keyClick(&table.control("CopyTable"), Qt::Key_Return);
         EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("\t1230.0"));
+        table.click("CloseTable");
+        EXPECT_FALSE(table.window.isVisible());
     });
 }
 
-TEST_F(tablewindowtest, oneReceiverFromTheListOrTyped) {
+TEST_F(tablewindowtest, receiversAndFrequenciesAreChosenFromTheListOrTyped) {
     open("SingleRec", [](const opentableview& table) {
         EXPECT_EQ(table.box().count(), receivers);
         EXPECT_EQ(table.cell(0, 0), "101.0") << "the first receiver at once";
@@ -79,6 +72,14 @@ TEST_F(tablewindowtest, oneReceiverFromTheListOrTyped) {
         EXPECT_EQ(table.cell(0, 0), "109.0");
         EXPECT_EQ(table.box().currentText(), "9");
         EXPECT_TRUE(table.window.isVisible()) << "Enter belongs to the number";
+        table.expectroom({"Label1", "RecNo", "Grid", "CopyTable", "CloseTable"});
+    });
+    open("R_Robin", [](const opentableview& table) {
+        EXPECT_EQ(table.cell(0, receivers - 1), "330.0");
+        QTest::keyClick(&table.box(), Qt::Key_End);
+        EXPECT_EQ(table.cell(0, receivers - 1), "1230.0");
+        QTest::keyClick(&table.window, Qt::Key_Escape);
+        EXPECT_FALSE(table.window.isVisible());
     });
 }
 
@@ -91,30 +92,6 @@ TEST_F(tablewindowtest, aReceiverOutOfRangeEndsTheProgram) {
         });
     };
     EXPECT_EXIT(type(), testing::ExitedWithCode(1), "told");
-}
-
-TEST_F(tablewindowtest, roundRobinByFrequency) {
-    open("R_Robin", [](const opentableview& table) {
-        EXPECT_EQ(table.cell(0, receivers - 1), "330.0");
-        QTest::keyClick(&table.box(), Qt::Key_End);
-        EXPECT_EQ(table.cell(0, receivers - 1), "1230.0");
-    });
-}
-
-TEST_F(tablewindowtest, nothingIsCutOffAtTheSmallestSize) {
-    open("SingleRec", [](const opentableview& table) {
-        table.window.resize(1, 1);
-        QTest::qWait(1);
-        for (const char* name : {"Label1", "RecNo", "Grid", "CopyTable", "CloseTable"}) {
-            const QWidget& part = table.control(name);
-            const QRect place(part.mapTo(&table.window, QPoint(0, 0)), part.size());
-            EXPECT_TRUE(table.window.rect().contains(place)) << name;
-            EXPECT_GE(part.width(), part.minimumSizeHint().width()) << name;
-            EXPECT_GE(part.height(), part.minimumSizeHint().height()) << name;
-        }
-        QTest::mouseClick(&table.control("CloseTable"), Qt::LeftButton);
-        EXPECT_FALSE(table.window.isVisible());
-    });
 }
 
 TEST_F(tablewindowtest, theLargestOpenAndScroll) {

@@ -6,72 +6,27 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
-#include <QPushButton>
 #include <QSlider>
 #include <QTableWidget>
 
 namespace orv {
 namespace {
 
-struct toolview {
-    QWidget& window;
-
-    template <class widget = QWidget>
-    widget& control(const char* name) const {
-        auto* found = window.findChild<widget*>(name);
-        if (!found) throw std::runtime_error(std::string("no control ") + name);
-        return *found;
-    }
-    void click(const char* name) const {
-        QWidget& button = control(name);
-        QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
-    }
-    void type(const char* field, const char* text) const {
-        auto& edit = control<QLineEdit>(field);
-        window.activateWindow(); // a dialog that closed has left it without the focus
-        QTest::qWait(1);
-        edit.setFocus();
-        edit.selectAll();
-        QTest::keyClicks(&edit, text);
-    }
-    // At the smallest size it takes, which has to fit, nothing is cut off.
-    void expectroom(int width, int height) const {
-        window.resize(1, 1);
-        QTest::qWait(1);
-        EXPECT_LE(window.width(), width);
-        EXPECT_LE(window.height(), height);
-        for (const QWidget* part : window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-            if (!part->isVisible()) continue;
-            EXPECT_TRUE(window.rect().contains(part->geometry())) << part->objectName().toStdString();
-            EXPECT_GE(part->width(), std::min(part->minimumSizeHint().width(), part->maximumWidth()))
-                << part->objectName().toStdString();
-        }
-    }
-};
-
 struct toolwindows : windowtest {
     toolwindows() { writesamples(); }
 
-    void open(const char* command, const char* window,
-              const std::function<void(const toolview&)>& act) const {
-        answers::expectwindow(window, [act](QWidget& shown) {
-            act({shown});
-            QTest::keyClick(&shown, Qt::Key_Escape);
-        });
-        choose(command);
-    }
-    void opensum(const std::function<void(const toolview&)>& act) const { open("SumEq", "SumEqualize", act); }
-    void openoptimizer(const std::function<void(const toolview&)>& act) const {
-        open("AlfaBetaOpt", "Optimizer", act);
+    static void expectroom(const windowview& tool) {
+        for (const QWidget* part : tool.window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            if (part->isVisible()) tool.expectroom({part->objectName().toUtf8().constData()});
     }
 };
 
 TEST_F(toolwindows, SlidersFillTheRowThatIsSelected) {
-    opensum([this](const toolview& sum) {
+    within("SumEqualize", [this](const windowview& sum) {
         std::filesystem::copy_file(inside("box._01"), inside("box._02"));
         EXPECT_EQ(sum.window.windowTitle(), "Sum & Equalize result files");
-        sum.expectroom(1000, 700);
-        EXPECT_FALSE(sum.control("Slider1_0").isEnabled()) << "there is no row";
+        expectroom(sum);
+        EXPECT_FALSE(sum.enabled("Slider1_0")) << "there is no row";
         answers::expectfile("Select output files to be summed",
                             "\"" + inside("box._01") + "\" \"" + inside("box._02") + "\"");
         sum.click("SelectInput");
@@ -100,29 +55,31 @@ TEST_F(toolwindows, SlidersFillTheRowThatIsSelected) {
         EXPECT_EQ(slider.value(), -1);
         EXPECT_EQ(grid.item(0, 2)->text(), "0") << "selecting writes nothing";
     });
+    choose("SumEq");
 }
 
 TEST_F(toolwindows, AFailedSumIsToldAndAGoodOneCloses) {
-    opensum([this](const toolview& sum) {
+    within("SumEqualize", [this](const windowview& sum) {
         answers::expectfile("Select output files to be summed", inside("box._01"));
         sum.click("SelectInput");
         answers::expectbox("names no output file", platform::answer::ok);
         sum.click("Compute");
         EXPECT_TRUE(sum.window.isVisible());
-        EXPECT_TRUE(sum.control("Slider1_0").isEnabled());
+        EXPECT_TRUE(sum.enabled("Slider1_0"));
         answers::expectfile("Save result file", inside("sum"));
         sum.click("SelectOutput");
         EXPECT_EQ(sum.control<QLabel>("Outfile").text(), "sum.___");
         sum.click("Compute");
         EXPECT_FALSE(sum.window.isVisible());
     });
+    choose("SumEq");
     EXPECT_TRUE(canopen(inside("sum.___")));
 }
 
 TEST_F(toolwindows, TheChartFollowsEveryField) {
-    openoptimizer([this](const toolview& tool) {
+    within("Optimizer", [this](const windowview& tool) {
         EXPECT_EQ(tool.window.windowTitle(), "Alfa-Beta Optimizer");
-        tool.expectroom(1000, 700);
+        expectroom(tool);
         auto& title = tool.control<QLabel>("GraphTitle");
         auto& graph = tool.control("Graph1");
         QImage before = graph.grab().toImage();
@@ -154,12 +111,13 @@ TEST_F(toolwindows, TheChartFollowsEveryField) {
         // Too high a receiver is told, and the last good one comes back.
         answers::expectbox("outside 0..20", platform::answer::ok);
         tool.type("TexRecNum", "21");
-        EXPECT_EQ(tool.control<QLineEdit>("TexRecNum").text(), "2");
+        EXPECT_EQ(tool.text("TexRecNum"), "2");
         answers::expectbox("was not found", platform::answer::ok);
         std::filesystem::remove(inside("orvanta.ini"));
         tool.click("CommandSave");
         EXPECT_TRUE(tool.window.isVisible());
     });
+    choose("AlfaBetaOpt");
     EXPECT_EQ(Optimizer.file[1].pyramids, 0) << "closed, it keeps nothing";
 }
 

@@ -14,6 +14,7 @@
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QLineEdit>
@@ -25,9 +26,55 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 namespace orv {
+
+// An open window by its controls.
+struct windowview {
+    QWidget& window;
+
+    template <class widget = QWidget>
+    widget& control(const char* name) const {
+        auto* found = window.findChild<widget*>(name);
+        if (!found) throw std::runtime_error(std::string("no control ") + name);
+        return *found;
+    }
+    QString text(const char* name) const { return control<QLineEdit>(name).text(); }
+    bool ticked(const char* name) const { return control<QAbstractButton>(name).isChecked(); }
+    bool shown(const char* name) const { return control(name).isVisible(); }
+    bool enabled(const char* name) const { return control(name).isEnabled(); }
+
+    // Clicks where a box has its mark.
+    void click(const char* name) const {
+        QWidget& clicked = control(name);
+        QTest::mouseClick(&clicked, Qt::LeftButton, {}, QPoint(8, clicked.height() / 2));
+        QTest::qWait(1);
+    }
+    // Types in the place of what a field holds.
+    void type(const char* name, const char* typed) const {
+        auto& field = control<QLineEdit>(name);
+        window.activateWindow(); // a dialog that closed has left it without the focus
+        QTest::qWait(1);
+        field.setFocus();
+        field.selectAll();
+        QTest::keyClicks(&field, typed);
+    }
+    // At the smallest size it takes, which has to fit, nothing is cut off.
+    void expectroom(std::initializer_list<const char*> controls) const {
+        window.resize(1, 1);
+        QTest::qWait(1);
+        EXPECT_LE(window.width(), 1000);
+        EXPECT_LE(window.height(), 700);
+        for (const char* name : controls) {
+            const QWidget& part = control(name);
+            const QRect place(part.mapTo(&window, QPoint(0, 0)), part.size());
+            EXPECT_TRUE(window.rect().contains(place)) << name;
+            EXPECT_GE(part.width(), std::min(part.minimumSizeHint().width(), part.maximumWidth())) << name;
+        }
+    }
+};
 
 struct windowtest : testing::Test {
     QTemporaryDir directory;
@@ -61,9 +108,7 @@ struct windowtest : testing::Test {
 
     template <class widget = QWidget>
     widget& control(const char* name) const {
-        auto* found = form().findChild<widget*>(name);
-        if (!found) throw std::runtime_error(std::string("no control ") + name);
-        return *found;
+        return windowview{form()}.control<widget>(name);
     }
 
     QAction& action(const char* name) const { return control<QAction>(name); }
@@ -71,13 +116,21 @@ struct windowtest : testing::Test {
     // Chooses a menu entry as a click does.
     void choose(const char* name) const { action(name).trigger(); }
 
-    // A room of 60 faces and a result of 20 receivers in it.
-    void writesamples() const {
-        samples::writebiggeometry(inside("box.RAY"), 60, 20);
+    // Acts in the next window of this name, which closes then.
+    static void within(const char* name, const std::function<void(const windowview&)>& act) {
+        answers::expectwindow(name, [act](QWidget& window) {
+            act({window});
+            if (window.isVisible()) window.close();
+        });
+    }
+
+    // A room of 60 faces and a result in it.
+    void writesamples(const std::string& name = "box", int receivers = 20, int slots = 400) const {
+        samples::writebiggeometry(inside(name + ".RAY"), 60, receivers);
         samples::bigoptions options;
-        options.receivers = 20;
-        options.slots = 400;
-        samples::writebigresult(inside("box._01"), options);
+        options.receivers = receivers;
+        options.slots = slots;
+        samples::writebigresult(inside(name + "._01"), options);
     }
 
     void openroom() const {
