@@ -103,7 +103,7 @@ void pad(std::string& line, std::size_t column) {
     if (line.size() < column) line.resize(column, ' ');
 }
 
-constexpr std::size_t columns[] = {52, 70, 90, 106, 118, 132, 142};
+constexpr std::size_t columns[] = {52, 88, 108, 124, 132, 144, 153};
 
 std::string headline() {
     std::string line = "  quantity";
