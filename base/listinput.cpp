@@ -25,7 +25,7 @@ std::size_t lineendat(std::string_view buffer, std::size_t at) {
 
 // Whether a field ends in front of the character at `at`, which is not the end.
 bool endsfield(const char* at, const char* end) {
-    return isblank(*at) || *at == ',' || *at == '\n' || (*at == '\r' && at + 1 != end && at[1] == '\n');
+    return isblank(*at) || *at == ',' || *at == '\n' || (*at == '\r' && (at + 1 == end || at[1] == '\n'));
 }
 
 void skipseparators(listreader& reader) {
@@ -49,7 +49,9 @@ inline const char* behindseparator(const char* at, const char* end) {
     while (at != end && isblank(*at)) ++at;
     if (at == end) return at;
     if (*at == ',' || *at == '\n') return at + 1;
-    return *at == '\r' && at + 1 != end && at[1] == '\n' ? at + 2 : at;
+    if (*at != '\r') return at;
+    if (at + 1 == end) return end;
+    return at[1] == '\n' ? at + 2 : at;
 }
 
 void takeseparator(listreader& reader) {
@@ -265,13 +267,8 @@ std::size_t skipcharacters(listreader& reader, std::size_t count) {
 std::string_view readline(listreader& reader) {
     if (atend(reader)) inputfailure(reader, errorkind::pastend, "the file ends where a line was expected");
     const std::size_t begin = reader.position;
-    std::size_t end = reader.buffer.find('\n', begin);
-    if (end == std::string_view::npos) {
-        reader.position = reader.buffer.size();
-        reader.insidelineend = false;
-        return reader.buffer.substr(begin);
-    }
-    reader.position = end + 1;
+    std::size_t end = std::min(reader.buffer.find('\n', begin), reader.buffer.size());
+    reader.position = std::min(end + 1, reader.buffer.size());
     reader.insidelineend = false;
     if (end > begin && reader.buffer[end - 1] == '\r') --end;
     return reader.buffer.substr(begin, end - begin);

@@ -1,8 +1,8 @@
 // Reading text files: lines, counted characters and free list input over one buffer with one position.
 //
-// The buffer is not owned; it must outlive the reader. CR LF and a bare LF both end a line, and a bare LF
-// counts as two characters (CR, LF) wherever characters are counted, so that a file and its twin with bare
-// line feeds read alike.
+// The buffer is not owned; it must outlive the reader. CR LF and a bare LF both end a line, as does the CR of
+// a file that is cut behind it, and a bare LF counts as two characters (CR, LF) wherever characters are
+// counted, so that a file and its twin with bare line feeds read alike.
 #pragma once
 
 #include "base/runtimeerror.h"

@@ -56,6 +56,7 @@ TEST(fields, TakeOneSeparatorBehindThem) {
                                                          {"1   x", "x"},
                                                          {"1", ""},
                                                          {"1\rx", ""},
+                                                         {"1 \r", ""},
                                                          {"1]]] , x", " x"}};
     for (const auto& [text, left] : cases) {
         listreader reader = openlist(text, "F");
@@ -74,6 +75,11 @@ TEST(fields, HoldTextsPlainAndQuoted) {
     EXPECT_EQ(failureof([&] { readtext(reader); }).kind, errorkind::pastend);
     reader = openlist(" ,\r\n 1,,2\t3 ,4\n\n5", "F");
     for (const double expected : {1.0, 2.0, 3.0, 4.0, 5.0}) EXPECT_EQ(readnumber(reader), expected);
+    for (const auto& read : {+[](listreader& r) { return readtext(r); }, &readline}) { // cut behind the CR
+        reader = openlist("end\r", "F");
+        EXPECT_EQ(read(reader), "end");
+        EXPECT_TRUE(atend(reader));
+    }
     reader = openlist("\"never closed, 1", "F");
     EXPECT_EQ(readtext(reader), "never closed, 1");
 }
