@@ -22,6 +22,7 @@ void seticon() {
 // The command line is not used. A desktop names the file that its user has chosen in the environment.
 void openstartfile(QApplication& application) {
     const std::string file = qgetenv("ORVANTA_OPEN").toStdString();
+    qunsetenv("ORVANTA_OPEN"); // it is not for programs that this one starts
     if (file.empty()) return;
     // Once the window is there, as if its user had chosen it.
     QMetaObject::invokeMethod(
