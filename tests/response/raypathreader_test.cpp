@@ -16,6 +16,7 @@ struct pathfiles : resultsession {
         ResultSet.receiverDelay = {0.01, 7, 7, 7}; // entry 0 counts for all
         ResultSet.criticalTime = 0.05F;
         ResultSet.alfaConstant = 0.8F;
+        ResultSet.betaConstant = 1;
     }
 
     std::string path(const std::string& bytes) const {
@@ -53,6 +54,10 @@ TEST_F(pathfiles, recordsFillTheStore) {
     EXPECT_EQ(scripted::countcalls("status 2| "), 3U);
     EXPECT_EQ(scripted::countcalls("yield"), 3U);
     EXPECT_EQ(scripted::statustext(1) + scripted::statustext(2), "");
+
+    ResultSet.betaConstant = ResultSet.alfaConstant = 0; // no beta, no correction, whatever alfa is
+    loadpaths("1,2,.5" + std::string(energies) + "0");
+    EXPECT_EQ(findpath(1, 1)->energy[10], 10.0F);
 }
 
 TEST_F(pathfiles, pointsBeyondTheTenthAreDropped) {
