@@ -50,14 +50,15 @@ void refreshsoon() {
     QMetaObject::invokeMethod(window.form.get(), refresh, Qt::QueuedConnection);
 }
 
-// A control of the main window itself, else of the dialog in front, else of one that has just been closed.
+// A control of the main window itself, else of the dialog in front, else of the youngest window: one that is
+// being opened, or has just been closed, over another that may have a control of the name too.
 QWidget& controlof(const std::string& name) {
     QWidget* const dialog = QApplication::activeModalWidget();
     QWidget* elsewhere = nullptr;
     const auto controls = MainWindow->form->findChildren<QWidget*>(QString::fromStdString(name));
     for (QWidget* found : controls) {
         if (found->window() == MainWindow->form.get()) return *found;
-        if (!elsewhere || found->window() == dialog) elsewhere = found;
+        if (!elsewhere || elsewhere->window() != dialog) elsewhere = found;
     }
     if (elsewhere) return *elsewhere;
     throw runtimeerror{errorkind::subscript, "No window has a control named \"" + name + "\"."};
