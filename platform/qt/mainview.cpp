@@ -23,6 +23,7 @@
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QStackedWidget>
+#include <QStatusBar>
 #include <QStringListModel>
 
 namespace orv::platform {
@@ -35,8 +36,9 @@ void refresh() {
     if (!MainWindow) return;
     mainwindow& window = *MainWindow;
     window.refreshing = false;
-    for (std::size_t i = 0; i < window.panel.size(); ++i)
-        showelided(*window.panel[i], qttext(window.paneltext[i]));
+    showelided(*window.panel[0], qttext(window.paneltext[0]));
+    // Mostly a percentage, but an export names its file here.
+    showelided(*window.panel[1], qttext(window.paneltext[1]), window.form->statusBar()->width() / 2);
     if (!window.logchanged) return;
     window.logchanged = false;
     window.log->setPlainText(qttext(window.logtext));
