@@ -176,9 +176,10 @@ void readnames(loading& load) {
         load.materials.emplace(pageuppercase(names[row]), static_cast<std::int16_t>(row));
 }
 
-// The row of that name, 0 without one.
+// The row of that name, 0 without one. Drawings of release 2007 and later have their texts in UTF-8.
 std::int16_t rownamed(const loading& load, std::string_view layer) {
-    const auto found = load.materials.find(pageuppercase(layer));
+    auto found = load.materials.find(pageuppercase(layer));
+    if (found == load.materials.end()) found = load.materials.find(pageuppercase(pagetext(layer)));
     return found == load.materials.end() ? std::int16_t{0} : found->second;
 }
 

@@ -95,7 +95,7 @@ struct dxf : sessiontest {
 TEST_F(dxf, ReadsEachEntity) {
     std::string text;
     for (const char* layer : {"12", "12ABC", "ABC12", "12.6", "2.5", "2000", "2001", "2005", "ab", "-5",
-                              "WOOD", " wood", "12wOOD", "12WOODS", "CITT\xC0"})
+                              "WOOD", " wood", "12wOOD", "12WOODS", "CITT\xC0", "Citt\xC3\xA0"})
         text += entity("3DFACE", layer, square);
     tell("Materials from layers", text);
     EXPECT_EQ(SessionState.targetY, .5F);
@@ -163,7 +163,7 @@ TEST_F(dxf, NamesFileLineAndReason) {
     EXPECT_EQ(RoomModel.holeVertexCount(1), holevertices);
     expectrefusals("refuseddxf.txt",
                    {face + "POLYLINE |", "0 3DFACE|8 32768|", "0 3DFACE|8 1|10 1E39|20 1|",
-                    outline("HOLES", holes + " 0 0 0"), doorways},
+                    outline("HOLES", holes + " 0 0 0"), doorways, std::string("\1\0z", 3)},
                    [](const std::string& entities) { load(entities); });
     load(face);
     std::filesystem::remove("orvanta.mat"); // which is read before the room is emptied
