@@ -131,7 +131,7 @@ TEST_F(dxf, ReadsEachEntity) {
 
     tell("Coordinates in front of the layer are lost",
          entity("LINE", "RECEIVERS", "1 2 3 4 5 6") + entity("LINE", "receivers", "9 9 9 9 9 9") +
-             entity("LINE", "RAYS", "1 2 3 6 2 -2") + entity("ATTDEF", "NAMES", "9 9 9") +
+             entity("LINE", "RAYS", "1.4 2 1.2 6.4 2 .9") + entity("ATTDEF", "NAMES", "9 9 9") +
              entity("ATTDEF", "SOURCES", "1 2 3 4 5 6") + "40 8|1 label|2 Omni.spk|70 0|51 .5|" +
              "0 LINE|10 7|20 7|8 RECEIVERS|30 1|");
     expectgolden("dxf.txt", told);
