@@ -512,6 +512,7 @@ void readentities(loading& load) {
         if (load.text == "ENDSEC") return;
         pending = load.code == 0 && !load.ended && readentity(load);
     }
+    logload("The file ends without ENDSEC. It may be cut.");
 }
 
 // The whole file; a failure of a routine that knows no line gets that of the present pair.
