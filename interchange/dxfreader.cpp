@@ -255,7 +255,6 @@ void takecoordinates(const loading& load, linepoints& line) {
 }
 
 void readsource(loading& load) {
-    readuntil(load, 8);
     if (load.text != "SOURCES") return;
     const std::int32_t source = nextslot(load.counts.sources, highestsource, "sources");
     std::string& file = RoomModel.sourceFile(source);
@@ -306,7 +305,6 @@ void readrayline(loading& load) {
 }
 
 void readlineentity(loading& load) {
-    readuntil(load, 8);
     if (load.text == "RECEIVERS")
         readreceiver(load);
     else if (load.text == "RAYS")
@@ -401,7 +399,6 @@ void readdoor(loading& load, std::string_view layer) {
 }
 
 void readpolyline(loading& load) {
-    readuntil(load, 8);
     if (load.text == "HOLES")
         readhole(load);
     else
@@ -450,7 +447,6 @@ void splitface(loading& load, const roompoint (&corner)[corners]) {
 }
 
 void readface(loading& load) {
-    readuntil(load, 8);
     roommodel& r = RoomModel;
     const std::int32_t face = nextslot(load.counts.faces, highestface, "faces");
     const layermaterial material = materialofface(load, load.text);
@@ -477,6 +473,7 @@ void readface(loading& load) {
     if (shape == planarity::split) splitface(load, corner);
 }
 
+// What is read of an entity behind its layer.
 struct entitykind {
     std::string_view name;
     void (*read)(loading&);
@@ -490,6 +487,8 @@ bool readentity(loading& load) {
     const auto kind = std::find_if(std::begin(entitykinds), std::end(entitykinds),
                                    [&](const entitykind& each) { return each.name == load.text; });
     if (kind == std::end(entitykinds)) return false;
+    readuntil(load, 8);
+    if (load.ended) return false; // without its layer it is nothing
     kind->read(load);
     return load.code == 0 && load.text != "SEQEND";
 }

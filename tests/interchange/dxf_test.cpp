@@ -151,6 +151,8 @@ TEST_F(dxf, TakesPairsLiterally) {
     loadtext(whole.substr(0, whole.rfind("13")), platform::answer::no);
     EXPECT_EQ(counts(), (std::vector<int>{2, 0, 0, 0, 0, 0}));
     EXPECT_EQ(RoomModel.faceVertexX(2, 4), 1.0F); // what the place held last
+    loadtext(whole + pairs("0 3DFACE|5 A1|"), platform::answer::no);
+    EXPECT_EQ(RoomModel.faceCount, 2); // no face without its layer
     EXPECT_TRUE(scripted::called("log|The file ends without ENDSEC. It may be cut."));
     loadtext("");
     EXPECT_EQ(RoomModel.faceCount, 0);
