@@ -93,9 +93,7 @@ void readpoints(listreader& file, raypath& path) {
 
 // Reads one record. Returns false where the file or the load ends.
 bool readrecord(listreader& file, const correction& now) {
-    const std::size_t begin = file.position;
-    if (tryreadnumber(file).outcome == fieldoutcome::pastend) return false; // blank lines behind the last one
-    file.position = begin;
+    if (nothingleft(file)) return false;
     const std::int32_t receiver = readwhole32(file);
     if (receiver > RoomModel.receiverCount) return false;
     if (receiver < 0) subscriptfailure("RayPathSet receiver", receiver, 0, RoomModel.receiverCount);

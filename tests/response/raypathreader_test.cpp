@@ -28,7 +28,7 @@ struct pathfiles : resultsession {
 
 TEST_F(pathfiles, recordsFillTheStore) {
     const std::string record = std::string("2,5,.01") + energies + "2,3,.5,-1,2,4,1,6,7\r\n";
-    loadpaths("1, 2 .03" + std::string(energies) + "0\r\n" + record + "3,4,.5" + energies + "0\r\n\r\n");
+    loadpaths("1, 2 .03" + std::string(energies) + "0\r\n" + record + "3,4,.5" + energies + "0\r\n\r\n\x1A");
     EXPECT_EQ(RayPathSet.pathCountOf, (std::vector<std::int32_t>{3, 1, 1, 1}));
     EXPECT_TRUE(SessionState.pathsExist);
     const raypath& two = *findpath(2, 1);
