@@ -218,7 +218,9 @@ void readrecords(loading& load) {
         platform::yield();
         if (Optimizer.stop) throw runtimeerror{errorkind::cancelled, "The load was stopped."};
     }
-    if (!load.any) throw runtimeerror{errorkind::domain, load.file.name + " holds no receivers."};
+    // Without pyramids it would count as not loaded all the same, but silently.
+    if (!load.any && load.target.pyramids < 1)
+        throw runtimeerror{errorkind::domain, load.file.name + " holds no receivers."};
 }
 
 // --- The chart ---

@@ -75,7 +75,7 @@ void closeoptimizer();
 // the speed of sound and the bands without what a load adds to them. Where the receivers or slots differ from
 // those of the other file, that one is dropped with a beep. Raises filenotfound, fileaccess, typemismatch,
 // pastend and overflow with file and line, overflow beyond 32767 receivers or slots, memory, domain for a
-// file without receivers, and cancelled when stopped; the file then counts as not loaded.
+// file with neither pyramids nor receivers, and cancelled when stopped; the file then counts as not loaded.
 void loadoptimizerfile(const std::string& name, int index);
 
 // Computes the chart from the fields. lastSlot is cut to 3000, which stays so; roomMaxY of RoomModel takes
