@@ -56,7 +56,7 @@ double place(int cell, double length) {
     return (cell + 0.5) * length / cells;
 }
 
-// One cell of the field by a loop that has nothing else to do, its sums in eight parts.
+// One cell of the field by a loop that has nothing else to do, its sums in parts.
 ORV_WIDELOOPS
 double tightest(const double* first, const double* second, const double* value, std::size_t count, double c1,
                 double c2) {
