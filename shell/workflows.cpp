@@ -18,7 +18,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 namespace orv {
 
@@ -118,9 +117,7 @@ void Fsave() {
         chosenfile(platform::asksavefile, "Save a Orvanta CAD File", roomfilter, savedroomproposal());
     if (!chosen) return;
     const filejob running;
-    SessionState.geometryFileName = *chosen;
-    // A point as the first character makes no extension.
-    if (filenameof(*chosen).find('.', 1) == std::string::npos) SessionState.geometryFileName += ".ray";
+    SessionState.geometryFileName = completedname(*chosen, "ray");
     showtitle(SessionState.geometryFileName);
     savegeometry(SessionState.geometryFileName);
 }
