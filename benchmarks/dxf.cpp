@@ -2,7 +2,6 @@
 // bare std::from_chars loop over the same bytes in memory, and how long attaching all openings to its faces
 // takes.
 #include "base/files.h"
-#include "base/runtimeerror.h"
 #include "benchmarks/floor.h"
 #include "interchange/dxfreader.h"
 #include "interchange/dxfwriter.h"

@@ -1,7 +1,6 @@
 // How fast loadnastran reads 100000 nodes and 75000 elements, against the floor of a bare std::from_chars
 // loop over the same bytes in memory. The ratio of the rates should be 0.4 or above.
 #include "base/files.h"
-#include "base/numbertext.h"
 #include "benchmarks/floor.h"
 #include "interchange/nastranreader.h"
 #include "platform/scripted/scripted.h"

@@ -210,17 +210,19 @@ void renderpulse(accumulator& all, exportedsound& sound, const exportjob& job, s
 
 // The pulses of slot t, each with an even share of the slot's energy. Many of them let events in between.
 void renderslot(accumulator& all, residual& left, const exportjob& job, std::int32_t t) {
+    if (job.pulsesPerSlot < 1) return;
     exportedsound sound;
+    for (int band = 1; band <= octavebands; ++band) {
+        const double energy = static_cast<double>(left(t, band)) / job.pulsesPerSlot;
+        sound.amplitude[slot(band)] =
+            std::sqrt(std::fabs(energy)); // paths may have taken more than there was
+    }
     for (double pulse = 1; pulse <= job.pulsesPerSlot; ++pulse) {
         if (isfull(all)) {
             addsounds(all);
             platform::yield();
             if (stopped()) return;
         }
-        if (pulse == 1)
-            for (int band = 1; band <= octavebands; ++band)
-                sound.amplitude[slot(band)] =
-                    std::sqrt(std::fabs(static_cast<double>(left(t, band)) / job.pulsesPerSlot));
         renderpulse(all, sound, job, t);
     }
 }

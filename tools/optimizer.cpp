@@ -17,8 +17,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
-#include <limits>
 
 namespace orv {
 
