@@ -18,8 +18,8 @@ void MapLoad(); // "Open Imp.Resp. file only...": a result over the present room
                 // becomes that of the file beside the result all the same
 
 // Opens a file that the desktop has named at the start: a result with its room as OpenRes does, any other
-// file as FLoad does. A parameter file stands for the result that it lies beside. Nothing happens under a
-// region that the program does not run in.
+// file as FLoad does. A parameter file stands for the result that it lies beside; a box tells when that, or
+// the file itself, cannot be opened. Nothing happens under a region that the program does not run in.
 void openfile(const std::string& name);
 
 // Whether the parameter file beside a result holds what a load of the result would compute: it is there, and
