@@ -42,11 +42,7 @@ void importnastran(benchmark::State& state) {
     std::filesystem::remove(path);
     if (orv::RoomModel.faceCount != orv::highestface) state.SkipWithError("the file was not read whole");
 
-    const double megabytes = static_cast<double>(bytes.size) / 1e6;
-    state.counters["MB"] = megabytes;
-    state.counters["load_MBps"] = megabytes / best.routine;
-    state.counters["floor_MBps"] = megabytes / best.floor;
-    state.counters["ratio"] = best.floor / best.routine;
+    orv::tellrates(state, bytes.size, best);
 }
 BENCHMARK(importnastran)->UseManualTime()->Unit(benchmark::kMillisecond)->MinTime(2);
 

@@ -124,11 +124,15 @@ const hallmaterial& materialof(int row) {
                          [row](const hallmaterial& material) { return material.row == row; });
 }
 
-// Upright or flat rectangles of the box's sides. The two spans run along the side's own directions: y and z
-// of the sides at low and high x, x and z of those at low and high y, x and y of floor and ceiling.
-std::vector<point> sidecorners(int side, double low1, double high1, double low2, double high2) {
-    const double u[] = {low1, high1, high1, low1};
-    const double v[] = {low2, low2, high2, high2};
+// A rectangle of a side of the box, along the side's own directions: y and z of the sides at low and high x,
+// x and z of those at low and high y, x and y of floor and ceiling.
+struct sidespan {
+    double low1, high1, low2, high2;
+};
+
+std::vector<point> sidecorners(int side, const sidespan& span) {
+    const double u[] = {span.low1, span.high1, span.high1, span.low1};
+    const double v[] = {span.low2, span.low2, span.high2, span.high2};
     std::vector<point> corners;
     for (int i = 0; i < 4; ++i) {
         if (side < 2)
@@ -141,13 +145,16 @@ std::vector<point> sidecorners(int side, double low1, double high1, double low2,
     return corners;
 }
 
-hallface sideface(int side, int wall, int material, double low1, double high1, double low2, double high2) {
-    return {side, wall, material, sidecorners(side, low1, high1, low2, high2), {}};
+hallface sideface(int side, int wall, int material, const sidespan& span) {
+    return {side, wall, material, sidecorners(side, span), {}};
 }
 
-void addopening(hallface& face, bool door, int material, double low1, double high1, double low2,
-                double high2) {
-    face.openings.push_back({door, material, sidecorners(face.side, low1, high1, low2, high2)});
+void adddoor(hallface& face, int material, const sidespan& span) {
+    face.openings.push_back({true, material, sidecorners(face.side, span)});
+}
+
+void addhole(hallface& face, int material, const sidespan& span) {
+    face.openings.push_back({false, material, sidecorners(face.side, span)});
 }
 
 hallface drawnface(int wall, int material, std::vector<point> corners) {
@@ -167,45 +174,44 @@ hallface reflector(double x, double y, double z, double radius, double tilt) {
 }
 
 void addfloor(std::vector<hallface>& faces, int wall) {
-    faces.push_back(sideface(4, wall, stageFloor, 0, 8, -10, 10));
-    faces.push_back(sideface(4, wall, parquet, 8, 9.5, -10, 10));
-    faces.push_back(sideface(4, wall, emptySeats, 9.5, 33, -9.5, -.75));
-    faces.push_back(sideface(4, wall, emptySeats, 9.5, 33, .75, 9.5));
-    faces.push_back(sideface(4, wall, parquet, 9.5, 33, -.75, .75));
-    faces.push_back(sideface(4, wall, parquet, 9.5, 33, -10, -9.5));
-    faces.push_back(sideface(4, wall, parquet, 9.5, 33, 9.5, 10));
-    faces.push_back(sideface(4, wall, parquet, 33, 36, -10, 10));
+    faces.push_back(sideface(4, wall, stageFloor, {0, 8, -10, 10}));
+    faces.push_back(sideface(4, wall, parquet, {8, 9.5, -10, 10}));
+    faces.push_back(sideface(4, wall, emptySeats, {9.5, 33, -9.5, -.75}));
+    faces.push_back(sideface(4, wall, emptySeats, {9.5, 33, .75, 9.5}));
+    faces.push_back(sideface(4, wall, parquet, {9.5, 33, -.75, .75}));
+    faces.push_back(sideface(4, wall, parquet, {9.5, 33, -10, -9.5}));
+    faces.push_back(sideface(4, wall, parquet, {9.5, 33, 9.5, 10}));
+    faces.push_back(sideface(4, wall, parquet, {33, 36, -10, 10}));
 }
 
 void addceiling(std::vector<hallface>& faces, int wall) {
-    faces.push_back(sideface(5, wall, diffusingPanelling, 0, 9, -10, 10));
-    faces.push_back(sideface(5, wall, cofferedCeiling, 9, 36, -10, 10));
-    addopening(faces.back(), false, grille, 14, 16, -.5, .5);
-    addopening(faces.back(), false, grille, 21, 23, -.5, .5);
-    addopening(faces.back(), false, grille, 28, 30, -.5, .5);
+    faces.push_back(sideface(5, wall, diffusingPanelling, {0, 9, -10, 10}));
+    faces.push_back(sideface(5, wall, cofferedCeiling, {9, 36, -10, 10}));
+    addhole(faces.back(), grille, {14, 16, -.5, .5});
+    addhole(faces.back(), grille, {21, 23, -.5, .5});
+    addhole(faces.back(), grille, {28, 30, -.5, .5});
 }
 
 void addplatformwall(std::vector<hallface>& faces, int wall) {
-    faces.push_back(sideface(0, wall, cavityPanelling, -10, 10, 0, 5));
-    addopening(faces.back(), true, solidDoor, -8.5, -7.1, 1, 3.2);
-    addopening(faces.back(), true, solidDoor, 7.1, 8.5, 1, 3.2);
-    faces.push_back(sideface(0, wall, diffusingPanelling, -10, 10, 5, 12));
+    faces.push_back(sideface(0, wall, cavityPanelling, {-10, 10, 0, 5}));
+    adddoor(faces.back(), solidDoor, {-8.5, -7.1, 1, 3.2});
+    adddoor(faces.back(), solidDoor, {7.1, 8.5, 1, 3.2});
+    faces.push_back(sideface(0, wall, diffusingPanelling, {-10, 10, 5, 12}));
 }
 
 void addrearwall(std::vector<hallface>& faces, int wall) {
-    faces.push_back(sideface(1, wall, cavityPanelling, -10, 10, 0, 4.5));
-    addopening(faces.back(), true, solidDoor, -6, -4.2, 0, 2.3);
-    addopening(faces.back(), true, solidDoor, 4.2, 6, 0, 2.3);
-    faces.push_back(sideface(1, wall, openSlats, -10, 10, 4.5, 12));
-    addopening(faces.back(), false, doubleGlazing, -2, 2, 8.8, 10.2);
+    faces.push_back(sideface(1, wall, cavityPanelling, {-10, 10, 0, 4.5}));
+    adddoor(faces.back(), solidDoor, {-6, -4.2, 0, 2.3});
+    adddoor(faces.back(), solidDoor, {4.2, 6, 0, 2.3});
+    faces.push_back(sideface(1, wall, openSlats, {-10, 10, 4.5, 12}));
+    addhole(faces.back(), doubleGlazing, {-2, 2, 8.8, 10.2});
 }
 
 void addsidewall(std::vector<hallface>& faces, int wall, int side) {
-    faces.push_back(sideface(side, wall, bondedPanelling, 0, 36, 0, 5));
-    addopening(faces.back(), true, solidDoor, 8.2, 9.4, 0, 2.2);
-    faces.push_back(sideface(side, wall, boards, 0, 36, 5, 12));
-    for (const double x : {10., 16., 22., 28.})
-        addopening(faces.back(), false, doubleGlazing, x, x + 1.6, 7.4, 10.6);
+    faces.push_back(sideface(side, wall, bondedPanelling, {0, 36, 0, 5}));
+    adddoor(faces.back(), solidDoor, {8.2, 9.4, 0, 2.2});
+    faces.push_back(sideface(side, wall, boards, {0, 36, 5, 12}));
+    for (const double x : {10., 16., 22., 28.}) addhole(faces.back(), doubleGlazing, {x, x + 1.6, 7.4, 10.6});
 }
 
 // With three steps to the hall.
