@@ -116,7 +116,8 @@ exportjob readjob() {
     return job;
 }
 
-// The radix without its extension, the result's extension, format, receiver and ".wav".
+// The radix without its extension, the result's extension, format, receiver and ".wav". A receiver has three
+// digits, so that 1001 has the name of 1; meant.
 std::string wavname(const exportjob& job, std::int32_t receiver) {
     constexpr int extension = 4, resultextension = 3;
     std::string name, result = SessionState.resultFileName;

@@ -109,7 +109,7 @@ struct parameter {
     double allowed;
     real (*form)(const response& r);
 };
-constexpr double asrounded = 0, sevendigits = 2e-6, time = 2e-6, fraction = 6e-4;
+constexpr double asrounded = 0, sevendigits = 2e-6, decayslack = 2e-6, fractionslack = 6e-4;
 const parameter parameters[] = {
     {"Leq", "Leq, dB", asrounded, [](const response& r) { return told(level(total(r))); }},
     {"Ldir", "Ldir, dB", asrounded, [](const response& r) { return told(level(direct(r))); }},
@@ -120,7 +120,7 @@ const parameter parameters[] = {
     {"G", "G, dB", 2e-5, [](const response& r) { return told(level(total(r))) - r.power + strengthoffset; }},
     {"C50", "C50, dB", asrounded, [](const response& r) { return clarity(r, 0.05L); }},
     {"C80", "C80, dB", asrounded, [](const response& r) { return clarity(r, 0.08L); }},
-    {"D50", "D50", fraction,
+    {"D50", "D50", fractionslack,
      [](const response& r) { return sumof(r.heard, 0, r.slotsto(0.05L)) / total(r); }},
     {"Ts", "Ts, ms", asrounded,
      [](const response& r) {
@@ -133,11 +133,11 @@ const parameter parameters[] = {
          const earlysums early = earlyof(r);
          return std::floor(1000 * early.moment / (early.energy - direct(r)) + real(0.5));
      }},
-    {"EDT", "EDT, s", time, [](const response& r) { return decaytime(r, -0.5L, -10); }},
-    {"T10", "T10, s", time, [](const response& r) { return decaytime(r, -5, -15); }},
-    {"T15", "T15, s", time, [](const response& r) { return decaytime(r, -5, -20); }},
-    {"T20", "T20, s", time, [](const response& r) { return decaytime(r, -5, -25); }},
-    {"T30", "T30, s", time, [](const response& r) { return decaytime(r, -5, -35); }},
+    {"EDT", "EDT, s", decayslack, [](const response& r) { return decaytime(r, -0.5L, -10); }},
+    {"T10", "T10, s", decayslack, [](const response& r) { return decaytime(r, -5, -15); }},
+    {"T15", "T15, s", decayslack, [](const response& r) { return decaytime(r, -5, -20); }},
+    {"T20", "T20, s", decayslack, [](const response& r) { return decaytime(r, -5, -25); }},
+    {"T30", "T30, s", decayslack, [](const response& r) { return decaytime(r, -5, -35); }},
     {"LE", "LE", sevendigits, [](const response& r) { return r.le; }},
     {"LF", "LF", sevendigits, [](const response& r) { return r.lf; }},
     {"LFC", "LFC", sevendigits, [](const response& r) { return r.lfc; }},
