@@ -6,6 +6,7 @@
 #include "base/listinput.h"
 #include "base/listoutput.h"
 #include "base/numbertext.h"
+#include "base/runtimeerror.h"
 #include "results/resultset.h"
 #include "shell/sessionstate.h"
 
@@ -55,20 +56,11 @@ void applysetting(std::string_view line) {
         if (line.substr(0, keylength) == known.key) known.store(lenientnumber(behindmark(line, '=')));
 }
 
-void readsettings(bool trapped) {
+void readsettings() {
     const std::string path = settingsfile();
     const filebytes bytes = readfile(path);
     listreader reader = openlist(bytes, pagetext(path));
-    while (!atend(reader)) {
-        const listreader start = reader;
-        const std::string_view line = readline(reader);
-        try {
-            applysetting(line);
-        } catch (const runtimeerror& error) {
-            if (!trapped)
-                inputfailure(start, error.kind, "the value of \"" + std::string(line) + "\" is too large");
-        }
-    }
+    while (!atend(reader)) attempt([&] { applysetting(readline(reader)); });
 }
 
 void updatesettings(std::initializer_list<settingchange> changes, behindvalue rest) {

@@ -188,7 +188,7 @@ void startup() {
     attempt([] { checkcommand("BLNview", true); });
     attempt(setcamera);
     attempt(loadcolourtable);
-    attempt([] { readsettings(true); });
+    attempt(readsettings);
     showcamerafields();
     attempt(setmapvalues);
     SessionState.receiversShown = 20;

@@ -309,7 +309,7 @@ std::vector<std::string> optimizerbands() {
 
 void openoptimizer() {
     Optimizer = optimizer{};
-    attempt([] { readsettings(true); });
+    attempt(readsettings);
     Optimizer.alfa = trimmednumber(static_cast<double>(ResultSet.alfaConstant));
     Optimizer.beta = trimmednumber(static_cast<double>(ResultSet.betaConstant));
 }
