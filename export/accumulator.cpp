@@ -30,8 +30,8 @@ constexpr std::size_t wavestride = longestpiece + filtertaps + longestpiece + 11
 // A few waves, each with its gain for every row.
 struct wavegroup {
     std::size_t size = 0;
-    const float* wave[together];
-    const float* gain[together];
+    const float* wave[together] = {};
+    const float* gain[together] = {};
 };
 
 // Adds waves to `count` samples of rows r..r + rowcount - 1, or sets the samples to their sum. Rows go

@@ -65,8 +65,13 @@ struct residual {
     }
 };
 
-void log(const std::string& text, bool selected = true) {
-    platform::addrow("List1", text, selected);
+void log(const std::string& text) {
+    platform::addrow("List1", text, true);
+}
+
+// The first lines of a file's log do not take the selection.
+void logfirst(const std::string& text) {
+    platform::addrow("List1", text, false);
 }
 
 bool stopped() {
@@ -267,12 +272,12 @@ void writewav(const accumulator& all, const exportjob& job, const std::string& n
 
 void exportreceiver(const exportjob& job, std::int32_t receiver) {
     platform::setrows("List1", {});
-    log("Npulses =" + numbertext(job.pulsesPerSlot), false);
-    log("Receiver number: " + wholetext(receiver), false);
-    log("Export format: " + job.formatText, false);
+    logfirst("Npulses =" + numbertext(job.pulsesPerSlot));
+    logfirst("Receiver number: " + wholetext(receiver));
+    logfirst("Export format: " + job.formatText);
     const std::string name = wavname(job, receiver);
     platform::statustext(2, "Exporting impulse response to " + pagetext(name) + " ...");
-    log("Exporting impulse response to " + pagetext(name) + " ...", false);
+    logfirst("Exporting impulse response to " + pagetext(name) + " ...");
     readfilterbank(joinpath(SessionState.dataDirectory, filterbankname(job.sampleRate)));
     platform::yield();
     accumulator all = createaccumulator(job.channels, job.blocks, SessionState.requestedSamples);

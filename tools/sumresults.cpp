@@ -44,7 +44,7 @@ std::string outputpath(const sumjob& job, const std::string& jobfile) {
     if (job.files.empty()) refusesum("The job " + pagetext(jobfile) + " names no input files.");
     if (job.output.empty()) refusesum("The job " + pagetext(jobfile) + " names no output file.");
     const std::string directory = existingpath(job.directory);
-    const std::string output = joinpath(directory, job.output);
+    std::string output = joinpath(directory, job.output);
     for (const jobrow& row : job.files) {
         const std::string input = existingpath(joinpath(directory, row.name));
         std::error_code error;
