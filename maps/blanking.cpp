@@ -13,6 +13,7 @@
 //   0,0
 #include "maps/blanking.h"
 
+#include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/listinput.h"
 #include "base/listoutput.h"
