@@ -46,7 +46,7 @@ void importroom(const char* title, const char* filter, const char* proposal,
     load(*chosen);
     SessionState.geometryFileName = withextension(*chosen, "ray");
     showtitle(SessionState.geometryFileName);
-    showloadedroom();
+    showloadedroom(*chosen);
 }
 
 // The room's name with another extension, or a pattern for a room without a name.
@@ -76,7 +76,7 @@ void DXFIN() {
     SessionState.geometryFileName = SessionState.dxfFileName = *chosen;
     showtitle(*chosen);
     loaddxf(*chosen);
-    showloadedroom();
+    showloadedroom(*chosen);
 }
 
 void DXFOUT() {

@@ -43,11 +43,6 @@ double wide(float value) {
     return static_cast<double>(value);
 }
 
-// Whether only separators are left.
-bool nothingleft(const listreader& file) {
-    return file.buffer.find_first_not_of(" ,\t\r\n\x1A", file.position) == std::string_view::npos;
-}
-
 void widenbox(float x, float y) {
     RoomModel.roomMaxX = std::max(RoomModel.roomMaxX, x);
     RoomModel.roomMinX = std::min(RoomModel.roomMinX, x);
@@ -179,6 +174,9 @@ void loadblanking() {
     giveupline();
     SessionState.gridReady = SessionState.contourReady = 0;
     enableblankingcommands(true);
+    if (BlankingLines.blanklineCount == 0)
+        platform::messagebox("Warning", pagetext(name) + " holds no blanking lines.", platform::buttons::ok,
+                             platform::icon::exclamation, platform::answer::ok);
 }
 
 void BLNload() {

@@ -35,6 +35,7 @@ constexpr double progressblock = 128; // bytes
 
 // What is the same for all records of a file.
 struct correction {
+    bool wanted = false; // without beta there is none, whatever alfa is
     double reference = 0, critical = 0, alfa = 0;
     std::array<double, octavebands> weight{};
 };
@@ -42,6 +43,7 @@ struct correction {
 correction presentcorrection() {
     const resultset& R = ResultSet;
     correction now;
+    now.wanted = R.betaConstant > 0;
     // Receiver 0's delay for every receiver; meant.
     now.reference = R.receiverDelay.empty() ? 0 : R.receiverDelay[0];
     now.critical = static_cast<double>(R.criticalTime);
@@ -54,7 +56,7 @@ correction presentcorrection() {
 // W = 1 - exp(-(criticalTime / d) ^ alfa) at d s behind the reference time, 1 at 0 and before.
 double latefactor(const correction& now, double time) {
     const double d = time - now.reference;
-    if (!(d > 0)) return 1;
+    if (!now.wanted || !(d > 0)) return 1;
     const double w = 1 - std::exp(-std::pow(now.critical / d, now.alfa));
     if (std::isnan(w)) throw runtimeerror{errorkind::domain, "the late energy factor cannot be computed"};
     return w;
@@ -91,9 +93,7 @@ void readpoints(listreader& file, raypath& path) {
 
 // Reads one record. Returns false where the file or the load ends.
 bool readrecord(listreader& file, const correction& now) {
-    const std::size_t begin = file.position;
-    if (tryreadnumber(file).outcome == fieldoutcome::pastend) return false; // blank lines behind the last one
-    file.position = begin;
+    if (nothingleft(file)) return false;
     const std::int32_t receiver = readwhole32(file);
     if (receiver > RoomModel.receiverCount) return false;
     if (receiver < 0) subscriptfailure("RayPathSet receiver", receiver, 0, RoomModel.receiverCount);

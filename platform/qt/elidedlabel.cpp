@@ -23,7 +23,10 @@ void keepelided(QLabel& label) {
 }
 
 void showelided(QLabel& label, const QString& text) {
-    const int room = label.contentsRect().width() - 2 * std::max(label.indent(), 0);
+    showelided(label, text, label.contentsRect().width() - 2 * std::max(label.indent(), 0));
+}
+
+void showelided(QLabel& label, const QString& text, int room) {
     label.setProperty(whole, text);
     label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, room));
     label.setToolTip(label.text() == text ? QString() : text);
