@@ -307,6 +307,10 @@ std::string withextension(const std::string& path, const std::string& extension)
     return fs::path(path).replace_extension(extension).string();
 }
 
+std::string completedname(const std::string& path, const std::string& extension) {
+    return filenameof(path).find('.', 1) == std::string::npos ? path + "." + extension : path;
+}
+
 std::string withoutlast(const std::string& name, int count) {
     std::size_t size = name.size();
     for (; count > 0 && size > 0; --count) {

@@ -85,6 +85,9 @@ std::string filenameof(const std::string& path);
 // point as the first character makes no extension.
 std::string withextension(const std::string& path, const std::string& extension);
 
+// The path as it is when its file name has an extension, in the same sense, else with this one.
+std::string completedname(const std::string& path, const std::string& extension);
+
 // The name without its last `count` characters, as names beside each other are made; a character may be
 // several bytes. Raises domain for a shorter name.
 std::string withoutlast(const std::string& name, int count);

@@ -2,7 +2,6 @@
 // bare std::from_chars loop over the same bytes in memory, and how long attaching all openings to its faces
 // takes.
 #include "base/files.h"
-#include "base/runtimeerror.h"
 #include "benchmarks/floor.h"
 #include "interchange/dxfreader.h"
 #include "interchange/dxfwriter.h"
@@ -64,11 +63,7 @@ void loaddxf(benchmark::State& state) {
     const orv::besttimes best = orv::timeinturn(
         state, [&] { benchmark::DoNotOptimize(orv::parseall(bytes)); }, load);
     if (orv::RoomModel.faceCount != orv::highestface) state.SkipWithError("the room was not read whole");
-    const double megabytes = static_cast<double>(bytes.size) / 1e6;
-    state.counters["MB"] = megabytes;
-    state.counters["load_MBps"] = megabytes / best.routine;
-    state.counters["floor_MBps"] = megabytes / best.floor;
-    state.counters["ratio"] = best.floor / best.routine;
+    orv::tellrates(state, bytes.size, best);
     std::filesystem::remove_all(home);
 }
 BENCHMARK(loaddxf)->UseManualTime()->Unit(benchmark::kMillisecond)->MinTime(2);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <cstddef>
 #include <limits>
 #include <string_view>
 
@@ -35,6 +36,15 @@ besttimes timeinturn(benchmark::State& state, first floor, second routine) {
         state.SetIterationTime(seconds);
     }
     return best;
+}
+
+// The counters of a reader that has been timed in turn with the floor over a file of so many bytes.
+inline void tellrates(benchmark::State& state, std::size_t bytes, const besttimes& best) {
+    const double megabytes = static_cast<double>(bytes) / 1e6;
+    state.counters["MB"] = megabytes;
+    state.counters["load_MBps"] = megabytes / best.routine;
+    state.counters["floor_MBps"] = megabytes / best.floor;
+    state.counters["ratio"] = best.floor / best.routine;
 }
 
 // All numbers of a text, added up so that none can be left out.

@@ -1,7 +1,6 @@
 // How fast loadnastran reads 100000 nodes and 75000 elements, against the floor of a bare std::from_chars
 // loop over the same bytes in memory. The ratio of the rates should be 0.4 or above.
 #include "base/files.h"
-#include "base/numbertext.h"
 #include "benchmarks/floor.h"
 #include "interchange/nastranreader.h"
 #include "platform/scripted/scripted.h"
@@ -43,11 +42,7 @@ void importnastran(benchmark::State& state) {
     std::filesystem::remove(path);
     if (orv::RoomModel.faceCount != orv::highestface) state.SkipWithError("the file was not read whole");
 
-    const double megabytes = static_cast<double>(bytes.size) / 1e6;
-    state.counters["MB"] = megabytes;
-    state.counters["load_MBps"] = megabytes / best.routine;
-    state.counters["floor_MBps"] = megabytes / best.floor;
-    state.counters["ratio"] = best.floor / best.routine;
+    orv::tellrates(state, bytes.size, best);
 }
 BENCHMARK(importnastran)->UseManualTime()->Unit(benchmark::kMillisecond)->MinTime(2);
 

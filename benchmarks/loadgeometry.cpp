@@ -30,12 +30,8 @@ void loadgeometry(benchmark::State& state) {
     if (orv::RoomModel.faceCount != orv::highestface || orv::RoomModel.receiverCount != orv::highestreceiver)
         state.SkipWithError("the room was not read whole");
 
-    const double megabytes = static_cast<double>(bytes.size) / 1e6;
-    state.counters["MB"] = megabytes;
-    state.counters["load_MBps"] = megabytes / best.routine;
-    state.counters["floor_MBps"] = megabytes / best.floor;
-    state.counters["first_MBps"] = megabytes / firstload;
-    state.counters["ratio"] = best.floor / best.routine;
+    orv::tellrates(state, bytes.size, best);
+    state.counters["first_MBps"] = static_cast<double>(bytes.size) / 1e6 / firstload;
 }
 BENCHMARK(loadgeometry)->UseManualTime()->Unit(benchmark::kMillisecond)->MinTime(2);
 

@@ -50,11 +50,7 @@ void loadpaths(benchmark::State& state) {
         state, [&] { benchmark::DoNotOptimize(orv::parseall(bytes)); }, [&] { orv::loadchiocc(path); });
     std::filesystem::remove(path);
     checkpaths(state);
-    const double megabytes = static_cast<double>(bytes.size) / 1e6;
-    state.counters["MB"] = megabytes;
-    state.counters["load_MBps"] = megabytes / best.routine;
-    state.counters["floor_MBps"] = megabytes / best.floor;
-    state.counters["ratio"] = best.floor / best.routine;
+    orv::tellrates(state, bytes.size, best);
     state.counters["store_MB"] = static_cast<double>(paths) * sizeof(orv::raypath) / 1e6;
 }
 BENCHMARK(loadpaths)->UseManualTime()->Unit(benchmark::kMillisecond)->MinTime(2);

@@ -57,10 +57,7 @@ void loadresult(benchmark::State& state) {
 
     const double megabytes = static_cast<double>(bytes.size) / 1e6;
     const double table = 4.0 * orv::bandcount * (slots + 1) * (receivers + 1) / 1e6;
-    state.counters["MB"] = megabytes;
-    state.counters["load_MBps"] = megabytes / best.routine;
-    state.counters["floor_MBps"] = megabytes / best.floor;
-    state.counters["ratio"] = best.floor / best.routine;
+    orv::tellrates(state, bytes.size, best);
     state.counters["peak_MB"] = peak / 1e6;
     state.counters["allowed_MB"] = megabytes + 1.1 * table;
 }

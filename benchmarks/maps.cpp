@@ -4,6 +4,7 @@
 // long Escape waits for its answer.
 #include "base/wideloops.h"
 #include "benchmarks/floor.h"
+#include "benchmarks/offscreen.h"
 #include "maps/mapfield.h"
 #include "maps/mapgrid.h"
 #include "maps/mosaicmaps.h"
@@ -16,7 +17,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
 #include <QImage>
 
 #include <algorithm>
@@ -56,7 +56,7 @@ double place(int cell, double length) {
     return (cell + 0.5) * length / cells;
 }
 
-// One cell of the field by a loop that has nothing else to do, its sums in eight parts.
+// One cell of the field by a loop that has nothing else to do, its sums in parts.
 ORV_WIDELOOPS
 double tightest(const double* first, const double* second, const double* value, std::size_t count, double c1,
                 double c2) {
@@ -140,47 +140,60 @@ void column(benchmark::State& state) {
 }
 BENCHMARK(column)->Unit(benchmark::kMillisecond);
 
-void painting(benchmark::State& state) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    int argc = 1;
-    char name[] = "maps";
-    char* argv[] = {name, nullptr};
-    QGuiApplication application(argc, argv);
+// A map from a grid, so that no field is computed.
+void fillgrid() {
     fillsession(1);
-    orv::sessionstate& s = orv::SessionState;
-    s.useSurfer = true; // from a grid, so that no field is computed
-    s.gridReady = -1;
+    orv::SessionState.useSurfer = true;
+    orv::SessionState.gridReady = -1;
     for (int j = 0; j < cells; ++j)
         for (int i = 0; i < cells; ++i)
             orv::MapGrid(j, i) = 60 + static_cast<float>((i * 7 + j * 3) % 200) / 10;
+}
+
+// The cells of the map in pixels, with their colours.
+struct painted {
+    QRect where;
+    QColor colour;
+};
+std::vector<painted> paintedcells(const orv::DrawSurface& like) {
+    std::vector<painted> ready;
+    orv::DrawSurface surface = like;
+    surface.device.context = &ready;
+    surface.device.box = [](void* to, const orv::surfacepen& pen, const std::int32_t*, double x1, double y1,
+                            double x2, double y2) {
+        const auto pixel = [](double value) { return static_cast<int>(std::floor(value)); };
+        static_cast<std::vector<painted>*>(to)->push_back(
+            {QRect(QPoint(pixel(x1), pixel(y1)), QPoint(pixel(x2), pixel(y2))),
+             QColor(pen.colour & 255, pen.colour >> 8 & 255, pen.colour >> 16 & 255)});
+    };
+    surface.device.filledbox = [](void*, const orv::surfacepen&, double, double, double, double) {};
+    surface.device.line = [](void*, const orv::surfacepen&, double, double, double, double) {};
+    surface.device.circle = [](void*, const orv::surfacepen&, const std::int32_t*, double, double, double) {};
+    surface.device.text = [](void*, const orv::surfacepen&, double, double, std::string_view) {};
+    surface.device.textwidth = [](void*, std::string_view) { return 8.0; };
+    surface.device.keep = surface.device.restore = nullptr;
+    orv::drawdither2d(surface);
+    return ready;
+}
+
+double secondsof3dmap(orv::DrawSurface& surface) {
+    orv::sessionstate& s = orv::SessionState;
+    orv::platform::setvisible("Frame1", true);
+    s.cameraX = s.cameraY = -60;
+    s.cameraZ = 60;
+    s.targetX = 40;
+    s.targetY = 25;
+    const auto start = std::chrono::steady_clock::now();
+    orv::drawdither3d(surface, true);
+    return orv::secondssince(start);
+}
+
+void painting(benchmark::State& state) {
+    const orv::offscreenqt qt;
+    fillgrid();
     orv::paintersurface picture(width, height, 1);
     orv::scripted::setpicture(&picture.surface);
-
-    // The very cells in pixels, with their colours.
-    struct painted {
-        QRect where;
-        QColor colour;
-    };
-    std::vector<painted> ready;
-    {
-        orv::DrawSurface surface = picture.surface;
-        surface.device.context = &ready;
-        surface.device.box = [](void* to, const orv::surfacepen& pen, const std::int32_t*, double x1,
-                                double y1, double x2, double y2) {
-            const auto pixel = [](double value) { return static_cast<int>(std::floor(value)); };
-            static_cast<std::vector<painted>*>(to)->push_back(
-                {QRect(QPoint(pixel(x1), pixel(y1)), QPoint(pixel(x2), pixel(y2))),
-                 QColor(pen.colour & 255, pen.colour >> 8 & 255, pen.colour >> 16 & 255)});
-        };
-        surface.device.filledbox = [](void*, const orv::surfacepen&, double, double, double, double) {};
-        surface.device.line = [](void*, const orv::surfacepen&, double, double, double, double) {};
-        surface.device.circle = [](void*, const orv::surfacepen&, const std::int32_t*, double, double,
-                                   double) {};
-        surface.device.text = [](void*, const orv::surfacepen&, double, double, std::string_view) {};
-        surface.device.textwidth = [](void*, std::string_view) { return 8.0; };
-        surface.device.keep = surface.device.restore = nullptr;
-        orv::drawdither2d(surface);
-    }
+    const std::vector<painted> ready = paintedcells(picture.surface);
     QImage image(width, height, QImage::Format_RGB32);
     QPainter painter(&image);
     const orv::besttimes best = orv::timeinturn(
@@ -192,14 +205,7 @@ void painting(benchmark::State& state) {
     state.counters["filled_ms"] = best.floor * 1000;
     state.counters["map_ms"] = best.routine * 1000;
     state.counters["ratio"] = best.routine / best.floor;
-    const auto start = std::chrono::steady_clock::now();
-    orv::platform::setvisible("Frame1", true);
-    s.cameraX = s.cameraY = -60;
-    s.cameraZ = 60;
-    s.targetX = 40;
-    s.targetY = 25;
-    orv::drawdither3d(picture.surface, true);
-    state.counters["map3d_ms"] = orv::secondssince(start) * 1000;
+    state.counters["map3d_ms"] = secondsof3dmap(picture.surface) * 1000;
 }
 BENCHMARK(painting)->Iterations(10)->UseManualTime()->Unit(benchmark::kMillisecond);
 

@@ -4,6 +4,7 @@
 
 #include "tools/optimizer.h"
 #include "benchmarks/floor.h"
+#include "benchmarks/offscreen.h"
 #include "platform/scripted/scripted.h"
 #include "samples/samplefiles.h"
 #include "scene/paintersurface.h"
@@ -11,19 +12,13 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
-
 #include <filesystem>
 #include <string>
 
 namespace {
 
 void optimizer(benchmark::State& state) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    int argumentcount = 1;
-    char name[] = "optimizer";
-    char* arguments[] = {name, nullptr};
-    const QGuiApplication application(argumentcount, arguments);
+    const orv::offscreenqt qt;
     orv::scripted::record(false);
     orv::computeconstants();
     const std::string path = (std::filesystem::temp_directory_path() / "orvanta_benchmark._01").string();

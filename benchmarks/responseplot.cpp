@@ -3,6 +3,7 @@
 // ready made; and how long a cursor takes to move. Wanted: a drawing below 30 ms, a cursor's move below 2 ms.
 #include "response/responseplot.h"
 #include "benchmarks/floor.h"
+#include "benchmarks/offscreen.h"
 #include "platform/scripted/scripted.h"
 #include "response/responselevels.h"
 #include "results/resultset.h"
@@ -13,8 +14,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
-
 #include <cmath>
 
 namespace {
@@ -22,11 +21,7 @@ namespace {
 constexpr int slotcount = 20000, width = 1600, height = 900;
 
 struct openplot {
-    int argc = 1;
-    char name[13] = "responseplot";
-    char* argv[2] = {name, nullptr};
-    bool offscreen = qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application{argc, argv};
+    orv::offscreenqt qt;
     orv::paintersurface picture{width, height, 1};
 
     openplot() {

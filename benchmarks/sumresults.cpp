@@ -6,6 +6,7 @@
 #include "tools/sumresults.h"
 #include "base/files.h"
 #include "benchmarks/floor.h"
+#include "benchmarks/memory.h"
 #include "platform/scripted/scripted.h"
 #include "samples/samplefiles.h"
 #include "tools/jobfile.h"
@@ -17,7 +18,6 @@
 
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -25,18 +25,6 @@ namespace {
 
 constexpr int receivers = 200, slots = 2000, inputs = 4;
 constexpr std::size_t linelength = 16; // characters that a number takes at most, and a blank
-
-// The most memory that this process has had, in bytes.
-double mostmemory() {
-    std::ifstream status("/proc/self/status");
-    for (std::string word; status >> word;)
-        if (word == "VmHWM:") {
-            double kilobytes = 0;
-            status >> kilobytes;
-            return 1024 * kilobytes;
-        }
-    return 0;
-}
 
 // The numbers of a text, as parseall finds them.
 std::vector<double> numbersof(std::string_view text) {
@@ -82,9 +70,9 @@ void sumresults(benchmark::State& state) {
     orv::writejob(jobfile, job);
 
     static const double peak = [&jobfile] {
-        const double before = mostmemory();
+        const double before = orv::memoryfigure("VmHWM");
         orv::sumresults(jobfile);
-        return mostmemory() - before;
+        return orv::memoryfigure("VmHWM") - before;
     }();
     std::vector<orv::filebytes> bytes;
     for (const orv::jobrow& row : job.files) bytes.push_back(orv::readfile((folder / row.name).string()));

@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
-#include <string>
 
 namespace {
 

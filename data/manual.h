@@ -2,10 +2,9 @@
 //
 // Sources are a directory with
 //
-//   chapters/*.html    fragments in the order of their names, ASCII: one <h2> each, sections by <h3>;
-//   pictures
-//                      by <img src="pictures/NAME.png">
-//   pictures/*.png
+//   chapters/*.html   fragments in the order of their names, ASCII: one <h2> each, sections by <h3>,
+//                     pictures by <img src="pictures/NAME.png">
+//   pictures/*.png    each named by a chapter
 //   style.css
 //
 // and chapters that the build makes, which follow those.
@@ -36,6 +35,7 @@ std::string manualpage(const manualsources& sources);
 std::string manualarchive(const manualsources& sources, const std::string& page);
 
 // Writes MOrvantaView.html, MOrvantaView.mht and the pictures into a directory, which is made if necessary.
+// Raises what the others raise, and fileaccess.
 void writemanual(const std::string& sourcedirectory, const std::string& target,
                  const std::vector<std::string>& made = {});
 

@@ -27,25 +27,31 @@ constexpr std::size_t together = 4;        // waves that are added at a time
 constexpr std::size_t wavelength = filtertaps + 1;
 constexpr std::size_t wavestride = longestpiece + filtertaps + longestpiece + 11 * lanes;
 
+// The samples 0..count - 1 of some rows, which lie `stride` apart.
+struct sampleblock {
+    float* rows;
+    std::size_t stride, rowcount, count;
+};
+
 // A few waves, each with its gain for every row.
 struct wavegroup {
     std::size_t size = 0;
-    const float* wave[together];
-    const float* gain[together];
+    const float* wave[together] = {};
+    const float* gain[together] = {};
 };
 
-// Adds waves to `count` samples of rows r..r + rowcount - 1, or sets the samples to their sum. Rows go
-// together, so that a sample of a wave is read once for all of them.
+// Adds waves to the rows r..r + rowcount - 1, or sets these to their sum. Rows go together, so that a sample
+// of a wave is read once for all of them.
 template <std::size_t waves, std::size_t rowcount, bool fresh>
-[[gnu::always_inline]] inline void addtorows(float* rows, std::size_t stride, std::size_t r,
-                                             std::size_t count, const wavegroup& group) {
+[[gnu::always_inline]] inline void addtorows(const sampleblock& to, std::size_t r, const wavegroup& group) {
     float gain[waves][rowcount];
     const float* wave[waves];
     for (std::size_t k = 0; k < waves; ++k) {
         wave[k] = group.wave[k];
         for (std::size_t i = 0; i < rowcount; ++i) gain[k][i] = group.gain[k][r + i];
     }
-    float* const first = rows + r * stride;
+    const std::size_t stride = to.stride, count = to.count;
+    float* const first = to.rows + r * stride;
     for (std::size_t j = 0; j < count; ++j)
         for (std::size_t i = 0; i < rowcount; ++i) {
             float sum = wave[0][j] * gain[0][i];
@@ -56,44 +62,39 @@ template <std::size_t waves, std::size_t rowcount, bool fresh>
 }
 
 template <std::size_t waves, bool fresh>
-[[gnu::always_inline]] inline void addwaves(float* rows, std::size_t stride, std::size_t rowcount,
-                                            std::size_t count, const wavegroup& group) {
+[[gnu::always_inline]] inline void addwaves(const sampleblock& to, const wavegroup& group) {
     std::size_t r = 0;
-    for (; r + 2 <= rowcount; r += 2) addtorows<waves, 2, fresh>(rows, stride, r, count, group);
-    if (r < rowcount) addtorows<waves, 1, fresh>(rows, stride, r, count, group);
+    for (; r + 2 <= to.rowcount; r += 2) addtorows<waves, 2, fresh>(to, r, group);
+    if (r < to.rowcount) addtorows<waves, 1, fresh>(to, r, group);
 }
 
 template <bool fresh>
-[[gnu::always_inline]] inline void addgroup(float* rows, std::size_t stride, std::size_t rowcount,
-                                            std::size_t count, const wavegroup& group) {
+[[gnu::always_inline]] inline void addgroup(const sampleblock& to, const wavegroup& group) {
     switch (group.size) {
     case 1:
-        return addwaves<1, fresh>(rows, stride, rowcount, count, group);
+        return addwaves<1, fresh>(to, group);
     case 2:
-        return addwaves<2, fresh>(rows, stride, rowcount, count, group);
+        return addwaves<2, fresh>(to, group);
     case 3:
-        return addwaves<3, fresh>(rows, stride, rowcount, count, group);
+        return addwaves<3, fresh>(to, group);
     default:
-        return addwaves<together, fresh>(rows, stride, rowcount, count, group);
+        return addwaves<together, fresh>(to, group);
     }
 }
 
 ORV_WIDELOOPS
-void setrows(float* rows, std::size_t stride, std::size_t rowcount, std::size_t count,
-             const wavegroup& group) {
-    addgroup<true>(rows, stride, rowcount, count, group);
+void setrows(const sampleblock& to, const wavegroup& group) {
+    addgroup<true>(to, group);
 }
 
 ORV_WIDELOOPS
-void addrows(float* rows, std::size_t stride, std::size_t rowcount, std::size_t count,
-             const wavegroup& group) {
-    addgroup<false>(rows, stride, rowcount, count, group);
+void addrows(const sampleblock& to, const wavegroup& group) {
+    addgroup<false>(to, group);
 }
 
 // Takes waves one by one and adds them by groups; the first group sets the rows.
 struct wavequeue {
-    float* rows;
-    std::size_t stride, rowcount, count;
+    sampleblock to;
     wavegroup group{};
     bool fresh = true;
 
@@ -104,7 +105,7 @@ struct wavequeue {
     }
     void flush() {
         if (group.size == 0) return;
-        (fresh ? setrows : addrows)(rows, stride, rowcount, count, group);
+        (fresh ? setrows : addrows)(to, group);
         fresh = false;
         group.size = 0;
     }
@@ -128,7 +129,7 @@ float* waveof(accumulator& all, std::size_t sound) {
 // The ten bands of every sound as one wave each: they share time and direction.
 void mixwaves(accumulator& all) {
     for (std::size_t from = 0; from < filtertaps; from += mixedpiece) {
-        wavequeue queue{waveof(all, 0) + from, wavestride, all.sounds, mixedpiece};
+        wavequeue queue{{waveof(all, 0) + from, wavestride, all.sounds, mixedpiece}};
         for (std::size_t band = 0; band < octavebands; ++band)
             if (from + mixedpiece > static_cast<std::size_t>(bandStart[band]) &&
                 from <= static_cast<std::size_t>(bandEnd[band]))
@@ -207,7 +208,7 @@ struct alignas(64) piece {
 // The taps of every filter from `from` on.
 void addfilters(wavequeue& queue, const accumulator& all, std::size_t sound, std::int64_t from) {
     for (std::size_t band = 0; band < octavebands; ++band)
-        if (from + static_cast<std::int64_t>(queue.count) > bandStart[band] && from <= bandEnd[band])
+        if (from + static_cast<std::int64_t>(queue.to.count) > bandStart[band] && from <= bandEnd[band])
             queue.add(filterof(all, band) + from, &all.amplitudes[band][sound]);
 }
 
@@ -217,7 +218,7 @@ void addpiece(accumulator& all, const placements& made, std::size_t block, std::
     static piece here;
     const auto blocks = static_cast<std::size_t>(all.blocks),
                channels = static_cast<std::size_t>(all.channels);
-    wavequeue queue{here.samples.data(), length, channels, length};
+    wavequeue queue{{here.samples.data(), length, channels, length}};
     for (std::size_t at = block; at < made.placed.size(); at += blocks) {
         const std::int64_t into = from - made.placed[at].first;
         if (into <= -static_cast<std::int64_t>(length) || into >= static_cast<std::int64_t>(wavelength))

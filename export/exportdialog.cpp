@@ -13,7 +13,6 @@
 #include <QDialog>
 #include <QMainWindow>
 
-#include <functional>
 #include <utility>
 
 namespace orv {

@@ -65,8 +65,13 @@ struct residual {
     }
 };
 
-void log(const std::string& text, bool selected = true) {
-    platform::addrow("List1", text, selected);
+void log(const std::string& text) {
+    platform::addrow("List1", text, true);
+}
+
+// The first lines of a file's log do not take the selection.
+void logfirst(const std::string& text) {
+    platform::addrow("List1", text, false);
 }
 
 bool stopped() {
@@ -116,7 +121,8 @@ exportjob readjob() {
     return job;
 }
 
-// The radix without its extension, the result's extension, format, receiver and ".wav".
+// The radix without its extension, the result's extension, format, receiver and ".wav". A receiver has three
+// digits, so that 1001 has the name of 1; meant.
 std::string wavname(const exportjob& job, std::int32_t receiver) {
     constexpr int extension = 4, resultextension = 3;
     std::string name, result = SessionState.resultFileName;
@@ -210,17 +216,19 @@ void renderpulse(accumulator& all, exportedsound& sound, const exportjob& job, s
 
 // The pulses of slot t, each with an even share of the slot's energy. Many of them let events in between.
 void renderslot(accumulator& all, residual& left, const exportjob& job, std::int32_t t) {
+    if (job.pulsesPerSlot < 1) return;
     exportedsound sound;
+    for (int band = 1; band <= octavebands; ++band) {
+        const double energy = static_cast<double>(left(t, band)) / job.pulsesPerSlot;
+        sound.amplitude[slot(band)] =
+            std::sqrt(std::fabs(energy)); // paths may have taken more than there was
+    }
     for (double pulse = 1; pulse <= job.pulsesPerSlot; ++pulse) {
         if (isfull(all)) {
             addsounds(all);
             platform::yield();
             if (stopped()) return;
         }
-        if (pulse == 1)
-            for (int band = 1; band <= octavebands; ++band)
-                sound.amplitude[slot(band)] =
-                    std::sqrt(std::fabs(static_cast<double>(left(t, band)) / job.pulsesPerSlot));
         renderpulse(all, sound, job, t);
     }
 }
@@ -264,12 +272,12 @@ void writewav(const accumulator& all, const exportjob& job, const std::string& n
 
 void exportreceiver(const exportjob& job, std::int32_t receiver) {
     platform::setrows("List1", {});
-    log("Npulses =" + numbertext(job.pulsesPerSlot), false);
-    log("Receiver number: " + wholetext(receiver), false);
-    log("Export format: " + job.formatText, false);
+    logfirst("Npulses =" + numbertext(job.pulsesPerSlot));
+    logfirst("Receiver number: " + wholetext(receiver));
+    logfirst("Export format: " + job.formatText);
     const std::string name = wavname(job, receiver);
     platform::statustext(2, "Exporting impulse response to " + pagetext(name) + " ...");
-    log("Exporting impulse response to " + pagetext(name) + " ...", false);
+    logfirst("Exporting impulse response to " + pagetext(name) + " ...");
     readfilterbank(joinpath(SessionState.dataDirectory, filterbankname(job.sampleRate)));
     platform::yield();
     accumulator all = createaccumulator(job.channels, job.blocks, SessionState.requestedSamples);

@@ -13,9 +13,9 @@ namespace orv {
 // program. A sound has the amplitude sqrt(energy) / 50000 in each band. When StopExport is disabled at a
 // yield, the file of the present receiver is written with the pulses so far, and no other follows.
 //
-// SessionState's filter bank is read for every file (readfilterbank), and RoomModel.roomMaxX is 50000 at the
-// end. Raises subscript for a receiver that there is no response of, a path beyond the end and a negative
-// length; overflow for a file of 2 GiB or more; memory; fileaccess. The text says which path, size or file.
+// FilterBank is read anew for every file (readfilterbank), and RoomModel.roomMaxX is 50000 at the end. Raises
+// subscript for a receiver that there is no response of, a path beyond the end and a negative length;
+// overflow for a file of 2 GiB or more; memory; fileaccess. The text says which path, size or file.
 void savewave();
 
 // Numbers in 0 <= x < 1, the same from each start of the program; and that start again, for tests.

@@ -81,17 +81,13 @@ void typeradix(const std::string& path) {
 
 void browseradix() {
     const std::string& present = SessionState.fileRadix;
-    try {
-        std::string chosen = platform::asksavefile(
+    untilcancelled([&] {
+        const std::string chosen = platform::asksavefile(
             {"Save a .WAV File", "Impulse Response Files (*.wav)|*.wav",
              present.empty() ? firstradix() : present, SessionState.dataDirectory, false});
-        if (filenameof(chosen).find('.', 1) == std::string::npos) chosen += ".DXF"; // meant
-        SessionState.fileRadix = chosen;
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-        return;
-    }
-    showradix();
+        SessionState.fileRadix = completedname(chosen, "DXF"); // of another format; meant
+        showradix();
+    });
 }
 
 void startexport() {

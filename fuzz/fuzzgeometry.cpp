@@ -15,8 +15,8 @@
 
 namespace {
 
-constexpr std::size_t smallest =
-    64; // bytes; a file of up to this size cannot be read, also one that was saved
+// A file of up to so many bytes cannot be read, also one that was saved.
+constexpr std::size_t smallest = 64;
 
 void prepare() {
     orv::enterscratch();

@@ -51,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const bool prepared = (orv::enterscratch(), true);
     static_cast<void>(prepared);
     orv::replacefile("orvanta.ini", {reinterpret_cast<const char*>(data), size});
-    orv::readsettings(true);
+    orv::readsettings();
     if (!std::isfinite(orv::SessionState.temperature)) std::abort();
     checkwriting(orv::behindvalue::kept);
     checkwriting(orv::behindvalue::dropped);

@@ -62,11 +62,7 @@ void addpadded(std::string& text, float value, std::string_view pattern) {
 std::string presenttime() {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
-#ifdef _WIN32
-    localtime_s(&local, &now);
-#else
     localtime_r(&now, &local);
-#endif
     const auto twodigits = [](int number) { return std::to_string(100 + number).substr(1); };
     const int hour = local.tm_hour % 12 == 0 ? 12 : local.tm_hour % 12;
     return std::to_string(local.tm_mon + 1) + "/" + std::to_string(local.tm_mday) + "/" +

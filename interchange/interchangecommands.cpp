@@ -36,7 +36,7 @@ void forgetresult() {
     for (const std::string_view name : resultcommands) enablecommand(name, false);
 }
 
-// The frame of every import. Its dialog, then `load` with the chosen name.
+// The frame of an import. Its dialog, then `load` with the chosen name.
 void importroom(const char* title, const char* filter, const char* proposal,
                 void (*load)(const std::string& name)) {
     if (speechindexruns()) return platform::beep(); // its receivers must stay
@@ -49,22 +49,20 @@ void importroom(const char* title, const char* filter, const char* proposal,
     showloadedroom(*chosen);
 }
 
-// The frame of every export. Its dialog, then `save` with the chosen name, which gets the extension when it
-// has none.
-void exportroom(const char* title, const char* filter, const std::string& proposal, const char* extension,
-                void (*save)(const std::string& name)) {
-    const auto chosen = chosenfile(platform::asksavefile, title, filter, proposal);
-    if (!chosen) return;
-    const filejob running;
-    // A point as the first character makes no extension.
-    const bool extended = filenameof(*chosen).find('.', 1) != std::string::npos;
-    save(extended ? *chosen : *chosen + "." + extension);
-}
-
 // The room's name with another extension, or a pattern for a room without a name.
 std::string proposedname(const char* extension) {
     const std::string& room = SessionState.geometryFileName;
     return room.empty() ? std::string("*.") + extension : withextension(room, extension);
+}
+
+// The frame of an export. Its dialog, then `save` with the chosen name, which gets the extension when it has
+// none.
+void exportroom(const char* title, const char* filter, const char* extension,
+                void (*save)(const std::string& name)) {
+    const auto chosen = chosenfile(platform::asksavefile, title, filter, proposedname(extension));
+    if (!chosen) return;
+    const filejob running;
+    save(completedname(*chosen, extension));
 }
 
 } // namespace
@@ -82,15 +80,11 @@ void DXFIN() {
 }
 
 void DXFOUT() {
-    const std::string& room = SessionState.geometryFileName;
-    const auto chosen =
-        chosenfile(platform::asksavefile, "Save a .DXF AutoCAD File", "Drawing Exch.Files (*.dxf)|*.dxf",
-                   room.empty() ? "*.dxf" : withextension(room, "dxf"));
+    const auto chosen = chosenfile(platform::asksavefile, "Save a .DXF AutoCAD File",
+                                   "Drawing Exch.Files (*.dxf)|*.dxf", proposedname("dxf"));
     if (!chosen) return;
     const filejob running;
-    SessionState.dxfFileName = *chosen;
-    // A point as the first character makes no extension.
-    if (filenameof(*chosen).find('.', 1) == std::string::npos) SessionState.dxfFileName += ".DXF";
+    SessionState.dxfFileName = completedname(*chosen, "DXF");
     savedxf(SessionState.dxfFileName);
 }
 
@@ -107,8 +101,8 @@ void ImportCatt() {
 }
 
 void ExportCatt() {
-    exportroom("Save a .GEO File for Catt Acoustics", "Catt Acoustics Data Files (*.GEO)|*.GEO",
-               proposedname("geo"), "geo", savecatt);
+    exportroom("Save a .GEO File for Catt Acoustics", "Catt Acoustics Data Files (*.GEO)|*.GEO", "geo",
+               savecatt);
 }
 
 void ImporRayonGeo() {
@@ -116,7 +110,7 @@ void ImporRayonGeo() {
 }
 
 void FileExport() {
-    exportroom("Save a .GEO Rayons File", "Data Files (*.DAT)|*.DAT", proposedname("dat"), "dat", saverayons);
+    exportroom("Save a .GEO Rayons File", "Data Files (*.DAT)|*.DAT", "dat", saverayons);
 }
 
 } // namespace orv

@@ -1,6 +1,6 @@
-// The commands of the File menu that exchange rooms with other programs. As with all file
-// commands a cancelled dialog leaves everything as it was, other commands are suspended meanwhile, and what a
-// reader or writer raises passes on.
+// The commands of the File menu that exchange rooms with other programs. As with all file commands a
+// cancelled dialog leaves everything as it was, other commands are suspended meanwhile, and what a reader or
+// writer raises passes on.
 #pragma once
 
 namespace orv {

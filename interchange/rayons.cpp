@@ -37,7 +37,6 @@
 #include "room/roommodel.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 namespace orv {
@@ -265,8 +264,7 @@ void saverayons(const std::string& name) {
     std::string text;
     std::int64_t number = 0;
     for (std::int32_t face = 1; face <= RoomModel.faceCount; ++face) {
-        for (int v = 1; v <= exportedcorners;
-             ++v) { // a triangle too: its fourth is what the model holds there
+        for (int v = 1; v <= exportedcorners; ++v) { // a triangle's fourth is what the model holds there
             text += wholetext(++number);
             for (const float coordinate : {RoomModel.faceVertexX(face, v), RoomModel.faceVertexY(face, v),
                                            RoomModel.faceVertexZ(face, v)})

@@ -23,6 +23,7 @@
 #include "platform/platform.h"
 #include "room/roommodel.h"
 #include "scene/scenedrawing.h"
+#include "shell/filejob.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
@@ -152,25 +153,12 @@ bool checkblankingoptions() {
     double size = 0;
     attempt([&] { size = lenientnumber(BlankingOptions.gridsize); });
     if (!BlankingOptions.snap || size != 0) return true;
-    platform::messagebox("Warning", "Points cannot snap to a grid of size 0.", platform::buttons::ok,
-                         platform::icon::exclamation, platform::answer::ok);
+    platform::warningbox("Warning", "Points cannot snap to a grid of size 0.");
     return false;
 }
 
 void forgetblankedmap() {
     if (SessionState.useBlanking) SessionState.gridReady = SessionState.contourReady = 0;
-}
-
-bool unlessrefused(const std::function<void()>& step) {
-    try {
-        step();
-        return true;
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled)
-            platform::messagebox("Warning", error.text, platform::buttons::ok, platform::icon::exclamation,
-                                 platform::answer::ok);
-        return false;
-    }
 }
 
 void enableblankingcommands(bool enabled) {
@@ -198,11 +186,10 @@ void BLNload() {
 void BLNsave() {
     unlessrefused([] {
         const std::string& present = BlankingLines.blankingFile;
-        std::string name =
+        const std::string name = completedname(
             platform::asksavefile({"Save a Blanking File", "SURFER Blank.Files (*.BLN)|*.BLN",
-                                   present.empty() ? filepattern : present, SessionState.dataDirectory});
-        // A point as the first character makes no extension.
-        if (filenameof(name).find('.', 1) == std::string::npos) name += ".bln";
+                                   present.empty() ? filepattern : present, SessionState.dataDirectory}),
+            "bln");
         writeblanking(name);
         BlankingLines.blankingFile = name;
         forgetblankedmap();

@@ -5,7 +5,6 @@
 #include "base/table.h"
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -73,16 +72,11 @@ void loadblanking();
 // A grid or contour map that uses the lines is none any more, since they or their file have changed.
 void forgetblankedmap();
 
-// Runs what a command asks for. A failure is told in a box and ends the command alone, since lines that stand
-// in no file yet would end with the program; a cancel ends it without a word. Returns whether the step went
-// to its own end.
-bool unlessrefused(const std::function<void()>& step);
-
 // Enables or disables "Clear", "Delete Line" and "Save..." together.
 void enableblankingcommands(bool enabled);
 
-// --- The commands of the menu that need no pointer. A file that cannot be read or written is told in a box.
-// ---
+// --- The commands of the menu that need no pointer. A file that cannot be read or written is told in a box,
+// since lines that stand in no file yet would end with the program. ---
 
 void BLNnew();  // "Clear": the lines go, and with them their use in maps
 void BLNload(); // "Load..."

@@ -9,6 +9,7 @@
 #include "room/roommodel.h"
 #include "scene/drawsurface.h"
 #include "scene/scenedrawing.h"
+#include "shell/filejob.h"
 #include "shell/sessionstate.h"
 
 #include <algorithm>

@@ -84,9 +84,7 @@ constexpr group beforeentities[] = {
     {0, "ENDBLK"}, {5, "17"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbBlockEnd"},
     {0, "ENDSEC"}, {0, "SECTION"}, {2, "ENTITIES"},
 };
-// clang-format on
 
-// clang-format off
 constexpr group behindentities[] = {
     {0, "ENDSEC"}, {0, "SECTION"}, {2, "OBJECTS"},
     {0, "DICTIONARY"}, {5, "18"}, {330, "0"}, {100, "AcDbDictionary"}, {281, "1"}, {3, "ACAD_GROUP"},

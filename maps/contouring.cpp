@@ -190,27 +190,31 @@ double cubic(const std::array<double, 4>& p, double t) {
                        t * (2 * p[0] - 5 * p[1] + 4 * p[2] - p[3] + t * (3 * (p[1] - p[2]) + p[3] - p[0])));
 }
 
-// Refines one line of nodes `from` (count of them, `fromstep` apart in memory) into `to`.
-void refineline(const double* from, std::size_t fromstep, int count, double* to, std::size_t tostep,
-                int factor) {
-    const auto node = [&](int i) { return from[static_cast<std::size_t>(i) * fromstep]; };
-    const auto present = [&](int i) { return i >= 0 && i < count && node(i) != blankednode; };
+// A line of nodes, `step` apart in memory.
+template <class value>
+struct nodeline {
+    value* first;
+    std::size_t step;
+
+    value& operator[](int i) const { return first[static_cast<std::size_t>(i) * step]; }
+};
+
+// Refines a line of so many nodes into another.
+void refineline(const nodeline<const double>& from, int count, const nodeline<double>& to, int factor) {
+    const auto present = [&](int i) { return i >= 0 && i < count && from[i] != blankednode; };
     for (int i = 0; i < count; ++i) {
-        double* out = to + static_cast<std::size_t>(i * factor) * tostep;
-        *out = node(i);
+        to[i * factor] = from[i];
         if (i + 1 == count) break;
         std::array<double, 4> p{};
         const bool drawn = present(i) && present(i + 1);
         if (drawn) {
-            p[1] = node(i);
-            p[2] = node(i + 1);
-            p[0] = present(i - 1) ? node(i - 1) : 2 * p[1] - p[2];
-            p[3] = present(i + 2) ? node(i + 2) : 2 * p[2] - p[1];
+            p[1] = from[i];
+            p[2] = from[i + 1];
+            p[0] = present(i - 1) ? from[i - 1] : 2 * p[1] - p[2];
+            p[3] = present(i + 2) ? from[i + 2] : 2 * p[2] - p[1];
         }
-        for (int k = 1; k < factor; ++k) {
-            out += tostep;
-            *out = drawn ? cubic(p, static_cast<double>(k) / factor) : blankednode;
-        }
+        for (int k = 1; k < factor; ++k)
+            to[i * factor + k] = drawn ? cubic(p, static_cast<double>(k) / factor) : blankednode;
     }
 }
 
@@ -247,9 +251,10 @@ regulargrid refinedgrid(const regulargrid& grid, int factor) {
     const auto width = static_cast<std::size_t>(fine.columns);
     std::vector<double> wide(width * static_cast<std::size_t>(f.rows));
     for (int j = 0; j < f.rows; ++j)
-        refineline(grid.row(j), 1, f.columns, wide.data() + static_cast<std::size_t>(j) * width, 1, factor);
+        refineline({grid.row(j), 1}, f.columns, {wide.data() + static_cast<std::size_t>(j) * width, 1},
+                   factor);
     for (int i = 0; i < fine.columns; ++i)
-        refineline(wide.data() + i, width, f.rows, result.row(0) + i, width, factor);
+        refineline({wide.data() + i, width}, f.rows, {result.row(0) + i, width}, factor);
     return result;
 }
 

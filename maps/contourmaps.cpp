@@ -21,6 +21,7 @@
 #include "maps/colourschemes.h"
 #include "maps/levelfile.h"
 #include "maps/mapfield.h"
+#include "maps/mapmark.h"
 #include "maps/surfer.h"
 #include "platform/platform.h"
 #include "scene/camera.h"
@@ -48,12 +49,6 @@ constexpr std::array<std::int32_t, highestcolour + 1> makelevels() {
     return levels;
 }
 constexpr std::array<std::int32_t, highestcolour + 1> levelsofcolours = makelevels();
-
-// A page can be printed while the map on the screen is drawn.
-struct mapmark {
-    const bool within = std::exchange(SessionState.mapInProgress, true);
-    ~mapmark() { SessionState.mapInProgress = within; }
-};
 
 // --- Reading ---
 
@@ -195,7 +190,6 @@ bool linesofonecolour() {
 
 void finish(DrawSurface& surface) {
     surface.setForeColor(rgb(0, 0, 0));
-    platform::statustext(2, "");
     if (!linesofonecolour()) drawcolourscale(surface);
     platform::pointer(platform::shape::normal);
 }

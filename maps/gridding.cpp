@@ -15,8 +15,6 @@ namespace orv {
 
 namespace {
 
-constexpr int firstmethod = 1, lastmethod = 6;
-
 // Farther out no double holds the square of a distance; no receiver lies there, only a point of a broken
 // file.
 constexpr double farthest = 1e100; // m
@@ -61,7 +59,9 @@ void gridpolynomial(const scatteredpoints& points, regulargrid& grid) {
 } // namespace
 
 griddingmethod methodof(int number) {
-    return static_cast<griddingmethod>(number < firstmethod || number > lastmethod ? firstmethod : number);
+    constexpr int first = static_cast<int>(griddingmethod::kriging);
+    constexpr int last = static_cast<int>(griddingmethod::triangulation);
+    return number < first || number > last ? griddingmethod::kriging : static_cast<griddingmethod>(number);
 }
 
 scatteredpoints distinctpoints(const scatteredpoints& points) {

@@ -103,28 +103,33 @@ void addkernel(const radialfit& fit, double* sums, const double* x, int count, d
         addroots(sums, x, count, px, dy * dy + fit.smoothing, -weight);
 }
 
-void solve(radialfit& fit, const std::vector<double>& values) {
-    const int n = static_cast<int>(values.size());
+// The kernel between all pairs of points, a column for each.
+densematrix kernelmatrix(const radialfit& fit) {
+    const std::size_t points = fit.x.size();
+    const int n = static_cast<int>(points);
     densematrix kernel(n, n);
-    // Column by column: the places (x, y[k]) differ in y as well, so that each point makes a row of its own.
-    std::vector<double> squares(values.size());
+    std::vector<double> distances(points);
     for (int k = 0; k < n; ++k) {
         const auto at = static_cast<std::size_t>(k);
         double* column = kernel.column(k);
         if (fit.kernel == radialkernel::plate) {
-            for (std::size_t i = 0; i < values.size(); ++i)
-                squares[i] = std::hypot(fit.x[i] - fit.x[at], fit.y[i] - fit.y[at]);
-            addplates(column, squares.data(), n, 0, 0, tension * tension / 4, 1);
+            for (std::size_t i = 0; i < points; ++i)
+                distances[i] = std::hypot(fit.x[i] - fit.x[at], fit.y[i] - fit.y[at]);
+            addplates(column, distances.data(), n, 0, 0, tension * tension / 4, 1);
         } else {
-            for (std::size_t i = 0; i < values.size(); ++i) {
+            for (std::size_t i = 0; i < points; ++i) {
                 const double dx = fit.x[i] - fit.x[at], dy = fit.y[i] - fit.y[at];
                 column[i] = -std::sqrt(dx * dx + dy * dy + fit.smoothing);
             }
         }
     }
+    return kernel;
+}
+
+// The tail's terms at all points: 1, and x and y from their means for a plane.
+densematrix tailbasis(const radialfit& fit) {
     const bool plane = fit.kernel == radialkernel::plate;
-    fit.meanx = std::accumulate(fit.x.begin(), fit.x.end(), 0.0) / n;
-    fit.meany = std::accumulate(fit.y.begin(), fit.y.end(), 0.0) / n;
+    const int n = static_cast<int>(fit.x.size());
     densematrix basis(n, plane ? 3 : 1);
     for (int k = 0; k < n; ++k) {
         basis(k, 0) = 1;
@@ -132,7 +137,16 @@ void solve(radialfit& fit, const std::vector<double>& values) {
         basis(k, 1) = fit.x[static_cast<std::size_t>(k)] - fit.meanx;
         basis(k, 2) = fit.y[static_cast<std::size_t>(k)] - fit.meany;
     }
-    fit.solution = solveinterpolant(kernel, basis, values);
+    return basis;
+}
+
+// Finds the solution for the values at the points of the fit.
+void solve(radialfit& fit, const std::vector<double>& values) {
+    const auto n = static_cast<double>(fit.x.size());
+    fit.meanx = std::accumulate(fit.x.begin(), fit.x.end(), 0.0) / n;
+    fit.meany = std::accumulate(fit.y.begin(), fit.y.end(), 0.0) / n;
+    densematrix kernel = kernelmatrix(fit);
+    fit.solution = solveinterpolant(kernel, tailbasis(fit), values);
 }
 
 void evaluate(const radialfit& fit, const double* x, int count, double y, double* out) {

@@ -6,9 +6,8 @@
 namespace orv {
 
 enum class radialkernel {
-    // -r with a constant tail: the same as ordinary kriging with a linear variogram without nugget (N.
-    // Cressie,
-    // Statistics for Spatial Data, 1993, 3.4.5), whose slope has no influence.
+    // -r with a constant tail: the same as ordinary kriging with a linear variogram without nugget, whose
+    // slope has no influence (N. Cressie, Statistics for Spatial Data, 1993, 3.4.5).
     linear,
     // -sqrt(r^2 + s^2) with a constant tail (R. L. Hardy, J. Geophys. Res. 76, 1971), s^2 being the square of
     // the diagonal of the points' box divided by 25 times their number.

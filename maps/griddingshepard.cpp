@@ -4,7 +4,6 @@
 #include "maps/griddingalgebra.h"
 #include "maps/griddingneighbours.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 

@@ -15,8 +15,8 @@ namespace orv {
 
 namespace {
 
-constexpr double edgeslack =
-    1e-9; // of the nodes' step: how far outside a triangle a node counts as on its edge
+// How far outside a triangle a node counts as on its edge, as a share of the nodes' step.
+constexpr double edgeslack = 1e-9;
 
 using scratchfile = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 

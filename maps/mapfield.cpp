@@ -66,8 +66,8 @@ struct weightedsums {
     std::array<double, blocksize> weight{}, value{};
 };
 
-// Sums for the cells (c1, c2[0..7]). The cells run side by side, so that each one's sums have the order of
-// the receivers.
+// Sums for the cells (c1, c2[0]), (c1, c2[1]), .. of a block. The cells run side by side, so that each one's
+// sums have the order of the receivers.
 ORV_WIDELOOPS
 void addreceivers(weightedsums& sums, const double* first, const double* second, const double* value,
                   std::size_t count, double c1, const double* c2) {

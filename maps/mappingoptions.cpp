@@ -9,6 +9,7 @@
 #include "maps/mapfield.h"
 #include "maps/rgbsettings.h"
 #include "platform/platform.h"
+#include "shell/filejob.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 

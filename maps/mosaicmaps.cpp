@@ -6,6 +6,7 @@
 #include "maps/colourschemes.h"
 #include "maps/mapfield.h"
 #include "maps/mapgrid.h"
+#include "maps/mapmark.h"
 #include "maps/surfer.h"
 #include "platform/platform.h"
 #include "scene/camera.h"
@@ -15,7 +16,6 @@
 
 #include <cmath>
 #include <cstddef>
-#include <utility>
 #include <vector>
 
 namespace orv {
@@ -26,15 +26,6 @@ constexpr double stripoverlap = 1.5; // a strip is as much thicker than its cell
 
 // The middle grey of "White-Black" does not appear in a mosaic.
 constexpr double greyabove = 126, greybelow = 128, greyinstead = 126;
-
-// A page can be printed while the map on the screen is drawn.
-struct mapmark {
-    const bool within = std::exchange(SessionState.mapInProgress, true);
-    ~mapmark() {
-        SessionState.mapInProgress = within;
-        platform::statustext(2, "");
-    }
-};
 
 // What a map is drawn from, taken once so that a user at a yield does not change it.
 struct mosaic {

@@ -47,8 +47,7 @@ bool drawmap(const mapkind& kind, DrawSurface& surface, bool solid, bool clearfi
         return drawn;
     } catch (const runtimeerror& error) {
         platform::pointer(platform::shape::normal);
-        platform::messagebox("Warning", "The map cannot be drawn. " + error.text, platform::buttons::ok,
-                             platform::icon::exclamation, platform::answer::ok);
+        platform::warningbox("Warning", "The map cannot be drawn. " + error.text);
     }
     return drawscene(surface, solid, clearfirst);
 }

@@ -9,6 +9,7 @@
 
 #include "base/files.h"
 #include "base/runtimeerror.h"
+#include "maps/gridding.h"
 #include "platform/platform.h"
 #include "shell/sessionstate.h"
 
@@ -29,7 +30,6 @@ constexpr std::array<std::int32_t, 17> startcolours = {
 
 constexpr std::size_t storedsize = 4;
 constexpr std::int32_t colourbits = 0x00FFFFFF;
-constexpr std::int32_t lowestmethod = 1, highestmethod = 6;
 
 std::string colourfile() {
     return existingpath(joinpath(SessionState.dataDirectory, "RGB.BIN"));
@@ -87,13 +87,12 @@ void keepcolourtable() {
     try {
         savecolourtable();
     } catch (const runtimeerror& error) {
-        platform::messagebox("RGB Settings", error.text + " The colours are kept for this session only.",
-                             platform::buttons::ok, platform::icon::exclamation, platform::answer::ok);
+        platform::warningbox("RGB Settings", error.text + " The colours are kept for this session only.");
     }
 }
 
 std::int32_t usablemethod(std::int32_t method) {
-    return method < lowestmethod || method > highestmethod ? lowestmethod : method;
+    return static_cast<std::int32_t>(methodof(method));
 }
 
 } // namespace orv

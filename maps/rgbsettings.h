@@ -6,8 +6,8 @@
 
 namespace orv {
 
-constexpr int storedcolours =
-    16; // entries 0..15 of SessionState.rgbTable, which the file and the dialog have
+// Entries 0..15 of SessionState.rgbTable are in the file and the dialog; the seventeenth stays as it starts.
+constexpr int storedcolours = 16;
 
 void RGBOpt(); // "RGB Options...": opens the dialog
 

@@ -4,18 +4,19 @@
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/listinput.h"
-#include "base/runtimeerror.h"
 #include "maps/automation.h"
 #include "maps/blanking.h"
 #include "maps/levelfile.h"
 #include "maps/mapfield.h"
 #include "maps/mapgrid.h"
 #include "maps/pointdata.h"
+#include "maps/rgbsettings.h"
 #include "platform/platform.h"
 #include "results/parameterset.h"
 #include "room/roommodel.h"
 #include "scene/camera.h"
 #include "scene/drawsurface.h"
+#include "shell/filejob.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 
@@ -26,7 +27,6 @@ namespace orv {
 namespace {
 
 constexpr double inset = 0.1; // of a cell, between the rectangle of the map and the outer nodes
-constexpr int lowestmethod = 1, highestmethod = 6;
 constexpr std::string_view expertcommands[] = {"SurfTopo", "SurfSurf", "SurfPlot", "SurfSetP"};
 
 double wide(float value) {
@@ -91,7 +91,7 @@ void computegrid(double lo1, double hi1, double lo2, double hi2) {
     enablecommand("Cprint", true);
     startlog("GRID was started...");
     engine::application surfer = engine::start();
-    if (s.surferMethod < lowestmethod || s.surferMethod > highestmethod) s.surferMethod = lowestmethod;
+    s.surferMethod = usablemethod(s.surferMethod);
     engine::GridData(surfer, {.DataFile = pointdataname(),
                               .NumCols = s.Nx,
                               .NumRows = s.Ny,
@@ -124,11 +124,10 @@ bool takegrid() {
     listreader file = openlist(bytes, pagetext(gridname()));
     const gridcounts counts = readgridcounts(file);
     if (counts.columns != SessionState.Nx || counts.rows != SessionState.Ny) {
-        platform::messagebox("Warning",
+        platform::warningbox("Warning",
                              "Caution - Surfer was not succesfull in calculating the interpolated grid - "
                              "please reduce the grid size and/or change the interpolation method in the TOPO "
-                             "module",
-                             platform::buttons::ok, platform::icon::exclamation, platform::answer::ok);
+                             "module");
         return false;
     }
     float edges[6]; // xlo xhi ylo yhi zlo zhi
@@ -163,12 +162,7 @@ void setlabels(engine::contouroverlay& overlay) {
 // --- Programs ---
 
 void startprogram(const std::string& commandline) {
-    try {
-        platform::startcommand(commandline);
-    } catch (const runtimeerror& error) {
-        platform::messagebox("Warning", error.text, platform::buttons::ok, platform::icon::exclamation,
-                             platform::answer::ok);
-    }
+    unlessrefused([&] { platform::startcommand(commandline); });
 }
 
 } // namespace

@@ -28,6 +28,11 @@ enum class icon { none, information, question, exclamation, stop };
 answer messagebox(const std::string& title, const std::string& text, buttons choice, icon sign,
                   answer preset);
 
+// One that only has to be read.
+inline void warningbox(const std::string& title, const std::string& text) {
+    messagebox(title, text, buttons::ok, icon::exclamation, answer::ok);
+}
+
 // A file dialog. `filter` has the form "Text (*.x)|*.x", alternatives follow behind further "|".
 struct filerequest {
     std::string title;

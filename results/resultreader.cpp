@@ -463,7 +463,7 @@ void loadresult(const std::string& name) {
     platform::logline("Loading " + pagetext(name) + " ....");
     platform::pointer(platform::shape::wait);
 
-    attempt([] { readsettings(true); });
+    attempt(readsettings);
     platform::logline(valuemessage("Alfa =", static_cast<double>(ResultSet.alfaConstant), ""));
     platform::logline(valuemessage("Beta =", static_cast<double>(ResultSet.betaConstant), ""));
 

@@ -29,6 +29,7 @@ constexpr double tailFloor = 1e-6;
 // A slot of the tail varies by up to this share of itself, as counts of rays do.
 constexpr double tailRipple = 0.25;
 
+// From the direct sound, s: the end of early sound, and where the lateral rows begin.
 constexpr double earlyLimit = 0.08;
 constexpr double lateralLimit = 0.005;
 constexpr double efficiencyLimit = 0.025;
@@ -123,11 +124,15 @@ const hallmaterial& materialof(int row) {
                          [row](const hallmaterial& material) { return material.row == row; });
 }
 
-// Upright or flat rectangles of the box's sides. The two spans run along the side's own directions: y and z
-// of the sides at low and high x, x and z of those at low and high y, x and y of floor and ceiling.
-std::vector<point> sidecorners(int side, double low1, double high1, double low2, double high2) {
-    const double u[] = {low1, high1, high1, low1};
-    const double v[] = {low2, low2, high2, high2};
+// A rectangle of a side of the box, along the side's own directions: y and z of the sides at low and high x,
+// x and z of those at low and high y, x and y of floor and ceiling.
+struct sidespan {
+    double low1, high1, low2, high2;
+};
+
+std::vector<point> sidecorners(int side, const sidespan& span) {
+    const double u[] = {span.low1, span.high1, span.high1, span.low1};
+    const double v[] = {span.low2, span.low2, span.high2, span.high2};
     std::vector<point> corners;
     for (int i = 0; i < 4; ++i) {
         if (side < 2)
@@ -140,13 +145,16 @@ std::vector<point> sidecorners(int side, double low1, double high1, double low2,
     return corners;
 }
 
-hallface sideface(int side, int wall, int material, double low1, double high1, double low2, double high2) {
-    return {side, wall, material, sidecorners(side, low1, high1, low2, high2), {}};
+hallface sideface(int side, int wall, int material, const sidespan& span) {
+    return {side, wall, material, sidecorners(side, span), {}};
 }
 
-void addopening(hallface& face, bool door, int material, double low1, double high1, double low2,
-                double high2) {
-    face.openings.push_back({door, material, sidecorners(face.side, low1, high1, low2, high2)});
+void adddoor(hallface& face, int material, const sidespan& span) {
+    face.openings.push_back({true, material, sidecorners(face.side, span)});
+}
+
+void addhole(hallface& face, int material, const sidespan& span) {
+    face.openings.push_back({false, material, sidecorners(face.side, span)});
 }
 
 hallface drawnface(int wall, int material, std::vector<point> corners) {
@@ -165,50 +173,49 @@ hallface reflector(double x, double y, double z, double radius, double tilt) {
     return face;
 }
 
-std::vector<hallface> makefaces() {
-    std::vector<hallface> faces;
-    int wall = 0;
+void addfloor(std::vector<hallface>& faces, int wall) {
+    faces.push_back(sideface(4, wall, stageFloor, {0, 8, -10, 10}));
+    faces.push_back(sideface(4, wall, parquet, {8, 9.5, -10, 10}));
+    faces.push_back(sideface(4, wall, emptySeats, {9.5, 33, -9.5, -.75}));
+    faces.push_back(sideface(4, wall, emptySeats, {9.5, 33, .75, 9.5}));
+    faces.push_back(sideface(4, wall, parquet, {9.5, 33, -.75, .75}));
+    faces.push_back(sideface(4, wall, parquet, {9.5, 33, -10, -9.5}));
+    faces.push_back(sideface(4, wall, parquet, {9.5, 33, 9.5, 10}));
+    faces.push_back(sideface(4, wall, parquet, {33, 36, -10, 10}));
+}
 
-    ++wall; // floor
-    faces.push_back(sideface(4, wall, stageFloor, 0, 8, -10, 10));
-    faces.push_back(sideface(4, wall, parquet, 8, 9.5, -10, 10));
-    faces.push_back(sideface(4, wall, emptySeats, 9.5, 33, -9.5, -.75));
-    faces.push_back(sideface(4, wall, emptySeats, 9.5, 33, .75, 9.5));
-    faces.push_back(sideface(4, wall, parquet, 9.5, 33, -.75, .75));
-    faces.push_back(sideface(4, wall, parquet, 9.5, 33, -10, -9.5));
-    faces.push_back(sideface(4, wall, parquet, 9.5, 33, 9.5, 10));
-    faces.push_back(sideface(4, wall, parquet, 33, 36, -10, 10));
+void addceiling(std::vector<hallface>& faces, int wall) {
+    faces.push_back(sideface(5, wall, diffusingPanelling, {0, 9, -10, 10}));
+    faces.push_back(sideface(5, wall, cofferedCeiling, {9, 36, -10, 10}));
+    addhole(faces.back(), grille, {14, 16, -.5, .5});
+    addhole(faces.back(), grille, {21, 23, -.5, .5});
+    addhole(faces.back(), grille, {28, 30, -.5, .5});
+}
 
-    ++wall; // ceiling
-    faces.push_back(sideface(5, wall, diffusingPanelling, 0, 9, -10, 10));
-    faces.push_back(sideface(5, wall, cofferedCeiling, 9, 36, -10, 10));
-    addopening(faces.back(), false, grille, 14, 16, -.5, .5);
-    addopening(faces.back(), false, grille, 21, 23, -.5, .5);
-    addopening(faces.back(), false, grille, 28, 30, -.5, .5);
+void addplatformwall(std::vector<hallface>& faces, int wall) {
+    faces.push_back(sideface(0, wall, cavityPanelling, {-10, 10, 0, 5}));
+    adddoor(faces.back(), solidDoor, {-8.5, -7.1, 1, 3.2});
+    adddoor(faces.back(), solidDoor, {7.1, 8.5, 1, 3.2});
+    faces.push_back(sideface(0, wall, diffusingPanelling, {-10, 10, 5, 12}));
+}
 
-    ++wall; // behind the platform
-    faces.push_back(sideface(0, wall, cavityPanelling, -10, 10, 0, 5));
-    addopening(faces.back(), true, solidDoor, -8.5, -7.1, 1, 3.2);
-    addopening(faces.back(), true, solidDoor, 7.1, 8.5, 1, 3.2);
-    faces.push_back(sideface(0, wall, diffusingPanelling, -10, 10, 5, 12));
+void addrearwall(std::vector<hallface>& faces, int wall) {
+    faces.push_back(sideface(1, wall, cavityPanelling, {-10, 10, 0, 4.5}));
+    adddoor(faces.back(), solidDoor, {-6, -4.2, 0, 2.3});
+    adddoor(faces.back(), solidDoor, {4.2, 6, 0, 2.3});
+    faces.push_back(sideface(1, wall, openSlats, {-10, 10, 4.5, 12}));
+    addhole(faces.back(), doubleGlazing, {-2, 2, 8.8, 10.2});
+}
 
-    ++wall; // rear wall
-    faces.push_back(sideface(1, wall, cavityPanelling, -10, 10, 0, 4.5));
-    addopening(faces.back(), true, solidDoor, -6, -4.2, 0, 2.3);
-    addopening(faces.back(), true, solidDoor, 4.2, 6, 0, 2.3);
-    faces.push_back(sideface(1, wall, openSlats, -10, 10, 4.5, 12));
-    addopening(faces.back(), false, doubleGlazing, -2, 2, 8.8, 10.2);
+void addsidewall(std::vector<hallface>& faces, int wall, int side) {
+    faces.push_back(sideface(side, wall, bondedPanelling, {0, 36, 0, 5}));
+    adddoor(faces.back(), solidDoor, {8.2, 9.4, 0, 2.2});
+    faces.push_back(sideface(side, wall, boards, {0, 36, 5, 12}));
+    for (const double x : {10., 16., 22., 28.}) addhole(faces.back(), doubleGlazing, {x, x + 1.6, 7.4, 10.6});
+}
 
-    for (int side = 2; side < 4; ++side) { // side walls
-        ++wall;
-        faces.push_back(sideface(side, wall, bondedPanelling, 0, 36, 0, 5));
-        addopening(faces.back(), true, solidDoor, 8.2, 9.4, 0, 2.2);
-        faces.push_back(sideface(side, wall, boards, 0, 36, 5, 12));
-        for (const double x : {10., 16., 22., 28.})
-            addopening(faces.back(), false, doubleGlazing, x, x + 1.6, 7.4, 10.6);
-    }
-
-    ++wall; // platform with three steps to the hall
+// With three steps to the hall.
+void addplatform(std::vector<hallface>& faces, int wall) {
     faces.push_back(drawnface(wall, joistFloor, {{0, -10, 1}, {8, -10, 1}, {8, 10, 1}, {0, 10, 1}}));
     faces.push_back(drawnface(wall, bondedPanelling, {{8, -10, 0}, {8, 10, 0}, {8, 10, 1}, {8, -10, 1}}));
     for (int step = 0; step < 3; ++step) {
@@ -216,26 +223,40 @@ std::vector<hallface> makefaces() {
         const double z = .25 * (step + 1);
         faces.push_back(drawnface(wall, joistFloor, {{x, 6, z}, {x, 8, z}, {x - .3, 8, z}, {x - .3, 6, z}}));
     }
+}
 
-    for (const double sign : {-1., 1.}) { // side balconies and their fronts
-        ++wall;
-        const double back = 10 * sign;
-        const double front = 8.5 * sign;
-        faces.push_back(
-            drawnface(wall, joistFloor, {{9, back, 5}, {30, back, 5}, {30, front, 5}, {9, front, 5}}));
-        faces.push_back(
-            drawnface(wall, bondedPanelling, {{9, front, 5}, {30, front, 5}, {30, front, 6}, {9, front, 6}}));
-        faces.push_back(
-            drawnface(wall, bondedPanelling, {{9, back, 5}, {9, front, 5}, {9, front, 6}, {9, back, 6}}));
-    }
+// With its fronts, on the side of this sign of y.
+void addsidebalcony(std::vector<hallface>& faces, int wall, double sign) {
+    const double back = 10 * sign;
+    const double front = 8.5 * sign;
+    faces.push_back(
+        drawnface(wall, joistFloor, {{9, back, 5}, {30, back, 5}, {30, front, 5}, {9, front, 5}}));
+    faces.push_back(
+        drawnface(wall, bondedPanelling, {{9, front, 5}, {30, front, 5}, {30, front, 6}, {9, front, 6}}));
+    faces.push_back(
+        drawnface(wall, bondedPanelling, {{9, back, 5}, {9, front, 5}, {9, front, 6}, {9, back, 6}}));
+}
 
-    ++wall; // rear balcony: raked seats, soffit, front
+// Raked seats, soffit, front.
+void addrearbalcony(std::vector<hallface>& faces, int wall) {
     faces.push_back(drawnface(wall, emptySeats, {{30, -10, 4.6}, {36, -10, 7}, {36, 10, 7}, {30, 10, 4.6}}));
     faces.push_back(
         drawnface(wall, limePlaster, {{30, -10, 4.2}, {36, -10, 4.5}, {36, 10, 4.5}, {30, 10, 4.2}}));
     faces.push_back(
         drawnface(wall, bondedPanelling, {{30, -10, 4.2}, {30, 10, 4.2}, {30, 10, 5.5}, {30, -10, 5.5}}));
+}
 
+std::vector<hallface> makefaces() {
+    std::vector<hallface> faces;
+    int wall = 0;
+    addfloor(faces, ++wall);
+    addceiling(faces, ++wall);
+    addplatformwall(faces, ++wall);
+    addrearwall(faces, ++wall);
+    for (const int side : {2, 3}) addsidewall(faces, ++wall, side);
+    addplatform(faces, ++wall);
+    for (const double sign : {-1., 1.}) addsidebalcony(faces, ++wall, sign);
+    addrearbalcony(faces, ++wall);
     for (const double y : {-6., 0., 6.}) { // reflectors above the platform, in no wall
         faces.push_back(reflector(3, y, 9, 1.6, .15));
         faces.push_back(reflector(6.8, y, 9.6, 1.6, .15));
@@ -367,72 +388,153 @@ double unfold(double inside, double extent, int cell) {
     return cell * extent + (cell % 2 == 0 ? inside : extent - inside);
 }
 
-double seven(double value) {
-    return lenientnumber(numbertext(value));
+constexpr std::array<double, 3> extents = {hallLength, hallWidth, hallHeight};
+
+// The way from a source to the receiver's image in one mirrored room: a straight line there, which folds into
+// the reflected path here. Axes as in `extents`, each from the low side of the room.
+struct straightway {
+    std::array<int, 3> cell; // of the mirrored room; 0, 0, 0 is the room itself
+    std::array<double, 3> start{}, line{};
+    double square = 0, distance = 0; // the line's length squared, and itself, m
+};
+
+straightway wayto(const point& from, const point& to, const std::array<int, 3>& cell) {
+    straightway way{cell};
+    way.start = {from.x, from.y + hallWidth / 2, from.z};
+    const std::array<double, 3> end = {to.x, to.y + hallWidth / 2, to.z};
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        way.line[axis] = unfold(end[axis], extents[axis], cell[axis]) - way.start[axis];
+        way.square += way.line[axis] * way.line[axis];
+    }
+    way.distance = std::sqrt(way.square);
+    return way;
 }
 
-// The path from a source to the receiver's image in one mirrored room: a straight line there, which folds
-// into the reflected path here.
-hallpath makepath(int receiver, int source, const std::array<int, 3>& cell) {
-    const point& from = hallsources()[static_cast<std::size_t>(source - 1)];
-    const point& to = hallreceivers()[static_cast<std::size_t>(receiver - 1)];
-    const std::array<double, 3> extent = {hallLength, hallWidth, hallHeight};
-    const std::array<double, 3> start = {from.x, from.y + hallWidth / 2, from.z};
-    const std::array<double, 3> end = {to.x, to.y + hallWidth / 2, to.z};
+struct crossing {
+    double share; // of the way
+    int side;
+};
 
-    std::array<double, 3> line{};
-    double square = 0;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        line[axis] = unfold(end[axis], extent[axis], cell[axis]) - start[axis];
-        square += line[axis] * line[axis];
-    }
-    const double distance = std::sqrt(square);
-
-    struct crossing {
-        double share; // of the way
-        int side;
-    };
+// The sides that the way passes through, in order.
+std::vector<crossing> crossingsof(const straightway& way) {
     std::vector<crossing> crossings;
     for (std::size_t axis = 0; axis < 3; ++axis) {
         // Plane n of the unfolded row is the low side of the room for even n, the high one for odd n.
-        const int first = cell[axis] > 0 ? 1 : cell[axis] + 1;
-        const int last = cell[axis] > 0 ? cell[axis] : 0;
+        const int first = way.cell[axis] > 0 ? 1 : way.cell[axis] + 1;
+        const int last = way.cell[axis] > 0 ? way.cell[axis] : 0;
         for (int plane = first; plane <= last; ++plane)
-            crossings.push_back({(plane * extent[axis] - start[axis]) / line[axis],
+            crossings.push_back({(plane * extents[axis] - way.start[axis]) / way.line[axis],
                                  static_cast<int>(axis) * 2 + (plane % 2 == 0 ? 0 : 1)});
     }
     std::sort(crossings.begin(), crossings.end(),
               [](const crossing& a, const crossing& b) { return a.share < b.share; });
+    return crossings;
+}
 
-    hallpath path;
-    path.source = source;
-    path.time = seven(distance / hallsoundspeed());
-    for (std::size_t band = 0; band < bandCount; ++band)
-        path.energy[band] = std::pow(10, sourcePowerLevels[band] / 10) / (4 * std::numbers::pi * square) *
-                            std::exp(-box().air[band] * distance);
-    for (const crossing& hit : crossings) {
-        const sidefigures& side = sides()[static_cast<std::size_t>(hit.side)];
-        for (std::size_t band = 0; band < bandCount; ++band)
-            path.energy[band] *= (1 - side.absorption[band]) * (1 - side.scattering[band]);
-        std::array<double, 3> at{};
-        for (std::size_t axis = 0; axis < 3; ++axis)
-            at[axis] = fold(start[axis] + hit.share * line[axis], extent[axis]);
-        // On the side exactly, whatever the folding has rounded.
-        const auto across = static_cast<std::size_t>(hit.side / 2);
-        at[across] = hit.side % 2 == 0 ? 0 : extent[across];
-        path.points.push_back({at[0], at[1] - hallWidth / 2, at[2]});
-        path.faces.push_back(faceat(hit.side, path.points.back()));
-    }
+point reflectionpoint(const straightway& way, const crossing& hit) {
+    std::array<double, 3> at{};
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        at[axis] = fold(way.start[axis] + hit.share * way.line[axis], extents[axis]);
+    // On the side exactly, whatever the folding has rounded.
+    const auto across = static_cast<std::size_t>(hit.side / 2);
+    at[across] = hit.side % 2 == 0 ? 0 : extents[across];
+    return {at[0], at[1] - hallWidth / 2, at[2]};
+}
 
-    // The ears' line is level and square to the way to the source. A mirrored room turns the direction of
-    // arrival over along its axis.
+// |cosine| between the arrival and the line through the ears of a listener at `to`, which is level and square
+// to the way to the source.
+double lateralof(const straightway& way, const point& from, const point& to) {
     const double awayX = from.x - to.x;
     const double awayY = from.y - to.y;
     const double away = std::hypot(awayX, awayY);
-    const double arriveX = (cell[0] % 2 == 0 ? line[0] : -line[0]) / distance;
-    const double arriveY = (cell[1] % 2 == 0 ? line[1] : -line[1]) / distance;
-    path.lateral = std::fabs(arriveY * awayX - arriveX * awayY) / away;
+    // A mirrored room turns the direction of arrival over along its axis.
+    const double arriveX = (way.cell[0] % 2 == 0 ? way.line[0] : -way.line[0]) / way.distance;
+    const double arriveY = (way.cell[1] % 2 == 0 ? way.line[1] : -way.line[1]) / way.distance;
+    return std::fabs(arriveY * awayX - arriveX * awayY) / away;
+}
+
+hallpath makepath(int receiver, int source, const std::array<int, 3>& cell) {
+    const point& from = hallsources()[static_cast<std::size_t>(source - 1)];
+    const point& to = hallreceivers()[static_cast<std::size_t>(receiver - 1)];
+    const straightway way = wayto(from, to, cell);
+    hallpath path;
+    path.source = source;
+    path.time = seven(way.distance / hallsoundspeed());
+    for (std::size_t band = 0; band < bandCount; ++band)
+        path.energy[band] = std::pow(10, sourcePowerLevels[band] / 10) / (4 * std::numbers::pi * way.square) *
+                            std::exp(-box().air[band] * way.distance);
+    for (const crossing& hit : crossingsof(way)) {
+        const sidefigures& side = sides()[static_cast<std::size_t>(hit.side)];
+        for (std::size_t band = 0; band < bandCount; ++band)
+            path.energy[band] *= (1 - side.absorption[band]) * (1 - side.scattering[band]);
+        path.points.push_back(reflectionpoint(way, hit));
+        path.faces.push_back(faceat(hit.side, path.points.back()));
+    }
+    path.lateral = lateralof(way, from, to);
     return path;
+}
+
+// --- A response ---
+
+// A response while sounds are added to it.
+struct summing {
+    double step = 0; // s
+    hallresponse sum;
+};
+
+// What a sound brings to the lateral rows: cosine squared and |cosine| of its arrival.
+struct lateralweights {
+    double square, cosine;
+};
+
+// Adds to a slot and, while it counts as early, to the sums of the lateral rows. Its time for that is the one
+// from the slot of the direct sound.
+void addenergy(summing& work, int slot, std::size_t band, double energy, const lateralweights& weights) {
+    hallresponse& response = work.sum;
+    response.energy[static_cast<std::size_t>(slot) * bandCount + band] += energy;
+    const double time = work.step * (slot - response.firstSlot);
+    if (time >= earlyLimit) return;
+    response.early[band] += energy;
+    if (time < lateralLimit) return;
+    response.lateral5[band] += energy * weights.square;
+    response.cosine5[band] += energy * weights.cosine;
+    if (time >= efficiencyLimit) response.lateral25[band] += energy * weights.square;
+}
+
+void addimages(summing& work, const std::vector<hallpath>& paths) {
+    for (const hallpath& path : paths) {
+        const int slot = static_cast<int>(path.time / work.step);
+        if (slot >= work.sum.slotCount) continue;
+        for (std::size_t band = 0; band < bandCount; ++band) {
+            work.sum.imageEnergy[static_cast<std::size_t>(slot) * bandCount + band] += path.energy[band];
+            addenergy(work, slot, band, path.energy[band], {path.lateral * path.lateral, path.lateral});
+        }
+    }
+}
+
+// The diffuse tail of a source, by the path of its direct sound.
+void addtail(summing& work, const halloptions& options, int receiver, const hallpath& direct) {
+    std::array<double, bandCount> density{};
+    std::array<double, bandCount> rate{};
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        // A source of power W fills the volume with W c / V per second of its sound, and that decays.
+        density[band] = std::pow(10, sourcePowerLevels[band] / 10) * hallsoundspeed() / hallvolume();
+        rate[band] = 6 * std::numbers::ln10 / halldecaytime(static_cast<int>(band));
+    }
+    randomstate random =
+        branch(options.seed, static_cast<std::uint64_t>(receiver), static_cast<std::uint64_t>(direct.source));
+    const double begin = direct.time + tailGap;
+    for (int slot = static_cast<int>(begin / work.step); slot < work.sum.slotCount; ++slot) {
+        const double from = std::max(begin, slot * work.step);
+        const double length = (slot + 1) * work.step - from;
+        const double middle = from + length / 2;
+        for (std::size_t band = 0; band < bandCount; ++band) {
+            const double ripple = 1 + tailRipple * (2 * nextuniform(random) - 1);
+            const double share = tailshare(static_cast<int>(band), middle, options.order);
+            const double energy = density[band] * length * std::exp(-rate[band] * middle) * share * ripple;
+            if (energy >= tailFloor) addenergy(work, slot, band, energy, {diffuseSquare, diffuseCosine});
+        }
+    }
 }
 
 } // namespace
@@ -504,10 +606,6 @@ double sideabsorption(int side, int band) {
     return sides()[static_cast<std::size_t>(side)].absorption[static_cast<std::size_t>(band)];
 }
 
-double sidescattering(int side, int band) {
-    return sides()[static_cast<std::size_t>(side)].scattering[static_cast<std::size_t>(band)];
-}
-
 double halldecaytime(int band) {
     // Eyring: per mean free path the share 1 - absorption is left.
     const auto at = static_cast<std::size_t>(band);
@@ -540,73 +638,27 @@ std::vector<hallpath> hallpaths(int receiver, int source, int order) {
 }
 
 hallresponse respond(const halloptions& options, int receiver, sourcelist sources) {
-    const double step = static_cast<double>(static_cast<float>(options.timeStep));
-    const int slots = highestslot(options) + 1;
-
-    hallresponse response;
-    response.slotCount = slots;
-    response.imageEnergy.assign(static_cast<std::size_t>(slots) * bandCount, 0.0);
-    std::vector<std::vector<hallpath>> paths;
-    bool found = false;
+    summing work{static_cast<double>(static_cast<float>(options.timeStep)), {}};
+    hallresponse& response = work.sum;
+    response.slotCount = highestslot(options) + 1;
+    response.energy.assign(static_cast<std::size_t>(response.slotCount) * bandCount, 0.0);
+    response.imageEnergy = response.energy;
+    std::vector<std::vector<hallpath>> paths; // of each source
     for (const int source : sources) {
         paths.push_back(hallpaths(receiver, source, options.order));
         const double delay = paths.back().front().time;
-        response.delay = found ? std::min(response.delay, delay) : delay;
-        found = true;
+        response.delay = paths.size() == 1 ? delay : std::min(response.delay, delay);
     }
-    response.firstSlot = static_cast<int>(response.delay / step);
-    response.energy = response.imageEnergy;
-
-    // Whether a slot counts for a sum is decided by its time from the slot of the direct sound.
-    const auto after = [&](int slot) { return step * (slot - response.firstSlot); };
-    const auto addlateral = [&](int slot, std::size_t band, double energy, double square, double cosine) {
-        const double time = after(slot);
-        if (time >= earlyLimit) return;
-        response.early[band] += energy;
-        if (time < lateralLimit) return;
-        response.lateral5[band] += energy * square;
-        response.cosine5[band] += energy * cosine;
-        if (time >= efficiencyLimit) response.lateral25[band] += energy * square;
-    };
-
-    for (const std::vector<hallpath>& fromOne : paths) {
-        for (const hallpath& path : fromOne) {
-            const int slot = static_cast<int>(path.time / step);
-            if (slot >= slots) continue;
-            for (std::size_t band = 0; band < bandCount; ++band) {
-                const std::size_t cell = static_cast<std::size_t>(slot) * bandCount + band;
-                response.imageEnergy[cell] += path.energy[band];
-                response.energy[cell] += path.energy[band];
-                addlateral(slot, band, path.energy[band], path.lateral * path.lateral, path.lateral);
-            }
-        }
-        const int source = fromOne.front().source;
-        const double begin = fromOne.front().time + tailGap;
-        std::array<double, bandCount> density{};
-        std::array<double, bandCount> rate{};
-        for (std::size_t band = 0; band < bandCount; ++band) {
-            // A source of power W fills the volume with W c / V per second of its sound, and that decays.
-            density[band] = std::pow(10, sourcePowerLevels[band] / 10) * hallsoundspeed() / hallvolume();
-            rate[band] = 6 * std::numbers::ln10 / halldecaytime(static_cast<int>(band));
-        }
-        randomstate random =
-            branch(options.seed, static_cast<std::uint64_t>(receiver), static_cast<std::uint64_t>(source));
-        for (int slot = static_cast<int>(begin / step); slot < slots; ++slot) {
-            const double from = std::max(begin, slot * step);
-            const double length = (slot + 1) * step - from;
-            const double middle = from + length / 2;
-            for (std::size_t band = 0; band < bandCount; ++band) {
-                const double ripple = 1 + tailRipple * (2 * nextuniform(random) - 1);
-                const double share = tailshare(static_cast<int>(band), middle, options.order);
-                const double energy =
-                    density[band] * length * std::exp(-rate[band] * middle) * share * ripple;
-                if (energy < tailFloor) continue;
-                response.energy[static_cast<std::size_t>(slot) * bandCount + band] += energy;
-                addlateral(slot, band, energy, diffuseSquare, diffuseCosine);
-            }
-        }
+    response.firstSlot = static_cast<int>(response.delay / work.step);
+    for (const std::vector<hallpath>& fromone : paths) {
+        addimages(work, fromone);
+        addtail(work, options, receiver, fromone.front());
     }
     return response;
+}
+
+double seven(double value) {
+    return lenientnumber(numbertext(value));
 }
 
 int highestslot(const halloptions& options) {

@@ -115,9 +115,8 @@ double hallsoundspeed();   // m/s at 20 degrees C
 // (ISO 9613-1, at the exact octave band centre).
 double airabsorption(int band);
 
-// Area-weighted absorption and scattering of a side of the box, openings included.
+// Area-weighted absorption of a side of the box, openings included.
 double sideabsorption(int side, int band);
-double sidescattering(int side, int band);
 
 // Decay time of the diffuse tail, s: Eyring's with the area-weighted absorption, and air.
 double halldecaytime(int band);
@@ -131,6 +130,9 @@ std::vector<hallpath> hallpaths(int receiver, int source, int order);
 
 // The response of a receiver (1..30) to the given sources together: the sum of the responses to each.
 hallresponse respond(const halloptions& options, int receiver, sourcelist sources);
+
+// A number as the files hold it, with seven digits.
+double seven(double value);
 
 // Highest slot of a response: whole number nearest to length / step, with the step held in single
 // precision as the result reader has it.

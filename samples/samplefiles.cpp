@@ -4,12 +4,10 @@
 #include "base/files.h"
 #include "base/listoutput.h"
 #include "base/numbertext.h"
-#include "base/runtimeerror.h"
 #include "samples/random.h"
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <numbers>
 #include <string_view>
 
@@ -28,22 +26,14 @@ constexpr double firstNewFormat = 1.2;
 
 constexpr int bothSources[] = {1, 2};
 
-struct bandtext {
-    const char* frequency;
-};
-
-constexpr bandtext bandTexts[bandCount] = {{"31.5"}, {"63"},   {"125"},  {"250"},  {"500"},
-                                           {"1000"}, {"2000"}, {"4000"}, {"8000"}, {"16000"}};
+constexpr const char* bandTexts[bandCount] = {"31.5", "63",   "125",  "250",  "500",
+                                              "1000", "2000", "4000", "8000", "16000"};
 
 // Where the loose ray lines end: these receivers.
 constexpr int rayTargets[] = {3, 8, 13, 18, 23, 28};
 
 // A ray line is drawn as start + 50 x direction.
 constexpr double rayLength = 50;
-
-double seven(double value) {
-    return lenientnumber(numbertext(value));
-}
 
 std::string& addline(std::string& text, std::string_view line) {
     return text.append(line).append(lineend);
@@ -129,7 +119,7 @@ void addlabelledrows(std::string& text, const std::string& position, double dela
     addline(text, "LE  = " + row(le));
     addline(text, "LF  = " + row(lf));
     std::string titles;
-    for (const bandtext& band : bandTexts) titles.append(titles.empty() ? "" : " ").append(band.frequency);
+    for (const char* band : bandTexts) titles.append(titles.empty() ? "" : " ").append(band);
     addline(text, titles);
 }
 
@@ -167,31 +157,130 @@ point gridplace(int receiver, int receivers, double length, double width) {
     return {seven(length * (column + 0.5) / columns), seven(width * ((line + 0.5) / rows - 0.5)), 1.2};
 }
 
-// Raw bytes into a file, piece by piece, for files too large to be built in memory first.
-struct filewriter {
-    std::string path;
-    std::ofstream stream;
-};
-
+// Hands over what has been made so far, for files too large to be built in memory first.
 void put(filewriter& file, std::string& text) {
-    file.stream.write(text.data(), static_cast<std::streamsize>(text.size()));
-    if (!file.stream)
-        throw runtimeerror{errorkind::fileaccess, "The file " + file.path + " cannot be written."};
+    file.write(text);
     text.clear();
 }
 
-filewriter createfile(const std::string& path) {
-    filewriter file{path, std::ofstream(path, std::ios::binary | std::ios::trunc)};
-    std::string nothing;
-    put(file, nothing);
-    return file;
+// --- Large results ---
+
+constexpr double floorlength = 36, floorwidth = 20; // m
+
+// What is the same for all receivers of a large result.
+struct decayforms {
+    double step = 0, critical = 0;             // s
+    std::vector<double> factors;               // the late energy factor by slots from the direct sound
+    std::array<double, bandCount> perSlot{};   // what a slot leaves of the energy of the one before it
+    std::array<double, bandCount> firstSlot{}; // energy behind the direct sound
+};
+
+decayforms decayformsof(const bigoptions& options) {
+    constexpr double levelAtOne = 70; // dB in the slot behind the direct sound, at 1 kHz
+    halloptions constants;
+    constants.pyramidCount = options.pyramidCount;
+    constants.beta = options.beta;
+    decayforms forms;
+    forms.step = static_cast<double>(static_cast<float>(options.timeStep));
+    forms.critical = criticaltime(constants, readmeanfreepath(), readspeed());
+    for (int slot = 0; slot < options.slots; ++slot)
+        forms.factors.push_back(latefactor(forms.critical, forms.step * slot, options.alfa));
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        forms.perSlot[band] =
+            std::exp(-6 * std::numbers::ln10 * forms.step / bigdecaytime(options, static_cast<int>(band)));
+        forms.firstSlot[band] =
+            std::pow(10, (levelAtOne + hallsourcepower()[band] - hallsourcepower()[5]) / 10);
+    }
+    return forms;
 }
 
-void closefile(filewriter& file, std::string& rest) {
-    put(file, rest);
-    file.stream.close();
-    if (!file.stream)
-        throw runtimeerror{errorkind::fileaccess, "The file " + file.path + " cannot be written."};
+void addbigrows(std::string& text, const point& at, double delay, randomstate& random) {
+    std::array<double, bandCount> lfc{};
+    std::array<double, bandCount> le{};
+    std::array<double, bandCount> lf{};
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        lf[band] = 0.1 + 0.2 * nextuniform(random);
+        le[band] = 0.8 * lf[band];
+        lfc[band] = 1.3 * lf[band];
+    }
+    addlabelledrows(text, positionrow(at, halllisteneraim()), delay, lfc, le, lf);
+}
+
+// The energies of a receiver whose direct sound comes in the slot `first`.
+void addbigdecay(std::string& text, const decayforms& forms, std::size_t first, randomstate& random) {
+    constexpr double ripple = 0.3;
+    constexpr double directRatio = 5; // the direct sound's energy over that of the slot behind it
+    constexpr double smallest = 1e-6; // energies below are written as 0
+    std::array<double, bandCount> now = forms.firstSlot;
+    for (std::size_t slot = 0; slot < forms.factors.size(); ++slot) {
+        std::array<double, bandCount> energies{};
+        if (slot >= first) {
+            const double factor =
+                slot == first ? directRatio * forms.factors[slot] : forms.factors[slot - first];
+            for (std::size_t band = 0; band < bandCount; ++band) {
+                const double energy = now[band] * factor * (1 + ripple * (2 * nextuniform(random) - 1));
+                energies[band] = energy < smallest ? 0 : energy;
+                now[band] *= forms.perSlot[band];
+            }
+        }
+        addline(text, row(energies));
+    }
+}
+
+void addbigblock(std::string& text, const bigoptions& options, const decayforms& forms, int receiver) {
+    const point at = gridplace(receiver, options.receivers, floorlength, floorwidth);
+    const point& from = hallsources().front();
+    const double distance = std::hypot(at.x - from.x, at.y - from.y, at.z - from.z);
+    const double delay = seven(distance / hallsoundspeed());
+    const std::size_t first =
+        std::min(static_cast<std::size_t>(delay / forms.step), forms.factors.size() - 1);
+    randomstate random = branch(options.seed, static_cast<std::uint64_t>(receiver), 0);
+    addtitle(text, receiver);
+    addbigrows(text, at, delay, random);
+    addbigdecay(text, forms, first, random);
+}
+
+// --- Large rooms ---
+
+// A side of a box room: the corner where it starts, and its two directions in full length.
+struct tiledside {
+    point corner, u, v;
+};
+constexpr double roomheight = 12; // m
+constexpr tiledside tiledSides[hallSides] = {{{0, -10, 0}, {floorlength, 0, 0}, {0, floorwidth, 0}},
+                                             {{0, -10, roomheight}, {floorlength, 0, 0}, {0, floorwidth, 0}},
+                                             {{0, -10, 0}, {floorlength, 0, 0}, {0, 0, roomheight}},
+                                             {{0, 10, 0}, {floorlength, 0, 0}, {0, 0, roomheight}},
+                                             {{0, -10, 0}, {0, floorwidth, 0}, {0, 0, roomheight}},
+                                             {{floorlength, -10, 0}, {0, floorwidth, 0}, {0, 0, roomheight}}};
+
+// The place at these shares of the side's directions.
+point placeon(const tiledside& side, double u, double v) {
+    return {side.corner.x + u * side.u.x + v * side.v.x, side.corner.y + u * side.u.y + v * side.v.y,
+            side.corner.z + u * side.u.z + v * side.v.z};
+}
+
+// Divides a side into tiles, each a wall of one face.
+void addtiles(std::string& text, filewriter& file, const tiledside& side, int tiles) {
+    if (tiles == 0) return;
+    const int columns = static_cast<int>(std::ceil(std::sqrt(tiles)));
+    const int rows = (tiles + columns - 1) / columns;
+    for (int line = 0; line < rows; ++line) {
+        // What the full rows leave over fills the last one with wider tiles.
+        const int here = line + 1 < rows ? columns : tiles - columns * (rows - 1);
+        for (int column = 0; column < here; ++column) {
+            const auto corner = [&](int du, int dv) {
+                return placeon(side, static_cast<double>(column + du) / here,
+                               static_cast<double>(line + dv) / rows);
+            };
+            const auto material = static_cast<std::size_t>(line + column) % hallmaterials().size();
+            addline(text, " Wall");
+            addpolygon(text, "  Face", "  ", hallmaterials()[material].row,
+                       {corner(0, 0), corner(1, 0), corner(1, 1), corner(0, 1)});
+            addline(text, " End");
+        }
+        put(file, text);
+    }
 }
 
 } // namespace
@@ -243,10 +332,8 @@ std::string sourcetext() {
         const double power = hallsourcepower()[band];
         const auto number = static_cast<double>(band + 1);
         // The text behind the number keeps the number from ending its line, whose rest readers drop.
-        addline(text,
-                row(std::array<double, 2>{number, number}) + " band " + bandTexts[band].frequency + " Hz");
-        addline(text, row(std::array<double, 6>{lenientnumber(bandTexts[band].frequency), 0, power,
-                                                power - 11, 0, 1}));
+        addline(text, row(std::array<double, 2>{number, number}) + " band " + bandTexts[band] + " Hz");
+        addline(text, row(std::array<double, 6>{lenientnumber(bandTexts[band]), 0, power, power - 11, 0, 1}));
         addline(text, row(std::array<double, 2>{1, angleCount}));
         addline(text, "Angle  Level");
         for (int i = 0; i < angleCount; ++i) addline(text, row(std::array<double, 2>{i * angleStep, 0}));
@@ -356,72 +443,17 @@ double bigdecaytime(const bigoptions& options, int band) {
 }
 
 void writebigresult(const std::string& path, const bigoptions& options) {
-    constexpr double length = 36;
-    constexpr double width = 20;
-    constexpr double ripple = 0.3;
-    constexpr double directRatio = 5; // the direct sound's energy over that of the slot behind it
-    constexpr double smallest = 1e-6; // energies below are written as 0
-    constexpr double levelAtOne = 70; // dB in the slot behind the direct sound
-
-    const double step = static_cast<double>(static_cast<float>(options.timeStep));
-    halloptions constants;
-    constants.pyramidCount = options.pyramidCount;
-    constants.beta = options.beta;
-    const double critical = criticaltime(constants, readmeanfreepath(), readspeed());
-
-    const auto slots = static_cast<std::size_t>(options.slots);
-    std::vector<double> factors(slots); // by slots from the direct sound
-    for (std::size_t i = 0; i < slots; ++i)
-        factors[i] = latefactor(critical, step * static_cast<double>(i), options.alfa);
-    std::array<double, bandCount> perSlot{};
-    for (std::size_t band = 0; band < bandCount; ++band)
-        perSlot[band] =
-            std::exp(-6 * std::numbers::ln10 * step / bigdecaytime(options, static_cast<int>(band)));
-
-    filewriter file = createfile(path);
+    const decayforms forms = decayformsof(options);
+    filewriter file(path);
     std::string text;
     addheader(text, options.receivers, options.pyramidCount, options.timeStep * (options.slots - 1),
               options.timeStep, firstNewFormat, "NONE");
     for (int receiver = 1; receiver <= options.receivers; ++receiver) {
-        const point at = gridplace(receiver, options.receivers, length, width);
-        const point& from = hallsources().front();
-        const double distance = std::hypot(at.x - from.x, at.y - from.y, at.z - from.z);
-        const double delay = seven(distance / hallsoundspeed());
-        const std::size_t first = std::min(static_cast<std::size_t>(delay / step), slots - 1);
-        randomstate random = branch(options.seed, static_cast<std::uint64_t>(receiver), 0);
-
-        std::array<double, bandCount> lfc{};
-        std::array<double, bandCount> le{};
-        std::array<double, bandCount> lf{};
-        for (std::size_t band = 0; band < bandCount; ++band) {
-            lf[band] = 0.1 + 0.2 * nextuniform(random);
-            le[band] = 0.8 * lf[band];
-            lfc[band] = 1.3 * lf[band];
-        }
-        addtitle(text, receiver);
-        addlabelledrows(text, positionrow(at, halllisteneraim()), delay, lfc, le, lf);
-
-        std::array<double, bandCount> now{};
-        for (std::size_t band = 0; band < bandCount; ++band)
-            now[band] = std::pow(10, (levelAtOne + hallsourcepower()[band] - hallsourcepower()[5]) / 10);
-        for (std::size_t slot = 0; slot < slots; ++slot) {
-            std::array<double, bandCount> energies{};
-            if (slot >= first) {
-                const double factor =
-                    slot == first
-                        ? directRatio * latefactor(critical, step * static_cast<double>(slot), options.alfa)
-                        : factors[slot - first];
-                for (std::size_t band = 0; band < bandCount; ++band) {
-                    const double energy = now[band] * factor * (1 + ripple * (2 * nextuniform(random) - 1));
-                    energies[band] = energy < smallest ? 0 : energy;
-                    now[band] *= perSlot[band];
-                }
-            }
-            addline(text, row(energies));
-        }
+        addbigblock(text, options, forms, receiver);
         put(file, text);
     }
-    closefile(file, text);
+    file.write(text);
+    file.finish();
 }
 
 void writebigpaths(const std::string& path, int paths, int receivers, bool sorted) {
@@ -429,7 +461,7 @@ void writebigpaths(const std::string& path, int paths, int receivers, bool sorte
     constexpr int mostpoints = 7;
     constexpr double first = 0.01, length = 2; // s
     randomstate random{1};
-    filewriter file = createfile(path);
+    filewriter file(path);
     std::string text;
     for (int i = 0; i < paths; ++i) {
         hallpath made;
@@ -444,58 +476,24 @@ void writebigpaths(const std::string& path, int paths, int receivers, bool sorte
         addpath(text, 1 + i % receivers, made, 1);
         if (text.size() > piece) put(file, text);
     }
-    closefile(file, text);
+    file.write(text);
+    file.finish();
 }
 
 void writebiggeometry(const std::string& path, int faces, int receivers) {
-    constexpr double length = 36;
-    constexpr double width = 20;
-    constexpr double height = 12;
-    // The corner where a side starts and its two directions.
-    struct side {
-        point corner;
-        point u;
-        point v;
-    };
-    constexpr side boxSides[hallSides] = {
-        {{0, -10, 0}, {length, 0, 0}, {0, width, 0}},  {{0, -10, height}, {length, 0, 0}, {0, width, 0}},
-        {{0, -10, 0}, {length, 0, 0}, {0, 0, height}}, {{0, 10, 0}, {length, 0, 0}, {0, 0, height}},
-        {{0, -10, 0}, {0, width, 0}, {0, 0, height}},  {{length, -10, 0}, {0, width, 0}, {0, 0, height}}};
-
-    filewriter file = createfile(path);
+    filewriter file(path);
     std::string text;
     addline(text, "EntityList");
-    for (int s = 0; s < hallSides; ++s) {
-        const side& now = boxSides[s];
-        const int tiles = faces / hallSides + (s < faces % hallSides ? 1 : 0);
-        if (tiles == 0) continue;
-        const int columns = static_cast<int>(std::ceil(std::sqrt(tiles)));
-        const int rows = (tiles + columns - 1) / columns;
-        for (int line = 0; line < rows; ++line) {
-            // What the full rows leave over fills the last one with wider tiles.
-            const int here = line + 1 < rows ? columns : tiles - columns * (rows - 1);
-            for (int column = 0; column < here; ++column) {
-                const auto corner = [&](int du, int dv) {
-                    const double u = static_cast<double>(column + du) / here;
-                    const double v = static_cast<double>(line + dv) / rows;
-                    return point{now.corner.x + u * now.u.x + v * now.v.x,
-                                 now.corner.y + u * now.u.y + v * now.v.y,
-                                 now.corner.z + u * now.u.z + v * now.v.z};
-                };
-                const auto material = static_cast<std::size_t>(line + column) % hallmaterials().size();
-                addline(text, " Wall");
-                addpolygon(text, "  Face", "  ", hallmaterials()[material].row,
-                           {corner(0, 0), corner(1, 0), corner(1, 1), corner(0, 1)});
-                addline(text, " End");
-            }
-            put(file, text);
-        }
+    for (int side = 0; side < hallSides; ++side) {
+        const int tiles = faces / hallSides + (side < faces % hallSides ? 1 : 0);
+        addtiles(text, file, tiledSides[side], tiles);
     }
     for (const point& source : hallsources()) addsource(text, source, hallsourceaim());
     for (int receiver = 1; receiver <= receivers; ++receiver)
-        addreceiver(text, gridplace(receiver, receivers, length, width), halllisteneraim());
+        addreceiver(text, gridplace(receiver, receivers, floorlength, floorwidth), halllisteneraim());
     addline(text, "End");
-    closefile(file, text);
+    file.write(text);
+    file.finish();
 }
 
 } // namespace orv::samples

@@ -17,6 +17,16 @@ std::optional<std::string> chosenfile(filedialog ask, const char* title, const c
     }
 }
 
+bool unlessrefused(const std::function<void()>& step, const std::string& title) {
+    try {
+        step();
+        return true;
+    } catch (const runtimeerror& error) {
+        if (error.kind != errorkind::cancelled) platform::warningbox(title, error.text);
+        return false;
+    }
+}
+
 filejob::filejob() : outermost(!commandssuspended()) {
     platform::pointer(platform::shape::wait);
     if (!outermost) return;

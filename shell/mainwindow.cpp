@@ -319,7 +319,10 @@ void showmainwindow() {
     const QSize screen = form.screen()->availableSize();
     const bool fits = form.width() <= screen.width() && form.height() <= screen.height();
     form.resize(form.size().boundedTo(screen));
-    fits ? form.show() : form.showMaximized();
+    if (fits)
+        form.show();
+    else
+        form.showMaximized();
     MainWindow->area->setFocus();
 }
 

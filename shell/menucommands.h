@@ -5,7 +5,6 @@
 #pragma once
 
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace orv {

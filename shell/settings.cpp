@@ -6,10 +6,9 @@
 #include "base/listinput.h"
 #include "base/listoutput.h"
 #include "base/numbertext.h"
+#include "base/runtimeerror.h"
 #include "results/resultset.h"
 #include "shell/sessionstate.h"
-
-#include <array>
 
 namespace orv {
 
@@ -57,42 +56,28 @@ void applysetting(std::string_view line) {
         if (line.substr(0, keylength) == known.key) known.store(lenientnumber(behindmark(line, '=')));
 }
 
-void readsettings(bool trapped) {
+void readsettings() {
     const std::string path = settingsfile();
     const filebytes bytes = readfile(path);
     listreader reader = openlist(bytes, pagetext(path));
-    while (!atend(reader)) {
-        const listreader start = reader;
-        const std::string_view line = readline(reader);
-        try {
-            applysetting(line);
-        } catch (const runtimeerror& error) {
-            if (!trapped)
-                inputfailure(start, error.kind, "the value of \"" + std::string(line) + "\" is too large");
-        }
-    }
+    while (!atend(reader)) attempt([&] { applysetting(readline(reader)); });
 }
 
 void updatesettings(std::initializer_list<settingchange> changes, behindvalue rest) {
     const std::string path = settingsfile();
     const filebytes bytes = readfile(path);
     listreader reader = openlist(bytes, pagetext(path));
-    std::array<std::string, settinglines + 1> lines; // 1..60; slot 0 is not used
-    std::size_t count = 0;
-    while (!atend(reader)) {
-        if (count == settinglines)
+    std::string text;
+    for (int lines = 0; !atend(reader); ++lines) {
+        if (lines == settinglines)
             inputfailure(reader, errorkind::subscript,
                          "subscript out of range, a settings file has at most " +
                              std::to_string(settinglines) + " lines");
-        lines[++count] = readline(reader);
-    }
-
-    std::string text;
-    for (std::size_t i = 1; i <= count; ++i) {
-        const std::string line = lines[i];
+        const std::string_view line = readline(reader);
+        std::string written(line);
         for (const settingchange& change : changes)
-            if (line.substr(0, keylength) == change.key) lines[i] = changedline(line, change.value, rest);
-        text.append(lines[i]).append(lineend);
+            if (line.substr(0, keylength) == change.key) written = changedline(line, change.value, rest);
+        text.append(written).append(lineend);
     }
     replacefile(path, text);
 }

@@ -19,10 +19,9 @@ std::string settingsfile();
 // the lenient number parse. Raises overflow for a value too large for its variable, which keeps its value.
 void applysetting(std::string_view line);
 
-// Applies every line of the settings file, in order, so that of two lines with one key the later wins.
-// Raises filenotfound or fileaccess. A line that fails is `trapped` (its variable keeps its value, the later
-// lines follow) or raises overflow with its number.
-void readsettings(bool trapped);
+// Applies every line of the settings file, in order, so that of two lines with one key the later wins. A line
+// that fails leaves its variable. Raises filenotfound or fileaccess.
+void readsettings();
 
 // One setting to be written: its key of four characters, and the text of the new value.
 struct settingchange {

@@ -10,7 +10,6 @@
 #include "maps/rgbsettings.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
-#include "scene/scenedrawing.h"
 #include "shell/menucommands.h"
 #include "shell/sessionstate.h"
 #include "shell/settings.h"
@@ -19,7 +18,6 @@
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
-#include <iterator>
 #include <system_error>
 
 namespace orv {
@@ -190,7 +188,7 @@ void startup() {
     attempt([] { checkcommand("BLNview", true); });
     attempt(setcamera);
     attempt(loadcolourtable);
-    attempt([] { readsettings(true); });
+    attempt(readsettings);
     showcamerafields();
     attempt(setmapvalues);
     SessionState.receiversShown = 20;

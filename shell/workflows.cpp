@@ -19,7 +19,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 namespace orv {
 
@@ -129,9 +128,7 @@ void Fsave() {
         chosenfile(platform::asksavefile, "Save a Orvanta CAD File", roomfilter, savedroomproposal());
     if (!chosen) return;
     const filejob running;
-    SessionState.geometryFileName = *chosen;
-    // A point as the first character makes no extension.
-    if (filenameof(*chosen).find('.', 1) == std::string::npos) SessionState.geometryFileName += ".ray";
+    SessionState.geometryFileName = completedname(*chosen, "ray");
     showtitle(SessionState.geometryFileName);
     savegeometry(SessionState.geometryFileName);
 }
@@ -160,10 +157,16 @@ void openfile(const std::string& name) {
     constexpr std::size_t extension = 4; // with its point
     const std::size_t point = name.size() - std::min(name.size(), extension);
     const std::string kind = name.substr(point, 2);
-    if (kind != "._" && kind != ".-") return loadroom(name);
-    std::string result = name;
-    result[point + 1] = '_';
-    loadresultandroom(existingpath(result));
+    const bool isroom = kind != "._" && kind != ".-";
+    std::string file = name;
+    if (!isroom) file[point + 1] = '_';
+    file = existingpath(file);
+    if (!canopen(file))
+        return platform::warningbox("Warning", pagetext(file) + " is not there or cannot be opened.");
+    if (isroom)
+        loadroom(file);
+    else
+        loadresultandroom(file);
 }
 
 bool parameterfileusable(const std::string& result) {

@@ -10,16 +10,19 @@
 
 namespace orv {
 
-void FLoad();   // "Open Geometry File..."
-void Fsave();   // "Save Geometry File..."
-void OpenRes(); // "Open Imp.Resp.+Geometry files...": asks for the room (FLoad) when none lies beside the
-                // result
-void MapLoad(); // "Open Imp.Resp. file only...": a result over the present room; the current room file's name
-                // becomes that of the file beside the result all the same
+void FLoad(); // "Open Geometry File..."
+void Fsave(); // "Save Geometry File..."
+
+// "Open Imp.Resp.+Geometry files...": asks for the room (FLoad) when none lies beside the result.
+void OpenRes();
+
+// "Open Imp.Resp. file only...": a result over the present room. The name of the room's file becomes that of
+// the one beside the result all the same.
+void MapLoad();
 
 // Opens a file that the desktop has named at the start: a result with its room as OpenRes does, any other
-// file as FLoad does. A parameter file stands for the result that it lies beside. Nothing happens under a
-// region that the program does not run in.
+// file as FLoad does. A parameter file stands for the result that it lies beside; a box tells when that, or
+// the file itself, cannot be opened. Nothing happens under a region that the program does not run in.
 void openfile(const std::string& name);
 
 // Whether the parameter file beside a result holds what a load of the result would compute: it is there, and

@@ -17,8 +17,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
-#include <limits>
 
 namespace orv {
 
@@ -51,12 +49,17 @@ void showcell(loading& load, optimizercolumn column) {
     load.target.cell[column] = trimmednumber(headervalue(load));
 }
 
+void dropresponses(optimizerfile& file) {
+    file.energy.clear();
+    file.rows = 0;
+    file.delay.clear();
+}
+
 void dropfile(optimizerfile& file) {
+    dropresponses(file);
     file.pyramids = 0;
     file.name.clear();
     file.cell.fill("");
-    file.energy.clear();
-    file.delay.clear();
     file.percent = 0;
 }
 
@@ -81,8 +84,7 @@ void takeprecision(loading& load) {
     if (o.fileReceivers == receivers && o.fileSlots == slots) return;
     if (o.fileReceivers >= 0) platform::beep();
     dropfile(load.other);
-    load.target.energy.clear();
-    load.target.delay.clear();
+    dropresponses(load.target);
     o.fileReceivers = receivers;
     o.fileSlots = slots;
     o.chart = {};
@@ -126,14 +128,12 @@ float* takerow(loading& load, std::int32_t receiver) {
     auto& row = load.target.energy.at(static_cast<std::size_t>(receiver));
     const auto cells = (static_cast<std::size_t>(Optimizer.fileSlots) + 1) * bandcount;
     if (row) return row.get();
-    std::size_t rows = 1;
-    for (const optimizerfile& file : Optimizer.file)
-        rows += static_cast<std::size_t>(std::count_if(file.energy.begin(), file.energy.end(),
-                                                       [](const auto& each) { return each != nullptr; }));
+    const std::size_t rows = load.target.rows + load.other.rows + 1;
     const double bytes = static_cast<double>(rows) * static_cast<double>(cells) * sizeof(float);
     if (bytes > memoryshare * static_cast<double>(platform::memorybytes()))
         throw runtimeerror{errorkind::memory, "Not enough memory for the responses."};
     row = std::make_unique<float[]>(cells);
+    ++load.target.rows;
     return row.get();
 }
 
@@ -314,7 +314,7 @@ std::vector<std::string> optimizerbands() {
 
 void openoptimizer() {
     Optimizer = optimizer{};
-    attempt([] { readsettings(true); });
+    attempt(readsettings);
     Optimizer.alfa = trimmednumber(static_cast<double>(ResultSet.alfaConstant));
     Optimizer.beta = trimmednumber(static_cast<double>(ResultSet.betaConstant));
 }

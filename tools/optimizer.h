@@ -35,6 +35,7 @@ struct optimizerfile {
     // the linear sum as 11 and the A-weighted as 12, in the order of the list of bands. A receiver that was
     // not read has no row and reads as zero.
     std::vector<std::unique_ptr<float[]>> energy;
+    std::size_t rows = 0;     // of energy that are there
     std::vector<float> delay; // fileDelay: of the direct sound in s, by receiver
 };
 

@@ -86,8 +86,7 @@ void tried(optimizerwindow& open, const std::function<void()>& act) {
         } catch (const runtimeerror& error) {
             if (error.kind == errorkind::cancelled) return;
             Optimizer.receiver = open.goodreceiver;
-            platform::messagebox(coretext(open.dialog.windowTitle()), error.text, platform::buttons::ok,
-                                 platform::icon::exclamation, platform::answer::ok);
+            platform::warningbox(coretext(open.dialog.windowTitle()), error.text);
             attempt(updategraph);
         }
     });

@@ -1,12 +1,11 @@
 // The window "Sum & Equalize result files": connects the list and its sliders to tools/sumlist.h.
 #include "tools/sumequalizewindow.h"
 
-#include "base/runtimeerror.h"
-#include "platform/platform.h"
 #include "platform/qt/boundary.h"
 #include "platform/qt/elidedlabel.h"
 #include "platform/qt/platformqt.h"
 #include "platform/qt/qttext.h"
+#include "shell/filejob.h"
 #include "shell/mainwindow.h"
 #include "tools/sumlist.h"
 #include "tools/sumresults.h"
@@ -121,16 +120,7 @@ void showrunning(sumwindow& open, bool running) {
 // A failure is told, and the list stays as it is.
 bool tried(const sumwindow& open, const std::function<void()>& act) {
     bool good = false;
-    enter([&] {
-        try {
-            act();
-            good = true;
-        } catch (const runtimeerror& error) {
-            if (error.kind == errorkind::cancelled) return;
-            platform::messagebox(coretext(open.dialog.windowTitle()), error.text, platform::buttons::ok,
-                                 platform::icon::exclamation, platform::answer::ok);
-        }
-    });
+    enter([&] { good = unlessrefused(act, coretext(open.dialog.windowTitle())); });
     return good;
 }
 

@@ -42,17 +42,6 @@ bool isjob(const std::string& path) {
            uppercase(path.substr(path.size() - jobending.size())) == jobending;
 }
 
-// What a file dialog gave; nothing when it was cancelled.
-template <class dialog>
-auto chosen(dialog ask) -> decltype(ask()) {
-    try {
-        return ask();
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::cancelled) throw;
-        return {};
-    }
-}
-
 void addjob(sumlist& list, const std::string& path) {
     const sumjob read = readjob(path);
     list.jobname = path;
@@ -101,31 +90,31 @@ std::string listcell(const sumlist& list, std::size_t row, std::size_t column) {
 }
 
 void selectinputs(sumlist& list) {
-    const auto paths = chosen([] {
-        return platform::askopenfiles({"Select output files to be summed",
-                                       "Orvanta result files (*._*)|*._*|Summation Job file (*.job)|*.job",
-                                       "*._*", std::filesystem::current_path().string()});
+    untilcancelled([&list] {
+        const std::vector<std::string> paths =
+            platform::askopenfiles({"Select output files to be summed",
+                                    "Orvanta result files (*._*)|*._*|Summation Job file (*.job)|*.job",
+                                    "*._*", std::filesystem::current_path().string()});
+        sumlist changed = list;
+        if (isjob(paths.front())) {
+            addjob(changed, paths.front());
+        } else {
+            changed.job.directory = directoryof(paths.front());
+            for (const std::string& path : paths) addjobfile(changed.job, filenameof(path));
+        }
+        list = changed;
+        if (list.row == norow) selectrow(list, 0);
     });
-    if (paths.empty()) return;
-    sumlist changed = list;
-    if (isjob(paths.front())) {
-        addjob(changed, paths.front());
-    } else {
-        changed.job.directory = directoryof(paths.front());
-        for (const std::string& path : paths) addjobfile(changed.job, filenameof(path));
-    }
-    list = changed;
-    if (list.row == norow) selectrow(list, 0);
 }
 
 void selectoutput(sumlist& list) {
-    const auto path = chosen([] {
-        return platform::asksavefile({"Save result file", "Orvanta output file (*.___)|*.___", "*.___",
-                                      std::filesystem::current_path().string()});
+    untilcancelled([&list] {
+        const std::string path =
+            platform::asksavefile({"Save result file", "Orvanta output file (*.___)|*.___", "*.___",
+                                   std::filesystem::current_path().string()});
+        list.job.directory = directoryof(path);
+        list.job.output = filenameof(path);
     });
-    if (path.empty()) return;
-    list.job.directory = directoryof(path);
-    list.job.output = filenameof(path);
 }
 
 void selectrow(sumlist& list, std::size_t row) {

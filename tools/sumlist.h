@@ -3,10 +3,8 @@
 
 #include "tools/jobfile.h"
 
-#include <array>
 #include <cstddef>
 #include <string>
-#include <vector>
 
 namespace orv {
 
@@ -16,12 +14,11 @@ constexpr std::size_t norow = static_cast<std::size_t>(-1);
 
 struct sumlist {
     sumjob job;
-    std::string jobname;        // the job file that was loaded, empty until then
-    std::size_t row = norow;    // the selected file, from 0
-    bool ganged = false;        // "Gange together"
-    int delayslider = 0;        // 0..500
-    int gainslider[octavebands] // -30..30, the gain with its sign turned, so that up means louder
-        = {};
+    std::string jobname;              // the job file that was loaded, empty until then
+    std::size_t row = norow;          // the selected file, from 0
+    bool ganged = false;              // "Gange together"
+    int delayslider = 0;              // 0..500
+    int gainslider[octavebands] = {}; // -30..30, the gain with its sign turned, so that up means louder
 };
 
 // Headings of a column 0..11 of the grid: the band above the gains ("31.5Hz", "1kHz"), and what the column

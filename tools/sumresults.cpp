@@ -1,6 +1,6 @@
-// Summing results receiver by receiver. A first pass over each file notes where its blocks begin; then the
-// blocks of one receiver are read from all files, added up and written. The format of a result stands in
-// results/resultreader.cpp.
+// Summing results receiver by receiver. A first pass over each file (tools/suminput.cpp) has noted where its
+// blocks begin; the blocks of one receiver are read from all files, added up and written. The format of a
+// result stands in results/resultreader.cpp.
 #include "tools/sumresults.h"
 
 #include "base/arithmetic.h"
@@ -12,6 +12,7 @@
 #include "platform/platform.h"
 #include "results/resultreader.h"
 #include "tools/jobfile.h"
+#include "tools/suminput.h"
 
 #include <algorithm>
 #include <array>
@@ -28,265 +29,31 @@ sumrun SumRun;
 
 namespace {
 
-constexpr std::size_t partsize = std::size_t{1} << 20; // bytes read at once in the first pass
-constexpr std::string_view titlekey = "[Microph";
 constexpr std::size_t positionlabel = 11, rowlabel = 6; // characters in front of the numbers
 constexpr int positionnumbers = 6;
-constexpr double earlytime = 0.08;    // s
-constexpr double wholeslot = 1e-9;    // a delay so near to whole slots is whole
-constexpr double sameplace = 0.001;   // m
-constexpr double memoryshare = 0.75;  // of the machine's memory for the output's receiver
-constexpr double defaultlastband = 9; // as the files count, from 0
-constexpr int bands = octavebands;
+constexpr double earlytime = 0.08;   // s
+constexpr double sameplace = 0.001;  // m
+constexpr double memoryshare = 0.75; // of the machine's memory for the output's receiver
+constexpr int bands = sumbands;
 constexpr std::string_view outputformat = "1.2", nosource = "NONE";
-
-using bandrow = std::array<double, bands>;
-
-// --- Results and their indexes ---
-
-// A header line: its ten characters, and all of it.
-struct headerline {
-    std::string key, text;
-};
-
-struct blockplace {
-    std::int32_t receiver = 0;
-    std::uint64_t begin = 0, end = 0; // bytes, from the title on
-    std::size_t line = 0;             // of the title, from 1
-};
-
-struct suminput {
-    std::string name; // for messages
-    partreader file;
-    std::vector<headerline> header;
-    std::vector<blockplace> blocks; // as they stand in the file
-    std::vector<blockplace> sorted; // by receiver, each once; the last block of a receiver counts
-
-    double receivers = 0;                             // as declared
-    double length = 0, step = 0;                      // s
-    double firstband = 0, lastband = defaultlastband; // from 0, as the files count
-    double format = 0;
-    std::string source;
-    std::int32_t slots = 0;
-
-    std::int32_t shift = 0; // delay in slots: the whole ones, and the rest
-    double fraction = 0;
-    double delay = 0; // s
-    bandrow gain{};   // factor of the energy
-
-    suminput(const std::string& path, std::string shown) : name(std::move(shown)), file(path) {}
-};
-
-[[noreturn]] void refuse(const std::string& text) {
-    throw runtimeerror{errorkind::domain, text};
-}
-
-// A failure of arithmetic is told with the file whose values led to it.
-template <class action>
-void tellfile(const suminput& input, action act) {
-    try {
-        act();
-    } catch (const runtimeerror& error) {
-        if (error.kind != errorkind::overflow && error.kind != errorkind::divisionbyzero) throw;
-        throw runtimeerror{error.kind, input.name + ": " + error.text};
-    }
-}
-
-void yieldunlessstopped() {
-    platform::yield();
-    if (SumRun.stop) throw runtimeerror{errorkind::cancelled, "The sum was stopped."};
-}
-
-// Whether an empty line ends in front of `at`, which is the start of a line and not of the text.
-bool behindempty(std::string_view text, std::size_t at) {
-    std::size_t end = at - 1; // the line feed
-    if (end > 0 && text[end - 1] == '\r') --end;
-    return end == 0 || text[end - 1] == '\n';
-}
-
-// The whole lines of a file from `position` on, about a part's size, or the rest of it.
-void readlines(partreader& file, std::uint64_t position, std::string& part) {
-    for (std::size_t count = partsize;; count *= 2) {
-        file.read(position, count, part);
-        if (part.size() < count) return;
-        const std::size_t last = part.rfind('\n');
-        if (last == std::string::npos) continue;
-        part.resize(last + 1);
-        return;
-    }
-}
-
-// Notes the blocks of a file: a title counts behind an empty line only.
-void indexblocks(suminput& input) {
-    std::string part;
-    bool empty = false; // the line in front of the part is an empty one
-    std::size_t line = 1;
-    std::uint64_t position = 0;
-    for (readlines(input.file, position, part); !part.empty(); readlines(input.file, position, part)) {
-        const std::string_view text = part;
-        std::size_t counted = 0;
-        for (std::size_t at = 0; (at = text.find(titlekey, at)) != std::string_view::npos;
-             at += titlekey.size()) {
-            if (at == 0 ? !empty : text[at - 1] != '\n' || !behindempty(text, at)) continue;
-            line +=
-                static_cast<std::size_t>(std::count(part.begin() + static_cast<std::ptrdiff_t>(counted),
-                                                    part.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
-            counted = at;
-            const std::string_view title = text.substr(at, text.find('\n', at) - at);
-            if (!input.blocks.empty()) input.blocks.back().end = position + at;
-            input.blocks.push_back({blocknumber(title.substr(titlekey.size())), position + at, 0, line});
-        }
-        line += static_cast<std::size_t>(
-            std::count(part.begin() + static_cast<std::ptrdiff_t>(counted), part.end(), '\n'));
-        empty = text.back() == '\n' && behindempty(text, text.size());
-        position += part.size();
-        yieldunlessstopped();
-    }
-    if (input.blocks.empty()) refuse(input.name + " holds no receivers.");
-    input.blocks.back().end = position;
-
-    input.sorted = input.blocks;
-    std::stable_sort(input.sorted.begin(), input.sorted.end(),
-                     [](const blockplace& a, const blockplace& b) { return a.receiver < b.receiver; });
-    std::size_t kept = 0;
-    for (const blockplace& block : input.sorted) {
-        kept += kept == 0 || input.sorted[kept - 1].receiver != block.receiver;
-        input.sorted[kept - 1] = block;
-    }
-    input.sorted.resize(kept);
-}
-
-// --- Headers ---
-
-// The lines in front of the first block, in the units that a load reads them in.
-void readheader(suminput& input) {
-    std::string text;
-    input.file.read(0, static_cast<std::size_t>(input.blocks.front().begin), text);
-    listreader file = openlist(text, input.name);
-    while (!atend(file)) {
-        const std::size_t begin = file.position;
-        const std::string key = inp10char(file);
-        if (!atend(file)) readline(file);
-        std::string_view line = std::string_view(text).substr(begin, file.position - begin);
-        while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.remove_suffix(1);
-        if (!line.empty()) input.header.push_back({key, std::string(line)});
-    }
-}
-
-std::string_view valueof(const headerline& line) {
-    return behindmark(std::string_view(line.text).substr(line.key.size()), '=');
-}
-
-// The value of a key, of which the last one counts; null when no line has it.
-const headerline* findheader(const suminput& input, std::string_view key) {
-    const headerline* found = nullptr;
-    for (const headerline& line : input.header)
-        if (line.key == key) found = &line;
-    return found;
-}
-
-void takenumber(const suminput& input, std::string_view key, double& value) {
-    if (const headerline* line = findheader(input, key)) value = lenientnumber(valueof(*line));
-}
-
-// The highest slot + 1 of a response, as a load computes it.
-std::int32_t slotsof(double length, double step) {
-    return whole32(Int(quotient(length, static_cast<double>(single(step))) + 0.5)) + 1;
-}
-
-void takeheader(suminput& input) {
-    readheader(input);
-    takenumber(input, "Microphone", input.receivers);
-    takenumber(input, "First band", input.firstband);
-    takenumber(input, "Last band ", input.lastband);
-    takenumber(input, "Time      ", input.length);
-    takenumber(input, "Precision ", input.step);
-    takenumber(input, "Format    ", input.format);
-    if (const headerline* line = findheader(input, "Name      ")) input.source = trimboth(valueof(*line));
-    if (!(single(input.step) > 0)) refuse(input.name + " states no time step (\"Precision\").");
-    if (!(findheader(input, "Time      ") && input.length >= 0 &&
-          input.length / input.step < std::numeric_limits<std::int32_t>::max() - 1.0))
-        refuse(input.name + " states no length of its responses (\"Time\") that can be used.");
-    input.slots = slotsof(input.length, input.step);
-}
 
 // --- The job ---
 
-double cellvalue(const jobrow& row, std::size_t cell) {
-    return lenientnumber(row.cell.at(cell));
-}
-
-void takeweights(suminput& input, const jobrow& row) {
-    const double milliseconds = cellvalue(row, 0);
-    if (milliseconds < 0) refuse("The delay of " + input.name + " is negative.");
-    input.delay = milliseconds / 1000;
-    double slots = quotient(input.delay, input.step);
-    if (const double whole = std::nearbyint(slots);
-        std::fabs(slots - whole) <= wholeslot * std::max(1.0, whole))
-        slots = whole;
-    if (!(slots + input.slots + 1 < std::numeric_limits<std::int32_t>::max()))
-        refuse("The delay of " + input.name + " is too long.");
-    input.shift = static_cast<std::int32_t>(slots);
-    input.fraction = slots - input.shift;
-    for (std::size_t b = 0; b < bands; ++b) input.gain[b] = power(10, cellvalue(row, b + 1) / 10);
-}
-
-// The inputs of a job, with indexes and headers.
-std::vector<suminput> openinputs(const sumjob& job) {
-    const std::string directory = existingpath(job.directory);
-    std::vector<suminput> inputs;
-    for (const jobrow& row : job.files) {
-        platform::statustext(1, "Reading " + pagetext(row.name) + " ...");
-        inputs.emplace_back(existingpath(joinpath(directory, row.name)), pagetext(row.name));
-        indexblocks(inputs.back());
-        tellfile(inputs.back(), [&] {
-            takeheader(inputs.back());
-            takeweights(inputs.back(), row);
-        });
-    }
-    return inputs;
-}
-
-[[noreturn]] void differ(const suminput& first, const suminput& other, const std::string& reason) {
-    refuse(first.name + " and " + other.name + " cannot be summed: " + reason + ".");
-}
-
-void comparevalues(const suminput& first, const suminput& other, const char* what, double a, double b) {
-    if (a == b) return;
-    differ(first, other,
-           std::string(what) + " is " + trimmednumber(a) + " in the first and " + trimmednumber(b) +
-               " in the second");
-}
-
-// What one result has and another must have too. Places of receivers are compared when they are read.
-void compare(const suminput& first, const suminput& other) {
-    comparevalues(first, other, "the number of receivers (\"Microphones\")", first.receivers,
-                  other.receivers);
-    comparevalues(first, other, "the number of blocks of receivers", static_cast<double>(first.sorted.size()),
-                  static_cast<double>(other.sorted.size()));
-    for (std::size_t i = 0; i < first.sorted.size(); ++i)
-        comparevalues(first, other, "a receiver", first.sorted[i].receiver, other.sorted[i].receiver);
-    comparevalues(first, other, "the time step (\"Precision\")", static_cast<double>(single(first.step)),
-                  static_cast<double>(single(other.step)));
-    comparevalues(first, other, "the first band", first.firstband, other.firstband);
-    comparevalues(first, other, "the last band", first.lastband, other.lastband);
-}
-
 // Raises where the output cannot take its place.
 std::string outputpath(const sumjob& job, const std::string& jobfile) {
-    if (job.files.empty()) refuse("The job " + pagetext(jobfile) + " names no input files.");
-    if (job.output.empty()) refuse("The job " + pagetext(jobfile) + " names no output file.");
+    if (job.files.empty()) refusesum("The job " + pagetext(jobfile) + " names no input files.");
+    if (job.output.empty()) refusesum("The job " + pagetext(jobfile) + " names no output file.");
     const std::string directory = existingpath(job.directory);
-    const std::string output = joinpath(directory, job.output);
+    std::string output = joinpath(directory, job.output);
     for (const jobrow& row : job.files) {
         const std::string input = existingpath(joinpath(directory, row.name));
         std::error_code error;
         if (input == output || std::filesystem::equivalent(input, output, error))
-            refuse("The output file " + pagetext(job.output) + " is one of the input files.");
+            refusesum("The output file " + pagetext(job.output) + " is one of the input files.");
     }
     std::error_code error;
     if (std::filesystem::equivalent(jobfile, output, error))
-        refuse("The output file " + pagetext(job.output) + " is the job file.");
+        refusesum("The output file " + pagetext(job.output) + " is the job file.");
     return output;
 }
 
@@ -419,12 +186,6 @@ void addlateral(receiversum& sum, const blockhead& head, const suminput& input, 
     }
 }
 
-const blockplace& placeof(const suminput& input, std::int32_t receiver) {
-    return *std::lower_bound(
-        input.sorted.begin(), input.sorted.end(), receiver,
-        [](const blockplace& block, std::int32_t wanted) { return block.receiver < wanted; });
-}
-
 void addblock(receiversum& sum, inputblock& block, const suminput& first) {
     const suminput& input = *block.input;
     const bool begins = &input == &first;
@@ -438,9 +199,10 @@ void addblock(receiversum& sum, inputblock& block, const suminput& first) {
     else
         for (std::size_t i = 0; i < head.place.size(); ++i)
             if (std::fabs(head.place[i] - sum.first.place[i]) > sameplace)
-                differ(first, input,
-                       "receiver " + trimmedwhole(block.place->receiver) + " stands at " +
-                           sum.first.position + " in the first and at " + head.position + " in the second");
+                refusepair(first, input,
+                           "receiver " + trimmedwhole(block.place->receiver) + " stands at " +
+                               sum.first.position + " in the first and at " + head.position +
+                               " in the second");
 }
 
 // --- Writing ---
@@ -576,7 +338,6 @@ void sumresults(const std::string& jobfile) {
     const sumjob job = readjob(jobfile);
     const std::string path = outputpath(job, jobfile);
     std::vector<suminput> inputs = openinputs(job);
-    for (const suminput& input : inputs) compare(inputs.front(), input);
     platform::statustext(1, "Summing into " + pagetext(job.output) + " ...");
     filewriter output(path);
     writesum(output, inputs);

@@ -7,7 +7,6 @@
 #include "platform/qt/answers.h"
 #include "results/resultset.h"
 #include "samples/samplefiles.h"
-#include "shell/menucommands.h"
 #include "tour/checks.h"
 
 #include <QPixmapCache>

@@ -81,10 +81,9 @@ std::vector<vector> hallcorners() {
 }
 
 table halls() {
-    table found{
-        "The corners of the sample hall",
-        "From four places, with lenses of 50, 35, 100 and 200 mm; corners at least 1 m in front of the "
-        "camera. The way back goes from the picture's coordinates and the depth to the point."};
+    table found{"The corners of the sample hall",
+                "From four places, with lenses of 50, 35, 100 and 200 mm; corners at least 1 m in front of "
+                "the camera. The way back goes from the picture's coordinates and the depth to the point."};
     for (const handcamera& camera : cameras) {
         setcamera(camera);
         for (const vector& corner : hallcorners()) {
@@ -138,11 +137,10 @@ table frames() {
 } // namespace
 
 subject verifycamera() {
-    subject found{
-        "camera", "Camera",
-        "A pinhole camera by angles: its axes by sines and cosines of azimuth and elevation, a point at the "
-        "depth d seen f / d times its distance from the axis, in extended precision. The program "
-        "holds its camera in single precision."};
+    subject found{"camera", "Camera",
+                  "A pinhole camera by angles: its axes by sines and cosines of azimuth and elevation, a "
+                  "point at the depth d seen f / d times its distance from the axis, in extended precision. "
+                  "The program holds its camera in single precision."};
     const session here;
     found.tables.push_back(halls());
     found.tables.push_back(frames());

@@ -2,7 +2,6 @@
 #include "base/numbertext.h"
 #include "results/parameterfile.h"
 #include "results/parameterset.h"
-#include "results/resultset.h"
 #include "room/roommodel.h"
 #include "samples/hall.h"
 #include "samples/samplefiles.h"
@@ -110,7 +109,7 @@ struct parameter {
     double allowed;
     real (*form)(const response& r);
 };
-constexpr double asrounded = 0, sevendigits = 2e-6, time = 2e-6, fraction = 6e-4;
+constexpr double asrounded = 0, sevendigits = 2e-6, decayslack = 2e-6, fractionslack = 6e-4;
 const parameter parameters[] = {
     {"Leq", "Leq, dB", asrounded, [](const response& r) { return told(level(total(r))); }},
     {"Ldir", "Ldir, dB", asrounded, [](const response& r) { return told(level(direct(r))); }},
@@ -121,7 +120,7 @@ const parameter parameters[] = {
     {"G", "G, dB", 2e-5, [](const response& r) { return told(level(total(r))) - r.power + strengthoffset; }},
     {"C50", "C50, dB", asrounded, [](const response& r) { return clarity(r, 0.05L); }},
     {"C80", "C80, dB", asrounded, [](const response& r) { return clarity(r, 0.08L); }},
-    {"D50", "D50", fraction,
+    {"D50", "D50", fractionslack,
      [](const response& r) { return sumof(r.heard, 0, r.slotsto(0.05L)) / total(r); }},
     {"Ts", "Ts, ms", asrounded,
      [](const response& r) {
@@ -134,11 +133,11 @@ const parameter parameters[] = {
          const earlysums early = earlyof(r);
          return std::floor(1000 * early.moment / (early.energy - direct(r)) + real(0.5));
      }},
-    {"EDT", "EDT, s", time, [](const response& r) { return decaytime(r, -0.5L, -10); }},
-    {"T10", "T10, s", time, [](const response& r) { return decaytime(r, -5, -15); }},
-    {"T15", "T15, s", time, [](const response& r) { return decaytime(r, -5, -20); }},
-    {"T20", "T20, s", time, [](const response& r) { return decaytime(r, -5, -25); }},
-    {"T30", "T30, s", time, [](const response& r) { return decaytime(r, -5, -35); }},
+    {"EDT", "EDT, s", decayslack, [](const response& r) { return decaytime(r, -0.5L, -10); }},
+    {"T10", "T10, s", decayslack, [](const response& r) { return decaytime(r, -5, -15); }},
+    {"T15", "T15, s", decayslack, [](const response& r) { return decaytime(r, -5, -20); }},
+    {"T20", "T20, s", decayslack, [](const response& r) { return decaytime(r, -5, -25); }},
+    {"T30", "T30, s", decayslack, [](const response& r) { return decaytime(r, -5, -35); }},
     {"LE", "LE", sevendigits, [](const response& r) { return r.le; }},
     {"LF", "LF", sevendigits, [](const response& r) { return r.lf; }},
     {"LFC", "LFC", sevendigits, [](const response& r) { return r.lfc; }},
@@ -292,8 +291,8 @@ table exponentials(const std::vector<receiverbands>& bands) {
 table doubleslopes(const std::vector<receiverbands>& bands) {
     table found{
         "Double slopes",
-        "Two decays in each band, the second beginning so much lower; and ten bands that "
-        "decay by themselves, so that A and Lin are sums of ten exponentials.",
+        "Two decays in each band, the second beginning so much lower; and ten bands that decay by "
+        "themselves, so that A and Lin are sums of ten exponentials.",
         {"0.5 s, and 2 s 10 dB lower", "1 s, and 4 s 20 dB lower", "4 s at 31.5 Hz to 0.85 s at 16 kHz"}};
     for (std::size_t i = 0; i < 3; ++i) compareparameters(found, bands[i + 4], static_cast<int>(i) + 5, i);
     return found;
@@ -316,9 +315,8 @@ real meanof(const parameter& of, const std::vector<receiverbands>& bands, int ba
 }
 
 table roommeans(const std::vector<receiverbands>& bands) {
-    table found{"The mean of the room",
-                "Energy means of Leq, Leq-Lw and G, plain means of the rest, over the seven receivers above; "
-                "lateral parameters and D50 have none."};
+    table found{"The mean of the room", "Energy means of Leq, Leq-Lw and G, plain means of the rest, over "
+                                        "the seven receivers above; lateral parameters and D50 have none."};
     for (const parameter& each : parameters)
         for (const int b : bandorder)
             if (!islateral(each.name) && each.name != "D50")
@@ -376,13 +374,11 @@ resultfile cutdecays() {
 }
 
 table cutoff(const session& in) {
-    table found{
-        "Short, thinned out and quiet responses",
-        "1.5 s only, so that the sums end before the decay; energies carry the late energy factor of Alfa "
-        "0.9 and Beta 1, which loading has to take out. The last one is less than 30 dB above the floor of "
-        "the decay "
-        "curve, so that T30 is 0, \"not reached\".",
-        {"0.5 s", "1 s", "2 s", "4 s", "1 s, quiet"}};
+    table found{"Short, thinned out and quiet responses",
+                "1.5 s only, so that the sums end before the decay; energies carry the late energy factor of "
+                "Alfa 0.9 and Beta 1, which loading has to take out. The last one is less than 30 dB above "
+                "the floor of the decay curve, so that T30 is 0, \"not reached\".",
+                {"0.5 s", "1 s", "2 s", "4 s", "1 s, quiet"}};
     const resultfile file = cutdecays();
     loadresultfile(in, "cut._01", file);
     std::array<real, 13> power;
@@ -450,17 +446,14 @@ void addshort(subject& to) {
 } // namespace
 
 subject verifydecays() {
-    subject found{
-        "decays", "Decays",
-        "Result files with energies <i>A r<sup>n</sup></i> in the time slots, or sums of such, are written "
-        "with "
-        "seven digits and loaded. What is expected are sums of geometric series, which have closed forms "
-        "(&Sigma; r<sup>n</sup>, &Sigma; n r<sup>n</sup>, &Sigma; n&sup2; r<sup>n</sup>), put into the "
-        "formulas of "
-        "ISO 3382-1 and rounded as the program promises: levels to 0.1 dB and Ts to 0.1 ms, C50 and C80 cut "
-        "down "
-        "to 0.01 dB. Decay times are a least-squares line through the closed form of the backward integrated "
-        "curve. D50 follows from C50, which is cut down, and is compared with the exact share of energy."};
+    subject found{"decays", "Decays",
+                  "Result files with energies <i>A r<sup>n</sup></i> in the time slots, or sums of such, are "
+                  "written with seven digits and loaded. What is expected are sums of geometric series, "
+                  "which have closed forms (&Sigma; r<sup>n</sup>, &Sigma; n r<sup>n</sup>, &Sigma; n&sup2; "
+                  "r<sup>n</sup>), put into the formulas of ISO 3382-1 and rounded as the program promises: "
+                  "levels to 0.1 dB and Ts to 0.1 ms, C50 and C80 cut down to 0.01 dB. Decay times are a "
+                  "least-squares line through the closed form of the backward integrated curve. D50 follows "
+                  "from C50, which is cut down, and is compared with the exact share of energy."};
     addwhole(found);
     addshort(found);
     return found;

@@ -122,11 +122,10 @@ void loadsounds(const session& in) {
 }
 
 table soundenergies(const session& in) {
-    table found{
-        "One sound in one band",
-        "A stored path with the energy E; the file must hold E times the sum of the squared taps of the "
-        "band's filter, over 50000 squared. As levels in dB re full scale.",
-        {"44.1 kHz", "48 kHz"}};
+    table found{"One sound in one band",
+                "A stored path with the energy E; the file must hold E times the sum of the squared taps of "
+                "the band's filter, over 50000 squared. As levels in dB re full scale.",
+                {"44.1 kHz", "48 kHz"}};
     for (std::size_t i = 0; i < std::size(samplerates); ++i) {
         readfilters(in, samplerates[i]);
         for (int band = 1; band <= octaves; ++band) {
@@ -140,12 +139,11 @@ table soundenergies(const session& in) {
 }
 
 table sounddirections(const session& in) {
-    table found{
-        "One sound from a direction",
-        "Exported to 36 channels of Ambisonics; each channel over the first one must be the spherical "
-        "harmonic of the direction from the receiver to the last point of reflection, azimuth and "
-        "elevation in degrees.",
-        {}};
+    table found{"One sound from a direction",
+                "Exported to 36 channels of Ambisonics; each channel over the first one must be the "
+                "spherical harmonic of the direction from the receiver to the last point of reflection, "
+                "azimuth and elevation in degrees.",
+                {}};
     for (const arrival& from : arrivals)
         found.cases.push_back(trimmednumber(static_cast<double>(from.azimuth)) + ", " +
                               trimmednumber(static_cast<double>(from.elevation)));
@@ -199,17 +197,14 @@ real pulseshare(int band, int samples) {
 }
 
 table diffusefield(const session& in) {
-    table found{"The diffuse field",
-                "1 s with the same energy in every slot of 1 ms and no stored path: one pulse or four in "
-                "each slot, at "
-                "random times. Pulses have one sign, so that what is slower than a slot partly cancels: "
-                "expected is the "
-                "energy less that share. 1 dB is three standard deviations of the chance at 250 Hz. The last "
-                "line has the "
-                "energy of the response itself as the expected one: low octaves of the diffuse field are "
-                "exported weaker "
-                "than the calculation has them, whatever the density.",
-                {}};
+    table found{
+        "The diffuse field",
+        "1 s with the same energy in every slot of 1 ms and no stored path: one pulse or four in each slot, "
+        "at random times. Pulses have one sign, so that what is slower than a slot partly cancels: expected "
+        "is the energy less that share. 1 dB is three standard deviations of the chance at 250 Hz. The last "
+        "line has the energy of the response itself as the expected one: low octaves of the diffuse field "
+        "are exported weaker than the calculation has them, whatever the density.",
+        {}};
     for (int band = firsttailband; band <= octaves; ++band) found.cases.emplace_back(bandnames[band - 1]);
     constexpr std::int32_t rate = 48000;
     constexpr int slotsamples = rate / 1000;
@@ -234,10 +229,9 @@ table diffusefield(const session& in) {
 } // namespace
 
 subject verifyexport() {
-    subject found{
-        "export", "Exported responses",
-        "Result and ray path files with known sounds are loaded and exported to WAV files, whose samples are "
-        "looked at."};
+    subject found{"export", "Exported responses",
+                  "Result and ray path files with known sounds are loaded and exported to WAV files, whose "
+                  "samples are looked at."};
     const session here;
     here.write("export.RAY", room);
     loadgeometry(here.inside("export.RAY"));

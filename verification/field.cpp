@@ -147,9 +147,9 @@ constexpr struct {
                {griddingmethod::triangulation, "Triangulation", true, true}};
 
 table griddings() {
-    table found{"Gridding", "A plane through sixty points anywhere, at the nodes between them, for the "
-                            "methods that keep a plane; "
-                            "and a wavy surface at nodes that are points themselves."};
+    table found{"Gridding",
+                "A plane through sixty points anywhere, at the nodes between them, for the methods that keep "
+                "a plane; and a wavy surface at nodes that are points themselves."};
     for (const auto& each : methods) {
         if (each.flat) {
             const regulargrid grid = gridpoints(anywhere(60, plane), nodes, each.method);
@@ -174,8 +174,7 @@ table griddings() {
 table circles() {
     table found{"Contours of a cone",
                 "Lines of equal distance from a point, out of a grid of 101 x 101 nodes 0.2 m apart: each "
-                "must be one "
-                "closed circle. Straight cuts of the cells leave h&sup2; / 8 r, at most 1.3 mm.",
+                "must be one closed circle. Straight cuts of the cells leave h&sup2; / 8 r, at most 1.3 mm.",
                 {"4 m", "6.5 m", "9 m"}};
     regulargrid grid({101, 101, -10, 10, -10, 10});
     for (int j = 0; j < grid.frame.rows; ++j)

@@ -74,11 +74,10 @@ real squaredtaps(int band) {
 }
 
 subject verifyfilters() {
-    subject found{
-        "filters", "Filter bank",
-        "The octave filters of the export, read from their files, by the plain sum of the Fourier transform; "
-        "band edges are those of IEC 61260-1. Below or above a limit the largest value of all bands is "
-        "shown."};
+    subject found{"filters", "Filter bank",
+                  "The octave filters of the export, read from their files, by the plain sum of the Fourier "
+                  "transform; band edges are those of IEC 61260-1. Below or above a limit the largest value "
+                  "of all bands is shown."};
     table response{"Frequency response", "", {"44.1 kHz", "48 kHz"}};
     const session here;
     writefilters(here);

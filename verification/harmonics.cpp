@@ -78,8 +78,8 @@ table definitions(const std::vector<weighteddirection>& all) {
 
 table orthonormality(const std::vector<weighteddirection>& all) {
     table found{"Over the sphere",
-                "Means of products of two channels, by a rule of quadrature that is exact for them: "
-                "1 / (2 n + 1) for the square of one of order n, 0 for two different ones."};
+                "Means of products of two channels, by a rule of quadrature that is exact for them: 1 / (2 n "
+                "+ 1) for the square of one of order n, 0 for two different ones."};
     std::array<std::array<double, harmoniccount>, harmoniccount> products{};
     for (const weighteddirection& each : all) {
         const auto gains = gainsof(each);
@@ -117,10 +117,9 @@ double harmonicof(int acn, double azimuth, double sine) {
 }
 
 subject verifyharmonics() {
-    subject found{
-        "harmonics", "Spherical harmonics",
-        "The channels of the Ambisonics formats, in ACN order and SN3D normalisation (AmbiX), against the "
-        "associated Legendre functions of the standard library."};
+    subject found{"harmonics", "Spherical harmonics",
+                  "The channels of the Ambisonics formats, in ACN order and SN3D normalisation (AmbiX), "
+                  "against the associated Legendre functions of the standard library."};
     const std::vector<weighteddirection> all = directions();
     found.tables.push_back(definitions(all));
     found.tables.push_back(orthonormality(all));

@@ -190,9 +190,8 @@ totals totalsof(const subject& of) {
 }
 
 std::string summary(std::span<const subject> subjects) {
-    std::string text =
-        "<table>\n<tr><th>Subject</th><th>Numbers compared</th><th>Largest difference, share of "
-        "what is allowed</th><th></th></tr>\n";
+    std::string text = "<table>\n<tr><th>Subject</th><th>Numbers compared</th><th>Largest difference, share "
+                       "of what is allowed</th><th></th></tr>\n";
     for (const subject& each : subjects) {
         const totals sum = totalsof(each);
         text += "<tr>" + cell(each.title) + cell(trimmedwhole(sum.numbers)) +
@@ -206,13 +205,11 @@ constexpr std::string_view foreword =
     "<h2>Verification</h2>\n"
     "<p>When the program is built, its routines compute what can be known without them, and the build fails "
     "where a value is farther off than allowed. This chapter is what that run has found. Expected values "
-    "come "
-    "from closed forms or from plain arithmetic in extended precision; computed ones from the program's own "
-    "routines, through files wherever there is a file. Where a line stands for many numbers, the one that "
-    "differs most is shown, and its difference.</p>\n"
-    "<p>Tables with a column for each case have the expected value above the computed one. Where the "
-    "program departs from a standard on purpose, or a method from the plain value, the line says so and is "
-    "not "
+    "come from closed forms or from plain arithmetic in extended precision; computed ones from the program's "
+    "own routines, through files wherever there is a file. Where a line stands for many numbers, the one "
+    "that differs most is shown, and its difference.</p>\n"
+    "<p>Tables with a column for each case have the expected value above the computed one. Where the program "
+    "departs from a standard on purpose, or a method from the plain value, the line says so and is not "
     "counted.</p>\n";
 
 } // namespace

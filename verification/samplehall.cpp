@@ -41,10 +41,9 @@ subject verifysamplehall() {
     subject found{
         "samplehall", "The sample hall",
         "A plausibility of the whole way from a calculation's file to a parameter: the mean T30 of the "
-        "thirty "
-        "receivers of hall._01, by band, against Eyring's reverberation time of the hall's volume, materials "
-        "and air. The sample's late sound decays by this formula, less what the calculation is taken to have "
-        "lost of it; image sources, chance and the late energy correction lie in between."};
+        "thirty receivers of hall._01, by band, against Eyring's reverberation time of the hall's volume, "
+        "materials and air. The sample's late sound decays by this formula, less what the calculation is "
+        "taken to have lost of it; image sources, chance and the late energy correction lie in between."};
     const session here;
     here.write("orvanta.ini", "Alfa=.9\r\nBeta=1\r\n");
     here.write(samples::sourceFileName, samples::sourcetext());

@@ -133,11 +133,10 @@ real smoothmodulation(real omega, real T) {
 }
 
 table modulations(const resultfile& file) {
-    table found{
-        "Modulation transfer of exponential decays",
-        "14 frequencies in 7 bands, analysed at &omega; = &pi; F. The second line is the smooth decay, "
-        "1 / &radic;(1 + (&omega; T / 13.8)&sup2;); slots of 1 ms make the difference.",
-        decaynames};
+    table found{"Modulation transfer of exponential decays",
+                "14 frequencies in 7 bands, analysed at &omega; = &pi; F. The second line is the smooth "
+                "decay, 1 / &radic;(1 + (&omega; T / 13.8)&sup2;); slots of 1 ms make the difference.",
+                decaynames};
     for (std::size_t i = 0; i < std::size(seconds); ++i)
         for (std::size_t f = 0; f < frequencies; ++f)
             for (std::size_t k = 0; k < speechbands; ++k) {
@@ -209,12 +208,11 @@ std::vector<handmatrix> handmatrices() {
 
 table handresults(const session& in) {
     const std::vector<handmatrix> matrices = handmatrices();
-    table found{
-        "Modulation matrices with results by hand",
-        "All bands alike, without noise; apparent ratios run over the 14 frequencies. Equal bands with the "
-        "index x make a male STI of (1.2713 - 0.381) x, and of x by the standard. A modulation of 1 counts "
-        "as 0.9 here.",
-        {}};
+    table found{"Modulation matrices with results by hand",
+                "All bands alike, without noise; apparent ratios run over the 14 frequencies. Equal bands "
+                "with the index x make a male STI of (1.2713 - 0.381) x, and of x by the standard. A "
+                "modulation of 1 counts as 0.9 here.",
+                {}};
     std::vector<parameterblock> receivers;
     for (const handmatrix& each : matrices) {
         found.cases.push_back(each.name);
@@ -241,11 +239,10 @@ matrix octavematrix(std::size_t from, std::size_t to) {
 }
 
 table octavesalone(const session& in) {
-    table found{
-        "One octave alone, and with the next one above",
-        "Index 1 there and 0 elsewhere, 200 dB above the noise: alone it must give the weight &alpha; of the "
-        "octave, two neighbours &alpha; + &alpha; - &beta;.",
-        octavenames};
+    table found{"One octave alone, and with the next one above",
+                "Index 1 there and 0 elsewhere, 200 dB above the noise: alone it must give the weight "
+                "&alpha; of the octave, two neighbours &alpha; + &alpha; - &beta;.",
+                octavenames};
     std::vector<parameterblock> receivers;
     for (std::size_t k = 0; k < speechbands; ++k) receivers.push_back({200, octavematrix(k, k)});
     for (std::size_t k = 0; k + 1 < speechbands; ++k) receivers.push_back({200, octavematrix(k, k + 1)});
@@ -300,12 +297,11 @@ byband ratiosof(double level, const speechoptions& options, const talker& by) {
 
 table noiseresults(const session& in) {
     const matrix modulation = evenmatrix(0.8);
-    table found{
-        "Noise",
-        "A modulation of 0.8 everywhere, times 1 / (1 + 10<sup>-S/10</sup>); S = level - noise, with the "
-        "voice spectrum or correction as the options have it. Without the spectrum the female index is 0.5, "
-        "whatever the room.",
-        {}};
+    table found{"Noise",
+                "A modulation of 0.8 everywhere, times 1 / (1 + 10<sup>-S/10</sup>); S = level - noise, with "
+                "the voice spectrum or correction as the options have it. Without the spectrum the female "
+                "index is 0.5, whatever the room.",
+                {}};
     std::vector<parameterblock> receivers;
     for (const double ratio : noiseratios) {
         found.cases.push_back("S = " + std::to_string(static_cast<int>(ratio)) + " dB");
@@ -374,9 +370,8 @@ void comparemixedbands(table& into, const mixedcase& mixed) {
 table mixedbands(const mixedcase& mixed) {
     table found{"A whole matrix: bands",
                 "98 modulations that all differ: bands that decay by 60 dB in 2.4, 2.1, .. 0.6 s at &omega; "
-                "= 2 &pi; F, "
-                "62 dB in noise of 55, 50, .. 25 dB, with the voice spectrum. Indices are saved and read "
-                "before they are compared.",
+                "= 2 &pi; F, 62 dB in noise of 55, 50, .. 25 dB, with the voice spectrum. Indices are saved "
+                "and read before they are compared.",
                 octavenames};
     comparemixedbands(found, mixed);
     return found;
@@ -421,14 +416,13 @@ workedexample readexample(const std::string& path) {
 } // namespace
 
 subject verifyspeech() {
-    subject found{
-        "speech", "Speech transmission index",
-        "Modulation transfer comes from result files as above. Matrices of modulation come from parameter "
-        "files; what is expected follows from the formulas of IEC 60268-16, written out a second time. The "
-        "worked example of its Annex M was not at hand and is not among them: matrices with results by hand "
-        "and one with 98 different modulations stand in its place, and \"orvverify --example FILE\" runs "
-        "what is typed in from it. Lines \"by the standard\" show what the departures that this manual tells "
-        "of do to a value."};
+    subject found{"speech", "Speech transmission index",
+                  "Modulation transfer comes from result files as above. Matrices of modulation come from "
+                  "parameter files; what is expected follows from the formulas of IEC 60268-16, written out "
+                  "a second time. The worked example of its Annex M was not at hand and is not among them: "
+                  "matrices with results by hand and one with 98 different modulations stand in its place, "
+                  "and \"orvverify --example FILE\" runs what is typed in from it. Lines \"by the standard\" "
+                  "show what the departures that this manual tells of do to a value."};
     {
         const session here;
         const resultfile file = decays();

@@ -25,7 +25,7 @@ struct colourtest : sessiontest {
     }
 };
 
-TEST_F(colourtest, everyColourOfEveryScheme) {
+TEST_F(colourtest, EveryColourOfEveryScheme) {
     std::istringstream table(readtext(TEST_FILES "/golden/colours.txt"));
     for (int c = 0; c <= 255; ++c)
         for (int scheme = 1; scheme <= 6; ++scheme) {
@@ -35,7 +35,7 @@ TEST_F(colourtest, everyColourOfEveryScheme) {
         }
 }
 
-TEST_F(colourtest, realIndexesRoundToEven) {
+TEST_F(colourtest, RealIndexesRoundToEven) {
     EXPECT_EQ(shown(1, 0.5), "0000FE");    // 0.5 and 254.5
     EXPECT_EQ(shown(1, 1.5), "0200FE");    // 1.5 and 253.5... both to even
     EXPECT_EQ(shown(4, 127.5), "808080");  // the scale keeps the middle grey
@@ -44,7 +44,7 @@ TEST_F(colourtest, realIndexesRoundToEven) {
     EXPECT_EQ(shown(6, 254.99), "FF0000"); // 200 / 255 of .01 is cut to 0
 }
 
-TEST_F(colourtest, scale) {
+TEST_F(colourtest, Scale) {
     recordsurface page(1000, 500);
     page.surface.setWindow(0, 100, 1000, 0); // y grows upwards, as in the views
     SessionState.minLevel = 80;

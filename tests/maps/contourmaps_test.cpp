@@ -75,7 +75,8 @@ TEST_F(contourtest, ColoursComeFromTheLastCode62OfAll) {
     EXPECT_EQ(drawn(line), (lines{"line 1 1 3 1 000000 width 2"})); // 0, which each map begins with
     EXPECT_TRUE(drawn("62\n256\n0\nLINE\n10\n1\n20\n1\n0\nENDSEC\n").empty()); // never looked up
     EXPECT_EQ(kindof([&] { drawn("62\n256\n" + line); }), errorkind::subscript);
-    EXPECT_EQ(kindof([&] { drawn("62\n-1\n" + line); }), errorkind::subscript);
+    EXPECT_EQ(kindof([&] { drawn(line + "62\n-1\n" + line); }), errorkind::subscript);
+    EXPECT_EQ(scripted::statustext(2), ""); // not the share of the file that was read
     EXPECT_EQ(kindof([&] { drawn("word\n"); }), errorkind::typemismatch);
 }
 

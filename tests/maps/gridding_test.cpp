@@ -2,7 +2,6 @@
 // on one line, double or no numbers. Values against other implementations: benchmarks/peers.
 #include "maps/gridding.h"
 
-#include "maps/griddingradial.h"
 #include "samples/random.h"
 #include "tests/failures.h"
 

@@ -64,7 +64,7 @@ struct maptest : mapsession {
     }
 };
 
-TEST_F(maptest, aReceiverHasAWeightOfTen) {
+TEST_F(maptest, AReceiverHasAWeightOfTen) {
     RoomModel.receiverCount = 0;
     addreceiver(0, 0, 1, 60);
     addreceiver(1, 0, 500, 82);    // the height plays no part
@@ -72,7 +72,7 @@ TEST_F(maptest, aReceiverHasAWeightOfTen) {
     EXPECT_DOUBLE_EQ(fieldvalue(receiversofmap(), 0, 0), (10 * 60 + 82) / 11.0);
 }
 
-TEST_F(maptest, levels) {
+TEST_F(maptest, Levels) {
     for (const auto& [range, step] : {std::pair(-1., .01), {.2, .01}, {.21, .02}, {50, 2}, {51, 5}})
         EXPECT_EQ(levelstepfor(range), step) << range;
 
@@ -95,7 +95,7 @@ TEST_F(maptest, levels) {
     EXPECT_TRUE(levelindex(59) == 0 && levelindex(70) == 127.5 && levelindex(81) == 255);
 }
 
-TEST_F(maptest, extentFollowsTheLinesThatAreKept) {
+TEST_F(maptest, ExtentFollowsTheLinesThatAreKept) {
     SessionState.useBlanking = true;
     writetext(inside("a.bln"), "3,1\r\n2,8\r\n4,7\r\n6,6\r\n");
     readblanking(inside("a.bln"));
@@ -108,7 +108,7 @@ TEST_F(maptest, extentFollowsTheLinesThatAreKept) {
     EXPECT_EQ(mapextent().hi1, 30);
 }
 
-TEST_F(maptest, mosaic2dCellByCell) {
+TEST_F(maptest, Mosaic2dCellByCell) {
     SessionState.Nx = 6;
     SessionState.Ny = 5;
     picture.surface.setFillStyle(fillstyle::transparent);
@@ -135,7 +135,7 @@ TEST_F(maptest, mosaic2dCellByCell) {
     EXPECT_EQ(scripted::statustext(2), "");
 }
 
-TEST_F(maptest, theMiddleGreyIsLeftOut) {
+TEST_F(maptest, TheMiddleGreyIsLeftOut) {
     receivers(1);
     SessionState.colourSchemeIndex = 4;
     SessionState.Nx = SessionState.Ny = 1;
@@ -148,7 +148,7 @@ TEST_F(maptest, theMiddleGreyIsLeftOut) {
     }
 }
 
-TEST_F(maptest, strips3d) {
+TEST_F(maptest, Strips3d) {
     // Looks along y; the picture plane stands 5 m ahead: u = 5 x / (y + 10), v = 5 z / (y + 10).
     SessionState.viewPlane = planechoice::XZ;
     SessionState.mapThirdCoordinate = 15;
@@ -173,7 +173,7 @@ TEST_F(maptest, strips3d) {
     EXPECT_EQ(picture.surface.drawWidth, 1);
 }
 
-TEST_F(maptest, gridAndBlankedNodes) {
+TEST_F(maptest, GridAndBlankedNodes) {
     SessionState.useSurfer = true;
     SessionState.gridReady = -1;
     SessionState.Nx = 2;
@@ -197,7 +197,7 @@ TEST_F(maptest, gridAndBlankedNodes) {
     EXPECT_EQ(SessionState.mapKind, "Dither");
 }
 
-TEST_F(maptest, escapeEndsTheColumns) {
+TEST_F(maptest, EscapeEndsTheColumns) {
     scripted::expectwindow("Mapping Options");
     scripted::atyield(3, [] { SessionState.drawAbort = on; });
     MapDoDither2D();
@@ -206,7 +206,7 @@ TEST_F(maptest, escapeEndsTheColumns) {
     EXPECT_FALSE(items("text").empty()); // the scene is drawn all the same
 }
 
-TEST_F(maptest, cancelAndImpossibleMaps) {
+TEST_F(maptest, CancelAndImpossibleMaps) {
     scripted::expectwindow("Mapping Options", [] { SessionState.mapCancelled = true; });
     MapDoDither3D();
     EXPECT_TRUE(picture.lines.empty());
@@ -241,7 +241,7 @@ TEST_F(maptest, cancelAndImpossibleMaps) {
     refused("no height");
 }
 
-TEST_F(maptest, aPictureAskedForMeanwhileComesLast) {
+TEST_F(maptest, APictureAskedForMeanwhileComesLast) {
     scripted::expectwindow("Mapping Options");
     scripted::atyield(2, [&] { draw2dview(picture.surface, true); });
     MapDoDither2D();

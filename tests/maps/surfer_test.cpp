@@ -2,14 +2,12 @@
 // the menu of the separate programs.
 #include "maps/surfer.h"
 
-#include "maps/contourfile.h"
 #include "maps/levelfile.h"
 #include "maps/mapgrid.h"
 #include "maps/pointdata.h"
 #include "tests/golden.h"
 #include "tests/maps/mapsession.h"
 
-#include <cmath>
 #include <limits>
 
 namespace orv {

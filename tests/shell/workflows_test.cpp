@@ -235,6 +235,8 @@ TEST_F(workflows, OpensAFileByItsName) {
         EXPECT_EQ(SessionState.resultFileName, inside("hall._01"));
         EXPECT_EQ(SessionState.geometryFileName, inside("hall.ray"));
     }
+    scripted::expectbox("hall._02 is not there", platform::answer::ok);
+    openfile(inside("hall.-02"));
     expectidle();
 }
 

@@ -33,7 +33,7 @@ struct mainwindowtest : windowtest {
     QWidget* page() const { return MainWindow->area->currentWidget(); }
 };
 
-TEST_F(mainwindowtest, menusFollowTheTable) {
+TEST_F(mainwindowtest, MenusFollowTheTable) {
     std::size_t title = 0;
     const auto menus = form().menuBar()->actions();
     ASSERT_EQ(static_cast<std::size_t>(menus.size()), menutitles().size());
@@ -65,7 +65,7 @@ TEST_F(mainwindowtest, menusFollowTheTable) {
     EXPECT_EQ(action("Vrays").isChecked(), ischecked("Vrays"));
 }
 
-TEST_F(mainwindowtest, beginsWithAWordOnWhatToDo) {
+TEST_F(mainwindowtest, BeginsWithAWordOnWhatToDo) {
     for (const char* command : {"FLoad", "OpenRes"}) { // cancelled dialogs change nothing
         answers::expectfile("Load", "");
         choose(command);
@@ -76,7 +76,7 @@ TEST_F(mainwindowtest, beginsWithAWordOnWhatToDo) {
     EXPECT_EQ(form().windowTitle(), "Orvanta View v. 3.10");
 }
 
-TEST_F(mainwindowtest, opensAResultAndItsRoom) {
+TEST_F(mainwindowtest, OpensAResultAndItsRoom) {
     writesamples("box", 150, 1000);
 
     // What a user can see and do while it loads.
@@ -113,7 +113,7 @@ TEST_F(mainwindowtest, opensAResultAndItsRoom) {
     EXPECT_EQ(page(), &control("Picture1"));
 }
 
-TEST_F(mainwindowtest, cameraFieldsActOnEnterAndOnLeaving) {
+TEST_F(mainwindowtest, CameraFieldsActOnEnterAndOnLeaving) {
     openroom();
     choose("Redraw");
     form().activateWindow();
@@ -134,7 +134,7 @@ TEST_F(mainwindowtest, cameraFieldsActOnEnterAndOnLeaving) {
     EXPECT_EQ(SessionState.targetY, 4) << "a command takes what was typed before it";
 }
 
-TEST_F(mainwindowtest, spinsPlanesAndRedisplay) {
+TEST_F(mainwindowtest, SpinsPlanesAndRedisplay) {
     openroom();
     const windowview main{form()};
     // Numbers that the fields show whole, and no zero, which they would not store.
@@ -158,7 +158,7 @@ TEST_F(mainwindowtest, spinsPlanesAndRedisplay) {
     EXPECT_EQ(picture(), side);
 }
 
-TEST_F(mainwindowtest, sizeFollowsTheWindow) {
+TEST_F(mainwindowtest, SizeFollowsTheWindow) {
     openroom();
     for (const QSize size : {QSize(1920, 1080), QSize(720, 560)}) {
         form().resize(size);
@@ -172,7 +172,7 @@ TEST_F(mainwindowtest, sizeFollowsTheWindow) {
     }
 }
 
-TEST_F(mainwindowtest, keysAreSeenOnceBeforeAnyControl) {
+TEST_F(mainwindowtest, KeysAreSeenOnceBeforeAnyControl) {
     openroom();
     choose("Redraw");
     QWindow* window = form().windowHandle();
@@ -184,7 +184,7 @@ TEST_F(mainwindowtest, keysAreSeenOnceBeforeAnyControl) {
     QTest::keyClick(window, Qt::Key_F1);
 }
 
-TEST_F(mainwindowtest, exitDuringALoadEndsTheProgram) {
+TEST_F(mainwindowtest, ExitDuringALoadEndsTheProgram) {
     writesamples("big", 100, 1000);
     const auto closing = [&] {
         QTimer timer;

@@ -55,7 +55,7 @@ QRect extentof(const QImage& image) {
     return extent;
 }
 
-TEST(paintersurface, reversiblemodesrestoreeverypixel) {
+TEST(paintersurface, Reversiblemodesrestoreeverypixel) {
     for (const double ratio : {1.0, 2.0})
         for (const int mode : {drawmodexor, drawmodeinversexor})
             for (unsigned seed = 1; seed <= 25; ++seed) {
@@ -74,7 +74,7 @@ TEST(paintersurface, reversiblemodesrestoreeverypixel) {
             }
 }
 
-TEST(paintersurface, modesmixcolours) {
+TEST(paintersurface, Modesmixcolours) {
     paintersurface picture(20, 20, 1);
     DrawSurface& s = picture.surface;
     s.filledBox(0, 0, 9, 19, 0x123456);
@@ -87,7 +87,7 @@ TEST(paintersurface, modesmixcolours) {
     EXPECT_EQ(image.pixel(4, 7), qRgb(0x56, 0x34 ^ 0xFF, 0x12 ^ 0xFF));
 }
 
-TEST(paintersurface, pixelsatbothratios) {
+TEST(paintersurface, Pixelsatbothratios) {
     for (const int ratio : {1, 2}) {
         SCOPED_TRACE(ratio);
         paintersurface picture(100, 80, ratio);
@@ -119,7 +119,7 @@ TEST(paintersurface, pixelsatbothratios) {
 }
 
 // Circles are copied from pixels kept; each must be what a painter makes of it, also at the edges.
-TEST(paintersurface, circlesarethepainters) {
+TEST(paintersurface, Circlesarethepainters) {
     paintersurface picture(120, 90, 2);
     DrawSurface& s = picture.surface;
     s.setFillStyle(fillstyle::solid);
@@ -140,7 +140,7 @@ TEST(paintersurface, circlesarethepainters) {
     }
 }
 
-TEST(paintersurface, keepsandresizes) {
+TEST(paintersurface, Keepsandresizes) {
     paintersurface picture(60, 40, 1);
     DrawSurface& s = picture.surface;
     s.setWindow(-1, 1, 1, -1);
@@ -158,7 +158,7 @@ TEST(paintersurface, keepsandresizes) {
 }
 
 // What a map draws twice looks as if drawn once, also where cells have covered half of a text between.
-TEST(paintersurface, textsofmapsarenotbold) {
+TEST(paintersurface, Textsofmapsarenotbold) {
     paintersurface once(120, 40, 1), twice(120, 40, 1);
     const auto cells = [](DrawSurface& s) { s.filledBox(0, 0, 30, 39, 0x80FF40); };
     const auto label = [](DrawSurface& s) {

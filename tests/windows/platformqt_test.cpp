@@ -38,7 +38,7 @@ struct platformtest : windowtest {
 };
 
 // A desktop that has a program for MIME archives, one that has none, and one that cannot be asked.
-TEST_F(platformtest, documentsHaveAnOpenerWhereTheDesktopNamesOne) {
+TEST_F(platformtest, DocumentsHaveAnOpenerWhereTheDesktopNamesOne) {
     const QByteArray formerpath = qgetenv("PATH");
     const QString tool = directory.filePath("xdg-mime");
     qputenv("PATH", directory.path().toUtf8());
@@ -51,7 +51,7 @@ TEST_F(platformtest, documentsHaveAnOpenerWhereTheDesktopNamesOne) {
     qputenv("PATH", formerpath);
 }
 
-TEST_F(platformtest, boxesShowWhatTheyAreGiven) {
+TEST_F(platformtest, BoxesShowWhatTheyAreGiven) {
     answers::expectbox("Warning !", answer::yes, [](QWidget& window) {
         const auto& box = dynamic_cast<QMessageBox&>(window);
         EXPECT_EQ(box.text(), QString::fromUtf8("<b>\xC3\xA9</b>")) << "no markup, and the code page";
@@ -72,7 +72,7 @@ TEST_F(platformtest, boxesShowWhatTheyAreGiven) {
               answer::no);
 }
 
-TEST_F(platformtest, openDialogsFilterInAnyLetterCase) {
+TEST_F(platformtest, OpenDialogsFilterInAnyLetterCase) {
     for (const char* name : {"a.RAY", "b.ray", "c.Ray", "d.txt"}) std::ofstream(inside(name)) << "x";
     const platform::filerequest rooms{"Rooms", "Orvcad Geom.Files (*.ray)|*.ray", "*.RAY", inside("")};
     answers::expectfile("Rooms", inside("c.Ray"), [](QWidget& dialog) {
@@ -84,7 +84,7 @@ TEST_F(platformtest, openDialogsFilterInAnyLetterCase) {
     EXPECT_EQ(kindof([&] { platform::askopenfile(rooms); }), errorkind::cancelled);
 }
 
-TEST_F(platformtest, saveDialogsTakePathsAsBytes) {
+TEST_F(platformtest, SaveDialogsTakePathsAsBytes) {
     const std::string folder = inside("S\xC3\xA4le"), path = folder + "/\xE2\x82\xAC.ray";
     std::filesystem::create_directory(folder);
     answers::expectfile("Rooms", folder + "/new", [&](QWidget& dialog) {
@@ -95,7 +95,7 @@ TEST_F(platformtest, saveDialogsTakePathsAsBytes) {
     EXPECT_EQ(std::filesystem::current_path(), inside("")) << "the directory stays";
 }
 
-TEST_F(platformtest, printsThePictureToAFile) {
+TEST_F(platformtest, PrintsThePictureToAFile) {
     openroom();
     choose("Redraw");
     const QImage before = picturecontents(MainWindow->picture).copy();
@@ -108,7 +108,7 @@ TEST_F(platformtest, printsThePictureToAFile) {
     choose("Cprint");
 }
 
-TEST_F(platformtest, untrappedErrorsAreToldAndEndTheProgram) {
+TEST_F(platformtest, UntrappedErrorsAreToldAndEndTheProgram) {
     const auto told = [](const std::string& fragment) {
         answers::expectbox(fragment, answer::ok, [](QWidget&) { std::fputs("told", stderr); });
     };

@@ -45,7 +45,7 @@ struct responsewindowtest : windowtest {
     QImage scene() const { return picturecontents(MainWindow->picture).copy(); }
 };
 
-TEST_F(responsewindowtest, marksLeaveEveryPixelAsItWas) {
+TEST_F(responsewindowtest, MarksLeaveEveryPixelAsItWas) {
     open([](const openresponse& response) {
         response.click("schlabel");
         const QImage clean = response.image();
@@ -64,7 +64,7 @@ TEST_F(responsewindowtest, marksLeaveEveryPixelAsItWas) {
     });
 }
 
-TEST_F(responsewindowtest, keysListsAndZoomReachThePlot) {
+TEST_F(responsewindowtest, KeysListsAndZoomReachThePlot) {
     open([](const openresponse& response) {
         auto& list = response.control<QComboBox>("RecNo");
         EXPECT_EQ(list.count(), 21);
@@ -93,7 +93,7 @@ TEST_F(responsewindowtest, keysListsAndZoomReachThePlot) {
     open([](const openresponse&) {}); // a second time
 }
 
-TEST_F(responsewindowtest, pathsComeAndGoInTheScene) {
+TEST_F(responsewindowtest, PathsComeAndGoInTheScene) {
     for (const char* view : {"Redraw", "CamRedr2D"}) {
         choose(view);
         const QImage before = scene();

@@ -33,7 +33,7 @@ struct stidialogtest : windowtest {
     }
 };
 
-TEST_F(stidialogtest, choicesAreStoredAtOnceAndHideWithoutNoise) {
+TEST_F(stidialogtest, ChoicesAreStoredAtOnceAndHideWithoutNoise) {
     SessionState.forceVoiceSplFlag = -1;
     within("STIOptions", [](const windowview& dialog) {
         const auto hidden = [&] {
@@ -61,7 +61,7 @@ TEST_F(stidialogtest, choicesAreStoredAtOnceAndHideWithoutNoise) {
     platform::showwindow("STI Options", true);
 }
 
-TEST_F(stidialogtest, gridShowsTheLevelsWhole) {
+TEST_F(stidialogtest, GridShowsTheLevelsWhole) {
     SessionState.noiseLevel = {45.25F, 40, 0, 100, 5, 6, 7.5F};
     opengrid([](const stioptions& dialog) {
         QTableWidget& grid = dialog.grid();
@@ -83,7 +83,7 @@ TEST_F(stidialogtest, gridShowsTheLevelsWhole) {
     EXPECT_EQ(level(1), 45.25F) << "looking changes nothing";
 }
 
-TEST_F(stidialogtest, keysEditTheGrid) {
+TEST_F(stidialogtest, KeysEditTheGrid) {
     opengrid([](const stioptions& dialog) {
         dialog.keys("45.25");
         dialog.key(Qt::Key_Backspace);
@@ -123,7 +123,7 @@ TEST_F(stidialogtest, keysEditTheGrid) {
     EXPECT_EQ(level(1), 61.5F);
 }
 
-TEST_F(stidialogtest, leavingAZeroStopsTheProgram) {
+TEST_F(stidialogtest, LeavingAZeroStopsTheProgram) {
     const auto leave = [] {
         opengrid([](const stioptions& dialog) {
             dialog.keys("0");

@@ -45,7 +45,7 @@ struct tablewindowtest : windowtest {
     }
 };
 
-TEST_F(tablewindowtest, oneParameterOfAllReceivers) {
+TEST_F(tablewindowtest, OneParameterOfAllReceivers) {
     open("T_SPL", [](const opentableview& table) {
         EXPECT_EQ(table.window.windowTitle(), "Table of Leq");
         EXPECT_FALSE(table.box().isVisible());
@@ -59,7 +59,7 @@ TEST_F(tablewindowtest, oneParameterOfAllReceivers) {
     });
 }
 
-TEST_F(tablewindowtest, receiversAndFrequenciesAreChosenFromTheListOrTyped) {
+TEST_F(tablewindowtest, ReceiversAndFrequenciesAreChosenFromTheListOrTyped) {
     open("SingleRec", [](const opentableview& table) {
         EXPECT_EQ(table.box().count(), receivers);
         EXPECT_EQ(table.cell(0, 0), "101.0") << "the first receiver at once";
@@ -83,7 +83,7 @@ TEST_F(tablewindowtest, receiversAndFrequenciesAreChosenFromTheListOrTyped) {
     });
 }
 
-TEST_F(tablewindowtest, aReceiverOutOfRangeEndsTheProgram) {
+TEST_F(tablewindowtest, AReceiverOutOfRangeEndsTheProgram) {
     const auto type = [&] {
         open("SingleRec", [](const opentableview& table) {
             answers::expectbox("outside 0..100000", platform::answer::ok,
@@ -94,7 +94,7 @@ TEST_F(tablewindowtest, aReceiverOutOfRangeEndsTheProgram) {
     EXPECT_EXIT(type(), testing::ExitedWithCode(1), "told");
 }
 
-TEST_F(tablewindowtest, theLargestOpenAndScroll) {
+TEST_F(tablewindowtest, TheLargestOpenAndScroll) {
     RoomModel.receiverCount = highestreceiver;
     const struct {
         const char* command;
