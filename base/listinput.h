@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -72,7 +73,7 @@ double readnumber(listreader& reader);
 
 // A numeric field stored as single precision, or turned into a whole number (nearest, halves to even).
 float readsingle(listreader& reader);
-void readsingles(listreader& reader, float* values, int count); // one after another; raises at the first
+void readsingles(listreader& reader, std::span<float> values); // one after another; raises at the first
 std::int16_t readwhole16(listreader& reader);
 std::int32_t readwhole32(listreader& reader);
 

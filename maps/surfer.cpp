@@ -132,7 +132,7 @@ bool takegrid() {
         return false;
     }
     float edges[6]; // xlo xhi ylo yhi zlo zhi
-    readsingles(file, edges, 6);
+    readsingles(file, edges);
     if (SessionState.autorange) chooselevels(edges[4], edges[5]);
     for (std::int32_t j = 0; j < SessionState.Ny; ++j) {
         for (std::int32_t i = 0; i < SessionState.Nx; ++i) MapGrid(j, i) = readsingle(file);

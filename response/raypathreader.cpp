@@ -81,7 +81,7 @@ void readpoints(listreader& file, raypath& path) {
         const auto i = static_cast<std::size_t>(j);
         path.face[i] = readwhole32(file);
         float place[3];
-        readsingles(file, place, 3);
+        readsingles(file, place);
         path.x[i] = place[0];
         path.y[i] = place[1];
         path.z[i] = place[2];

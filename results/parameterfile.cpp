@@ -238,14 +238,14 @@ std::int32_t readreceiver(listreader& file) {
 void readrow(listreader& file, const filetable& table, std::int32_t receiver,
              std::span<const std::int32_t> bands) {
     std::array<float, bandcount> values;
-    readsingles(file, values.data(), static_cast<int>(bands.size()));
+    readsingles(file, std::span(values).first(bands.size()));
     float* const row = table.row(receiver);
     for (std::size_t i = 0; i < bands.size(); ++i) row[bands[i]] = values[i];
 }
 
 void readmodulationrow(listreader& file, std::int32_t receiver, int frequency) {
     std::array<float, modulationbands> values;
-    readsingles(file, values.data(), modulationbands);
+    readsingles(file, values);
     for (int band = 0; band < modulationbands; ++band)
         P.modulationTransfer(receiver, frequency, band) = values[static_cast<std::size_t>(band)];
 }
@@ -282,9 +282,9 @@ void readoptions(listreader& file) {
     }
     readline(file);
     readtext(file);
-    readsingles(file, SessionState.noiseLevel.data(), modulationbands);
+    readsingles(file, SessionState.noiseLevel);
     readtext(file);
-    readsingles(file, SessionState.voiceCorrection.data(), modulationbands);
+    readsingles(file, SessionState.voiceCorrection);
 }
 
 // A file name, which may hold double quotes itself: all up to the last one of its line.

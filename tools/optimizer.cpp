@@ -138,7 +138,7 @@ float* takerow(loading& load, std::int32_t receiver) {
 
 void readenergies(loading& load, float* row) {
     for (std::int32_t t = 0; t <= Optimizer.fileSlots; ++t, row += bandcount) {
-        readsingles(load.file, row, octavebands);
+        readsingles(load.file, {row, octavebands});
         double linear = 0, weighted = 0;
         for (std::size_t i = 0; i < octavebands; ++i) {
             const auto energy = static_cast<double>(row[i]);
