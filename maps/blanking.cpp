@@ -38,10 +38,6 @@ namespace {
 constexpr const char* filepattern = "*.BLN";
 constexpr std::string_view linecommands[] = {"BLNdel", "BLNsave", "BLNnew"};
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
-
 // Whether only separators are left.
 bool nothingleft(const listreader& file) {
     return file.buffer.find_first_not_of(" ,\t\r\n\x1A", file.position) == std::string_view::npos;

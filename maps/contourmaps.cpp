@@ -108,11 +108,8 @@ std::int32_t linecolour(const contourreading& reading) {
 }
 
 picturepoint pictured(const contourreading& reading) {
-    picturepoint p{reading.pointX, reading.pointY};
-    if (!reading.solid) return p;
-    const modelpoint point = fromplane(p, static_cast<double>(SessionState.mapThirdCoordinate));
-    projectpoint(point.x, point.y, point.z, p.x, p.y);
-    return p;
+    const picturepoint p{reading.pointX, reading.pointY};
+    return reading.solid ? projectpoint(fromplane(p, wide(SessionState.mapThirdCoordinate))) : p;
 }
 
 void drawpolyline(contourreading& reading) {

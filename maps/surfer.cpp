@@ -29,10 +29,6 @@ constexpr double inset = 0.1; // of a cell, between the rectangle of the map and
 constexpr int lowestmethod = 1, highestmethod = 6;
 constexpr std::string_view expertcommands[] = {"SurfTopo", "SurfSurf", "SurfPlot", "SurfSetP"};
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
-
 // --- Progress on the picture ---
 
 void startlog(const char* line) {

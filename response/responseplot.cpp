@@ -47,9 +47,6 @@ constexpr std::int32_t white = rgb(255, 255, 255), black = rgb(0, 0, 0), red = r
 constexpr int leftbutton = 1, rightbutton = 2;
 constexpr std::int32_t firstfrequency = 5; // entry of 1000 Hz
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
 double step() {
     return wide(ResultSet.timeStep);
 }

@@ -99,7 +99,7 @@ void fitplot() {
     if (!w.open) return;
     const QWidget& plot = *w.form.Picture1;
     resizepicture(w.picture, plot.width(), plot.height(), plot.devicePixelRatioF());
-    impulsedraw(static_cast<double>(SessionState.viewStart), static_cast<double>(SessionState.viewEnd));
+    impulsedraw(wide(SessionState.viewStart), wide(SessionState.viewEnd));
 }
 
 void paintplot() {

@@ -1,6 +1,7 @@
 // The layers of the scene, one routine for each kind of item, and the two routines that order them.
 #include "scene/scenedrawing.h"
 
+#include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/runtimeerror.h"
 #include "maps/blanking.h"
@@ -25,10 +26,6 @@ constexpr int facesperyield = 256; // so that Escape takes effect soon and costs
 constexpr double raylength = 50;   // of a ray line, in its direction triples
 constexpr double shrinkfactor = 0.7;
 constexpr double axes2d = 1.2, axes3d = 1.3; // length of the axes to the room's maxima
-
-double wide(float value) {
-    return static_cast<double>(value);
-}
 
 modelpoint holepoint(std::int32_t hole, int vertex) {
     const roommodel& r = RoomModel;
@@ -181,7 +178,7 @@ void drawblanking2d(DrawSurface& surface) {
 // --- Layers of the 3D view ---
 
 void edge3d(DrawSurface& surface, const modelpoint& from, const modelpoint& to, std::int32_t colour) {
-    const picturepoint p = projected(from), q = projected(to);
+    const picturepoint p = projectpoint(from), q = projectpoint(to);
     surface.line(p.x, p.y, q.x, q.y, colour);
 }
 
@@ -235,7 +232,7 @@ void drawsources3d(DrawSurface& surface) {
     surface.setFillStyle(fillstyle::transparent);
     surface.setForeColor(SessionState.colourSources);
     for (std::int32_t i = 1; i <= RoomModel.sourceCount; ++i) {
-        const picturepoint p = projected(sourcepoint(i));
+        const picturepoint p = projectpoint(sourcepoint(i));
         surface.box(p.x - s, p.y - s, p.x + s, p.y + s, QBColor(3));
         centredlabel(surface, p, sourcelabel(i));
     }
@@ -247,7 +244,7 @@ void drawreceivers3d(DrawSurface& surface) {
     surface.setFillStyle(fillstyle::transparent);
     surface.setForeColor(SessionState.colourReceivers);
     for (std::int32_t i = 1; i <= RoomModel.receiverCount; ++i) {
-        const picturepoint p = projected(receiverpoint(i));
+        const picturepoint p = projectpoint(receiverpoint(i));
         surface.circle(p.x, p.y, r, QBColor(1));
         centredlabel(surface, p, std::to_string(i));
     }
@@ -257,7 +254,7 @@ void drawraylines3d(DrawSurface& surface) {
     if (!ischecked("Vrays")) return;
     const double radius = platform::picture().windowWidth() / 800;
     for (std::int32_t i = 1; i <= RoomModel.rayLineCount; ++i) {
-        const picturepoint p = projected(raystart(i)), q = projected(rayend(i));
+        const picturepoint p = projectpoint(raystart(i)), q = projectpoint(rayend(i));
         surface.line(p.x, p.y, q.x, q.y, SessionState.colourRays);
         surface.circle(p.x, p.y, radius, QBColor(12));
     }
@@ -270,7 +267,7 @@ void drawblanking3d(DrawSurface& surface) {
     const double third = wide(SessionState.mapThirdCoordinate);
     eachblankside([&](const picturepoint& from, const picturepoint& to) {
         // x, y and the third coordinate, whatever the 2D view shows; meant.
-        const picturepoint p = projected({from.x, from.y, third}), q = projected({to.x, to.y, third});
+        const picturepoint p = projectpoint({from.x, from.y, third}), q = projectpoint({to.x, to.y, third});
         surface.line(p.x, p.y, q.x, q.y, SessionState.colourBlanking);
         surface.circle(p.x, p.y, radius, QBColor(12));
     });
@@ -369,9 +366,9 @@ void drawaxes3d(DrawSurface& surface) {
     } axes[] = {{{axes3d * wide(r.roomMaxX), 0, 0}, QBColor(12)},
                 {{0, axes3d * wide(r.roomMaxY), 0}, QBColor(10)},
                 {{0, 0, axes3d * wide(r.roomMaxZ)}, QBColor(1)}};
-    const picturepoint origin = projected({0, 0, 0});
+    const picturepoint origin = projectpoint({0, 0, 0});
     for (const auto& axis : axes) {
-        const picturepoint end = projected(axis.end);
+        const picturepoint end = projectpoint(axis.end);
         surface.line(origin.x, origin.y, end.x, end.y, axis.colour);
     }
 }
