@@ -6,6 +6,7 @@
 #include "base/numbertext.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace orv {
 
@@ -344,6 +345,10 @@ std::int16_t readwhole16(listreader& reader) {
 
 std::int32_t readwhole32(listreader& reader) {
     return readconverted(reader, whole32);
+}
+
+double progressblocks(const listreader& reader) {
+    return std::nearbyint(static_cast<double>(reader.buffer.size()) / progressblock);
 }
 
 std::string_view behindmark(std::string_view text, char mark) {

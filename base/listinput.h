@@ -81,6 +81,10 @@ std::int32_t readwhole32(listreader& reader);
 // is taken, and no line end.
 float readsinglebeforetext(listreader& reader);
 
+// Loads tell their progress in blocks of so many bytes; how many of them a file has, halves to even.
+constexpr std::size_t progressblock = 128;
+double progressblocks(const listreader& reader);
+
 // What stands behind the first `mark` of a text, or the whole text when it has none, as settings and header
 // values are found.
 std::string_view behindmark(std::string_view text, char mark);

@@ -35,10 +35,9 @@ namespace orv {
 namespace {
 
 constexpr std::int32_t highestcolour = 255;
-constexpr std::size_t paletteoffset = 8;   // of level index 0
-constexpr std::int32_t levelmiddle = 8;    // of a level's sixteenth of the level indices
-constexpr double usualcount = 10000;       // of the points of a line that states none
-constexpr std::size_t progressblock = 128; // bytes
+constexpr std::size_t paletteoffset = 8; // of level index 0
+constexpr std::int32_t levelmiddle = 8;  // of a level's sixteenth of the level indices
+constexpr double usualcount = 10000;     // of the points of a line that states none
 
 constexpr std::array<std::int32_t, highestcolour + 1> makelevels() {
     std::array<std::int32_t, highestcolour + 1> levels{};

@@ -35,13 +35,13 @@ void store(noisegrid& grid, int column, const std::string& text, const char* pat
 noisegrid opennoisegrid() {
     noisegrid grid;
     grid.cell[0] = "SPL (dB)";
-    for (int column = 1; column <= noisebands; ++column)
+    for (int column = 1; column <= speechbands; ++column)
         cellof(grid, column) = formatnumber(levelof(column), "###.#");
     return grid;
 }
 
 void noisecharacter(noisegrid& grid, int column, int character) {
-    if (column < 1 || column > noisebands) return;
+    if (column < 1 || column > speechbands) return;
     if ((character >= '0' && character <= '9') || character == '.') {
         if (grid.column == 0) {
             cellof(grid, column).clear();

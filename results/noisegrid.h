@@ -2,18 +2,18 @@
 // plain data; the dialog shows it.
 #pragma once
 
+#include "shell/sessionstate.h"
+
 #include <array>
 #include <string>
 
 namespace orv {
 
-constexpr int noisebands = 7; // columns 1..7 are 125 Hz..8 kHz
-
-// What is shown and what is being typed. Column 0 is the heading.
+// What is shown and what is being typed. Column 0 is the heading, columns 1..7 are the speech bands.
 struct noisegrid {
-    std::array<std::string, noisebands + 1> cell; // texts of the level row
-    std::string buffer;                           // the entry so far; empty when none runs
-    int column = 0;                               // the column of the entry, 0 when none runs
+    std::array<std::string, speechbands + 1> cell; // texts of the level row
+    std::string buffer;                            // the entry so far; empty when none runs
+    int column = 0;                                // the column of the entry, 0 when none runs
 };
 
 // Key codes that the grid knows beside digits and the point.

@@ -46,10 +46,8 @@ namespace orv {
 
 namespace {
 
-constexpr double progressblock = 128; // bytes
 constexpr double progresssteps = 21;
 constexpr double wholefile = 99; // per cent of a file read, from which on no tables of decay times follow
-constexpr int modulationbands = 7;
 constexpr std::size_t oldnamestart = 34, oldnametail = 5; // the result's name in the older first line
 
 constexpr std::string_view firstline = "New File Format - Version 1.7 and above!";
@@ -90,7 +88,7 @@ constexpr int modulationstep = 15, optionsstep = 16;
 constexpr std::string_view modulationtitle = "Modulation Transfer Functions";
 
 constexpr std::array<std::int32_t, 12> allbands = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
-constexpr std::array<std::int32_t, 9> speechbands = {3, 4, 5, 6, 7, 8, 9, 11, 12};
+constexpr std::array<std::int32_t, 9> speechcolumns = {3, 4, 5, 6, 7, 8, 9, 11, 12};
 
 // The options' flags with their labels, whose blanks are exact.
 struct optionflag {
@@ -137,7 +135,7 @@ void writehead(filewriter& file, std::string_view title) {
 void writevalues(std::string& line, std::span<const float> values) {
     for (const float value : values) {
         line += ',';
-        appendnumber(line, static_cast<double>(value));
+        appendnumber(line, wide(value));
     }
 }
 
@@ -151,7 +149,7 @@ void writetable(filewriter& file, const filetable& table, std::span<const std::i
         const float* const row = table.row(r);
         for (const std::int32_t band : bands) {
             line += ',';
-            appendnumber(line, static_cast<double>(row[band]));
+            appendnumber(line, wide(row[band]));
         }
         endline(file, line);
     }
@@ -163,8 +161,8 @@ void writemodulation(filewriter& file) {
     writehead(file, modulationtitle);
     std::array<std::string, modulationcount + 1> frequency;
     for (std::size_t i = 1; i <= modulationcount; ++i)
-        frequency[i] = numbertext(static_cast<double>(single(
-            static_cast<double>(SessionState.modulationOmega[i]) / 2 / SessionState.halfTurnConstant)));
+        frequency[i] = numbertext(
+            wide(single(wide(SessionState.modulationOmega[i]) / 2 / SessionState.halfTurnConstant)));
     std::string line;
     const std::int32_t N = RoomModel.receiverCount;
     for (std::int32_t r = 0; r <= N; ++r) {
@@ -175,7 +173,7 @@ void writemodulation(filewriter& file) {
         writelabels(file, "Fmod", modulationlabels);
         for (int i = 1; i <= modulationcount; ++i) {
             line = frequency[static_cast<std::size_t>(i)];
-            writevalues(line, std::span<const float>(&P.modulationTransfer(r, i, 0), modulationbands));
+            writevalues(line, std::span<const float>(&P.modulationTransfer(r, i, 0), speechbands));
             endline(file, line);
         }
         showstep(modulationstep);
@@ -207,7 +205,7 @@ void writeoptions(filewriter& file) {
 // The share of the file that has been read, in per cent.
 struct loading {
     listreader file;
-    double blocks = 0;
+    double blocks = progressblocks(file);
 };
 
 double percentread(const loading& load) {
@@ -244,9 +242,9 @@ void readrow(listreader& file, const filetable& table, std::int32_t receiver,
 }
 
 void readmodulationrow(listreader& file, std::int32_t receiver, int frequency) {
-    std::array<float, modulationbands> values;
+    std::array<float, speechbands> values;
     readsingles(file, values);
-    for (int band = 0; band < modulationbands; ++band)
+    for (int band = 0; band < speechbands; ++band)
         P.modulationTransfer(receiver, frequency, band) = values[static_cast<std::size_t>(band)];
 }
 
@@ -306,7 +304,7 @@ void readcurrent(loading& load) {
     readtext(load.file);
     RoomModel.receiverCount = readreceiver(load.file); // N, the last of them
     for (const filetable& table : maintables) readtable(load, table, allbands);
-    readtable(load, speechtable, speechbands);
+    readtable(load, speechtable, speechcolumns);
     readmodulation(load);
     readoptions(load.file);
     // The only test for the tables of decay times: a tail that is short against the file counts as none.
@@ -388,7 +386,7 @@ void saveparameters(const std::string& name) {
     listwhole(line, RoomModel.receiverCount);
     endline(file, line);
     for (const filetable& table : maintables) writetable(file, table, allbands);
-    writetable(file, speechtable, speechbands);
+    writetable(file, speechtable, speechcolumns);
     writemodulation(file);
     writeoptions(file);
     for (const filetable& table : decaytables) writetable(file, table, allbands);
@@ -403,8 +401,7 @@ void loadparameters(const std::string& name) {
     platform::pointer(platform::shape::wait);
     {
         const filebytes bytes = readfile(name);
-        loading load{openlist(bytes, pagetext(name)),
-                     std::nearbyint(static_cast<double>(bytes.size) / progressblock)};
+        loading load{openlist(bytes, pagetext(name))};
         const std::string_view first = readline(load.file);
         if (first.starts_with(oldfirstline)) {
             readolder(load, first);

@@ -8,10 +8,8 @@
 
 namespace orv {
 
-// The key of a receiver block, an empty line and the beginning of a title; and the first format whose blocks
-// are of the new layout.
+// The key of a receiver block: an empty line and the beginning of a title.
 constexpr std::string_view blockkey = "\r\n[Microph";
-constexpr double newformat = 1.2;
 
 // Reads the result file `name` (a path) into ResultSet, ImpulseResponse and ParameterSet, with the settings
 // file before it and the source description and ray path files behind it. Extends x and y of the room's box,

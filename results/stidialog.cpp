@@ -25,7 +25,6 @@ namespace orv {
 namespace {
 
 constexpr int bandrow = 0, levelrow = 1; // of the grid; column 0 is the heading
-constexpr int firstband = 3;             // bandIndex of column 1, 125 Hz
 constexpr int chosenflag = -1;           // YES and Present
 constexpr QColor lit(255, 255, 255), unlit(192, 192, 192), ink(0, 0, 0);
 constexpr const char* widestlevel = "888.88";
@@ -80,7 +79,7 @@ void connectchoices(stidialog& open) {
 // --- The grid ---
 
 void showlevels(const stidialog& open) {
-    for (int column = 1; column <= noisebands; ++column)
+    for (int column = 1; column <= speechbands; ++column)
         open.form.NoiseGrid->item(levelrow, column)
             ->setText(qttext(open.levels.cell.at(static_cast<std::size_t>(column))));
 }
@@ -108,7 +107,7 @@ void fillgrid(const stidialog& open) {
     QTableWidget& grid = *open.form.NoiseGrid;
     const QPalette colours = open.dialog.palette();
     for (int row = bandrow; row <= levelrow; ++row)
-        for (int column = 0; column <= noisebands; ++column) {
+        for (int column = 0; column <= speechbands; ++column) {
             auto* item = new QTableWidgetItem;
             item->setTextAlignment(column == 0 ? Qt::AlignLeft | Qt::AlignVCenter
                                                : Qt::AlignRight | Qt::AlignVCenter);
@@ -122,9 +121,9 @@ void fillgrid(const stidialog& open) {
         }
     grid.item(bandrow, 0)->setText("Freq.(Hz)");
     grid.item(levelrow, 0)->setText(qttext(open.levels.cell[0]));
-    for (int column = 1; column <= noisebands; ++column)
+    for (int column = 1; column <= speechbands; ++column)
         grid.item(bandrow, column)
-            ->setText(qttext(bandName.at(static_cast<std::size_t>(firstband + column - 1))));
+            ->setText(qttext(bandName.at(static_cast<std::size_t>(firstspeechband + column - 1))));
     grid.setCurrentCell(levelrow, 1);
     showlevels(open);
 }
@@ -133,9 +132,9 @@ void fillgrid(const stidialog& open) {
 void sizegrid(QTableWidget& grid) {
     const QFontMetrics metrics = grid.fontMetrics();
     const int cell = metrics.horizontalAdvance(widestlevel) + 2 * cellpadding;
-    const int width = cell * noisebands * 5 / 4;
+    const int width = cell * speechbands * 5 / 4;
     grid.setColumnWidth(0, width / 5 + firstmargin);
-    for (int column = 1; column <= noisebands; ++column) grid.setColumnWidth(column, cell);
+    for (int column = 1; column <= speechbands; ++column) grid.setColumnWidth(column, cell);
     grid.verticalHeader()->setDefaultSectionSize(metrics.height() + 2 * rowpadding);
     grid.setFixedSize(grid.horizontalHeader()->length() + 2 * grid.frameWidth(),
                       grid.verticalHeader()->length() + 2 * grid.frameWidth());

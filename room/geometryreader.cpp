@@ -48,8 +48,6 @@ namespace orv {
 
 namespace {
 
-constexpr std::size_t progressblock = 128; // bytes
-
 // What a load keeps between its lines.
 struct loading {
     listreader lines, fields;
@@ -273,7 +271,7 @@ void loadgeometry(const std::string& name) {
     loading load;
     load.lines = openlist(bytes, shown);
     load.fields = load.lines;
-    const double blocks = whole32(static_cast<double>(bytes.size) / progressblock);
+    const double blocks = progressblocks(load.lines);
     // The progress of each line divides by the blocks; an empty file has none of either.
     if (blocks == 0 && !atend(load.lines))
         inputfailure(load.lines, errorkind::divisionbyzero,

@@ -236,7 +236,7 @@ double criticaltime(const optimizerfile& file, double beta) {
 // whatever alfa is; nothing is divided by 0.
 double correctionof(double time, double critical, const fields& given) {
     if (!(given.beta > 0) || !(critical > 0) || !(time > 0)) return 1;
-    const double w = 1 - std::exp(-std::pow(critical / time, given.alfa));
+    const double w = lateenergyfactor(critical, given.alfa, time);
     return w > 0 ? w : 1;
 }
 
