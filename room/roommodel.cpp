@@ -8,6 +8,12 @@
 
 namespace orv {
 
+namespace {
+
+constexpr float unsetmax = -1E9F, unsetmin = 1E9F; // of the box before anything extends it
+
+} // namespace
+
 // Zero at first, so that the large tables take no memory until a model fills them; start-up sets the box.
 roommodel RoomModel;
 
