@@ -153,6 +153,20 @@ void buildarea(Ui::Orvview& form) {
 
 // --- Events ---
 
+// What was drawn before, in the window's new size. Nobody asked for it: the log stays in front, also when it
+// is asked for meanwhile.
+void drawresized() {
+    struct keptlog {
+        const bool former = std::exchange(MainWindow->keeplog, true);
+        ~keptlog() { MainWindow->keeplog = former; }
+    };
+    {
+        const keptlog kept;
+        mainresized(MainWindow->area->width(), MainWindow->area->height());
+    }
+    showpage();
+}
+
 void fitpicture() {
     mainwindow& window = *MainWindow;
     const QSize size = window.area->size();
@@ -162,18 +176,13 @@ void fitpicture() {
         picture.surface.scale == ratio)
         return;
     resizepicture(picture, size.width(), size.height(), ratio);
-    const bool wanted = window.logwanted;
-    mainresized(size.width(), size.height());
-    window.logwanted = wanted; // a drawing that nobody asked for
-    showpage();
+    drawresized();
     window.resizedmeanwhile = commandssuspended(); // nothing is drawn now
 }
 
 // What fitpicture has left out, once the job is over.
 void redrawresized() {
-    mainwindow& window = *MainWindow;
-    if (!std::exchange(window.resizedmeanwhile, false)) return;
-    mainresized(window.area->width(), window.area->height());
+    if (std::exchange(MainWindow->resizedmeanwhile, false)) drawresized();
 }
 
 void paintpicture() {

@@ -1,6 +1,7 @@
 // Labels of paths and other texts of any length.
 #include "platform/qt/elidedlabel.h"
 
+#include "platform/qt/qttext.h"
 #include "platform/qt/windowhook.h"
 
 #include <QLabel>
@@ -26,7 +27,7 @@ void showelided(QLabel& label, const QString& text) {
     const int room = label.contentsRect().width() - 2 * std::max(label.indent(), 0);
     label.setProperty(whole, text);
     label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, room));
-    label.setToolTip(label.text() == text ? QString() : text);
+    label.setToolTip(label.text() == text ? QString() : tooltipof(text));
 }
 
 } // namespace orv

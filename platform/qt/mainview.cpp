@@ -143,7 +143,7 @@ void setvisible(const std::string& control, bool visible) {
     mainwindow& window = *MainWindow;
     if (ispicture(control)) {
         window.pictureshown = visible;
-        window.logwanted = false;
+        if (!window.keeplog) window.logwanted = false;
         return showpage();
     }
     // A field that vanishes has not been left by the user.
