@@ -4,6 +4,7 @@
 #include "base/arithmetic.h"
 #include "base/formatpattern.h"
 #include "base/numbertext.h"
+#include "platform/keycodes.h"
 #include "platform/platform.h"
 #include "shell/sessionstate.h"
 
@@ -49,7 +50,7 @@ void noisecharacter(noisegrid& grid, int column, int character) {
         }
         grid.buffer += static_cast<char>(character);
         cellof(grid, column) = grid.buffer;
-    } else if (character == keyreturn && grid.column != 0) {
+    } else if (character == keyenter && grid.column != 0) {
         store(grid, grid.column, grid.buffer, "##0.0#");
         endentry(grid);
     } else if (character == keybackspace && !grid.buffer.empty()) {
@@ -59,7 +60,7 @@ void noisecharacter(noisegrid& grid, int column, int character) {
 }
 
 void noisemove(noisegrid& grid, int key) {
-    if (key < keyfirstmove || key > keylastmove || grid.column == 0) return;
+    if (key < keypageup || key > keydown || grid.column == 0) return;
     store(grid, grid.column, grid.buffer, "###0.0#");
     endentry(grid);
 }

@@ -16,18 +16,15 @@ struct noisegrid {
     int column = 0;                                // the column of the entry, 0 when none runs
 };
 
-// Key codes that the grid knows beside digits and the point.
-constexpr int keybackspace = 8, keyreturn = 13, keyfirstmove = 33, keylastmove = 40; // paging and arrow keys
-
 // The grid with the levels of SessionState.noiseLevel (dB), "###.#", and no entry.
 noisegrid opennoisegrid();
 
-// A character typed on a cell of column 1..7: a digit or the point begins or goes on with an entry; Enter
-// shows it as "##0.0#" and stores it, Backspace takes its last character back. Others do nothing: there is no
-// sign, so that levels cannot be negative.
+// A character typed on a cell of column 1..7: a digit or the point begins or goes on with an entry; keyenter
+// shows it as "##0.0#" and stores it, keybackspace takes its last character back (platform/keycodes.h).
+// Others do nothing: there is no sign, so that levels cannot be negative.
 void noisecharacter(noisegrid& grid, int column, int character);
 
-// A paging or arrow key (33..40) during an entry shows it as "###0.0#", stores it and ends it.
+// A paging or arrow key (keypageup..keydown) during an entry shows it as "###0.0#", stores it and ends it.
 void noisemove(noisegrid& grid, int key);
 
 // The cell of a column is entered: nothing is being typed.

@@ -212,11 +212,8 @@ void pointpicture(const pointerevent& event) {
 // Keys arrive at the window before any control; those of an open menu are the menu's.
 void presskey(int key) {
     if (QApplication::activePopupWidget() || QApplication::activeModalWidget()) return;
-    if (key == Qt::Key_Escape) {
-        mainkey(keyescape);
-        pictureescape();
-    }
-    if (key == Qt::Key_F1) mainkey(keyf1);
+    mainkey(keycodeof(key));
+    if (key == Qt::Key_Escape) pictureescape();
 }
 
 // Closing takes the other windows along and ends the event loop.

@@ -8,6 +8,7 @@
 #include "base/runtimeerror.h"
 #include "maps/redrawview.h"
 #include "maps/rgbsettings.h"
+#include "platform/keycodes.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
 #include "scene/scenedrawing.h"
@@ -210,12 +211,12 @@ std::string datadirectoryfor(const std::string& programdirectory) {
     return programdirectory;
 }
 
-void mainkey(int keycode) {
-    if (keycode == keyf1)
+void mainkey(int code) {
+    if (code == keyf1)
         platform::messagebox(std::string(programname) + std::string(versiontext),
                              "Sorry, no help still available", platform::buttons::ok, platform::icon::none,
                              platform::answer::ok);
-    if (keycode == keyescape) SessionState.drawAbort = on;
+    if (code == keyescape) SessionState.drawAbort = on;
 }
 
 void mainresized(int width, int height) {

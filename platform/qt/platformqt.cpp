@@ -41,11 +41,12 @@
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QProcess>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QTreeView>
 #include <QUrl>
 
-#include <array>
+#include <algorithm>
 #include <chrono>
 #include <clocale>
 #include <cstdio>
@@ -295,6 +296,12 @@ int rundialog(QDialog& dialog) {
     const int outcome = dialog.exec();
     showwait(former);
     return outcome;
+}
+
+void centreonscreen(QDialog& dialog) {
+    const QRect screen = MainWindow->form->screen()->availableGeometry();
+    const QPoint corner = screen.center() - dialog.rect().center();
+    dialog.move(std::max(corner.x(), screen.left()), std::max(corner.y(), screen.top()));
 }
 
 // --- Boxes and dialogs ---
