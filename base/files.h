@@ -41,7 +41,8 @@ private:
 void replacefile(const std::string& path, std::string_view bytes);
 
 // A file that is written piece by piece and takes the place of the old one when it is finished. Given up
-// before that, by a failure or otherwise, it leaves the old file as it was and nothing beside it.
+// before that, by a failure or otherwise, it leaves the old file as it was and nothing beside it (see also
+// dropunfinished).
 struct filewriter {
     explicit filewriter(const std::string& name); // raises fileaccess
     ~filewriter();
@@ -57,6 +58,10 @@ private:
     std::string fresh;        // the file beside it; empty for a device, which takes the bytes itself
     std::FILE* file = nullptr;
 };
+
+// Takes away what filewriters have begun and not finished, for an end of the program that destroys nothing.
+// Raises nothing.
+void dropunfinished();
 
 // Whether the path can be opened for reading as a file. Raises nothing.
 bool canopen(const std::string& path);

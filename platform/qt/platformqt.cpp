@@ -413,6 +413,7 @@ void closewindows() {
 }
 
 void halt(int status) {
+    dropunfinished();
     std::fflush(nullptr);
     std::_Exit(status);
 }
