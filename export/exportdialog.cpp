@@ -4,6 +4,7 @@
 
 #include "export/wavexport.h"
 #include "platform/qt/boundary.h"
+#include "platform/qt/elidedlabel.h"
 #include "platform/qt/platformqt.h"
 #include "platform/qt/qttext.h"
 #include "platform/qt/windowhook.h"

@@ -1,10 +1,10 @@
 // Labels of paths and other texts of any length.
 #include "platform/qt/elidedlabel.h"
 
-#include "platform/qt/qttext.h"
 #include "platform/qt/windowhook.h"
 
 #include <QLabel>
+#include <QTextDocument>
 #include <QVariant>
 
 #include <algorithm>
@@ -21,6 +21,11 @@ void keepelided(QLabel& label) {
     label.setTextFormat(Qt::PlainText);
     label.setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     hook(label, {.resize = [&label] { showelided(label, label.property(whole).toString()); }});
+}
+
+QString tooltipof(const QString& text) {
+    if (!Qt::mightBeRichText(text)) return text;
+    return "<span style='white-space: pre'>" + text.toHtmlEscaped() + "</span>";
 }
 
 void showelided(QLabel& label, const QString& text) {

@@ -14,7 +14,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFontMetrics>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -24,6 +23,8 @@
 #include <QScrollBar>
 #include <QStackedWidget>
 #include <QStringListModel>
+
+#include <algorithm>
 
 namespace orv::platform {
 

@@ -52,6 +52,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #ifdef Q_OS_WIN
 #include <windows.h>

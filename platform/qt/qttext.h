@@ -5,7 +5,6 @@
 
 #include <QColor>
 #include <QString>
-#include <QTextDocument>
 
 #include <cstdint>
 #include <string>
@@ -27,12 +26,6 @@ inline QString qtpath(std::string_view path) {
 }
 inline std::string corepath(const QString& path) {
     return path.toStdString();
-}
-
-// A text for a tool tip, which is taken as HTML where it looks like some.
-inline QString tooltipof(const QString& text) {
-    if (!Qt::mightBeRichText(text)) return text;
-    return "<span style='white-space: pre'>" + text.toHtmlEscaped() + "</span>";
 }
 
 // Its colours are 0x00BBGGRR.

@@ -2,7 +2,7 @@
 #include "windowtest.h"
 
 #include "platform/qt/boundary.h"
-#include "platform/qt/qttext.h"
+#include "platform/qt/elidedlabel.h"
 #include "tests/failures.h"
 
 #include <QClipboard>
