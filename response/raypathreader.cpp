@@ -22,6 +22,7 @@
 #include "shell/sessionstate.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numeric>
 #include <utility>

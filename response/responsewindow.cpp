@@ -21,6 +21,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <initializer_list>
 #include <memory>
 
 namespace orv {

@@ -39,6 +39,7 @@
 
 #include <array>
 #include <cmath>
+#include <initializer_list>
 #include <span>
 #include <string_view>
 
@@ -202,12 +203,13 @@ void writeoptions(filewriter& file) {
 
 // --- Reading ---
 
-// The share of the file that has been read, in per cent.
+// A file that is being read.
 struct loading {
     listreader file;
     double blocks = progressblocks(file);
 };
 
+// The share of it that has been read, in per cent.
 double percentread(const loading& load) {
     if (load.blocks == 0) inputfailure(load.file, errorkind::divisionbyzero, "the file is too short");
     return static_cast<double>(load.file.position) / progressblock / load.blocks * 100;

@@ -17,8 +17,6 @@
 #include "platform/platform.h"
 #include "results/acousticparameters.h"
 
-#include <cmath>
-
 namespace orv {
 
 namespace {

@@ -26,12 +26,12 @@ constexpr std::size_t index(int i) {
     return static_cast<std::size_t>(i);
 }
 
-// The share of modulation that noise leaves, 1 / (1 + 10^(-S/10)), for both talkers of a band.
-struct noiseshares {
+// What noise divides a modulation by, 1 + 10^(-S/10), for both talkers of a band.
+struct noisedivisors {
     double male = 1, female = 1;
 };
 
-noiseshares sharesof(std::int32_t receiver, int band) {
+noisedivisors divisorsof(std::int32_t receiver, int band) {
     const sessionstate& s = SessionState;
     const std::size_t k = index(band - firstspeechband);
     double difference = wide(ParameterSet.Leq(receiver, band)) - wide(s.noiseLevel[k]);
@@ -60,7 +60,7 @@ struct ratiosums {
 ratiosums sumratios(std::int32_t receiver, int band) {
     sessionstate& s = SessionState;
     const bool noise = s.backgroundNoiseFlag != 0, spectrum = s.equalizeSpectrumFlag != 0;
-    const noiseshares divisors = noise ? sharesof(receiver, band) : noiseshares{};
+    const noisedivisors divisors = noise ? divisorsof(receiver, band) : noisedivisors{};
     ratiosums sums;
     for (int i = 1; i <= modulationcount; ++i) {
         auto m = wide(ParameterSet.modulationTransfer(receiver, i, band - firstspeechband));

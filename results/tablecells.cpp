@@ -11,7 +11,6 @@
 #include "shell/sessionstate.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <iterator>
 #include <utility>

@@ -13,7 +13,6 @@
 #include <cmath>
 #include <cstring>
 #include <numeric>
-#include <span>
 #include <utility>
 
 namespace orv {

@@ -28,8 +28,8 @@ constexpr double farthest = 1E6; // squared distance of a receiver that can be p
 
 struct picturedrag {
     bool dragging = false;
-    bool orbiting =
-        false; // the camera's start is known; not for a right button that went down in another view
+    // The camera's start is known, which it is not for a right button that went down in another view.
+    bool orbiting = false;
     double startX = 0, startY = 0;
     double lastX = 0, lastY = 0; // the band's end
     double orbitRadius = 0, orbitAzimuth = 0, orbitElevation = 0;

@@ -6,7 +6,6 @@
 #include "response/raypathdisplay.h"
 #include "response/raypathset.h"
 #include "response/responselevels.h"
-#include "scene/camera.h"
 #include "scene/scenedrawing.h"
 #include "tests/golden.h"
 
