@@ -32,6 +32,9 @@ void showexportdialog(bool) {
                                                                {form.StopExport, stopexport}};
     for (const auto& [button, routine] : buttons)
         QObject::connect(button, &QAbstractButton::clicked, &dialog, [run = routine] { enter(run); });
+    // Behind the export the keyboard is where it began, not on Exit.
+    QObject::connect(form.StartExport, &QAbstractButton::clicked, form.StartExport,
+                     qOverload<>(&QWidget::setFocus));
     QObject::connect(form.FileRadix, &QLineEdit::textEdited, &dialog,
                      [](const QString& text) { enter([&] { typeradix(corepath(text)); }); });
     // A path may be too long for the field.

@@ -39,12 +39,13 @@ std::vector<std::string> receiverrows() {
     return rows;
 }
 
-// What the export is made of must not change under it.
+// What the export is made of must not change under it. Stop comes first, so that Start leaves it the
+// keyboard.
 void enablechoices(bool enabled) {
+    platform::setenabled("StopExport", !enabled);
     for (const char* control :
          {"RecNo", "Outformat", "FileRadix", "Browse", "Nsamp", "f44", "f48", "Density", "StartExport"})
         platform::setenabled(control, enabled);
-    platform::setenabled("StopExport", !enabled);
 }
 
 } // namespace

@@ -17,7 +17,7 @@ namespace orv {
 
 namespace {
 
-constexpr QSize patchsize(88, 16); // pixels
+constexpr QSize patchsize(160, 16); // pixels; the caption of the window needs the width
 
 // A patch and its number in a row of the column.
 void addentry(QGridLayout& column, int row, int entry) {

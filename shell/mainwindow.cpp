@@ -90,6 +90,7 @@ QAction* addentry(QMenu& menu, const menucommand& row) {
     });
     for (const auto& shortcut : shortcuts)
         if (shortcut.command == row.name) action->setShortcut(QKeySequence(shortcut.keys));
+    action->setShortcutContext(Qt::ApplicationShortcut); // also from the response window beside the room
     return action;
 }
 

@@ -237,7 +237,10 @@ void FQuit() {
 void Hhelp() {
     const std::string archive = datafile(joinpath("manual", "MOrvantaView.mht"));
     const std::string page = datafile(joinpath("manual", "MOrvantaView.html"));
-    platform::opendocument(canopen(page) && !platform::hasopener(archive) ? page : archive);
+    const std::string document = canopen(page) && !platform::hasopener(archive) ? page : archive;
+    platform::opendocument(document);
+    // A desktop's opener that finds no browser says nothing; the manual can still be found.
+    if (canopen(document)) platform::statustext(1, "The manual is " + pagetext(document));
 }
 
 void HAbout() {

@@ -1,6 +1,7 @@
-// orvverify [--chapter FILE] [SUBJECT...]: computes what can be known beforehand by the program's own
-// routines and prints expected and computed values. The status is 1 when one is farther off than allowed. For
-// the manual they are written as a chapter, and printed only when one is.
+// orvverify [--chapter FILE] [--example FILE] [SUBJECT...]: computes what can be known beforehand by the
+// program's own routines and prints expected and computed values. The status is 1 when one is farther off
+// than allowed. For the manual they are written as a chapter, and printed only when one is. A worked example
+// of the speech index takes the place of the subjects.
 #include "base/files.h"
 #include "base/runtimeerror.h"
 #include "verification/report.h"
@@ -27,7 +28,7 @@ constexpr entry entries[] = {
 };
 
 struct wishes {
-    std::string chapterfile;
+    std::string chapterfile, examplefile;
     std::vector<std::string_view> names; // none for all
     bool understood = true;
 };
@@ -36,8 +37,8 @@ wishes readarguments(int count, char** arguments) {
     wishes asked;
     for (int i = 1; i < count; ++i) {
         const std::string_view argument = arguments[i];
-        if (argument == "--chapter" && i + 1 < count) {
-            asked.chapterfile = arguments[++i];
+        if ((argument == "--chapter" || argument == "--example") && i + 1 < count) {
+            (argument == "--chapter" ? asked.chapterfile : asked.examplefile) = arguments[++i];
             continue;
         }
         asked.names.push_back(argument);
@@ -49,6 +50,7 @@ wishes readarguments(int count, char** arguments) {
 }
 
 std::vector<subject> verify(const wishes& asked) {
+    if (!asked.examplefile.empty()) return {verifyexample(asked.examplefile)};
     std::vector<subject> found;
     for (const entry& each : entries)
         if (asked.names.empty() ||
@@ -74,7 +76,7 @@ int main(int count, char** arguments) {
     using namespace orv::verification;
     const wishes asked = readarguments(count, arguments);
     if (!asked.understood) {
-        std::fputs("usage: orvverify [--chapter FILE] [SUBJECT...]\n", stderr);
+        std::fputs("usage: orvverify [--chapter FILE] [--example FILE] [SUBJECT...]\n", stderr);
         return 2;
     }
     try {

@@ -3,6 +3,8 @@
 
 #include "verification/report.h"
 
+#include <string>
+
 namespace orv::verification {
 
 subject verifydecays();     // parameters of exponential and other decays
@@ -13,5 +15,9 @@ subject verifycamera();     // projection
 subject verifyfilters();    // the filter bank
 subject verifyexport();     // energies and directions of an exported file
 subject verifysamplehall(); // the sample hall's decay times
+
+// Speech indices of a worked example in a text file, such as a matrix of modulations printed in a standard or
+// a paper; example.txt is one. Raises filenotfound, and pastend or typemismatch with the line.
+subject verifyexample(const std::string& path);
 
 } // namespace orv::verification

@@ -29,7 +29,10 @@ QString tooltipof(const QString& text) {
 }
 
 void showelided(QLabel& label, const QString& text) {
-    const int room = label.contentsRect().width() - 2 * std::max(label.indent(), 0);
+    showelided(label, text, label.contentsRect().width() - 2 * std::max(label.indent(), 0));
+}
+
+void showelided(QLabel& label, const QString& text, int room) {
     label.setProperty(whole, text);
     label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, room));
     label.setToolTip(label.text() == text ? QString() : tooltipof(text));

@@ -15,4 +15,7 @@ QString tooltipof(const QString& text);
 // Shows a text, without its middle where it is too long; the whole is then the tool tip.
 void showelided(QLabel& label, const QString& text);
 
+// The same for a label that takes the width of its text, up to "room" pixels.
+void showelided(QLabel& label, const QString& text, int room);
+
 } // namespace orv

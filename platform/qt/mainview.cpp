@@ -22,6 +22,7 @@
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QStackedWidget>
+#include <QStatusBar>
 #include <QStringListModel>
 
 #include <algorithm>
@@ -36,8 +37,9 @@ void refresh() {
     if (!MainWindow) return;
     mainwindow& window = *MainWindow;
     window.refreshing = false;
-    for (std::size_t i = 0; i < window.panel.size(); ++i)
-        showelided(*window.panel[i], qttext(window.paneltext[i]));
+    showelided(*window.panel[0], qttext(window.paneltext[0]));
+    // Mostly a percentage, but an export names its file here.
+    showelided(*window.panel[1], qttext(window.paneltext[1]), window.form->statusBar()->width() / 2);
     if (!window.logchanged) return;
     window.logchanged = false;
     window.log->setPlainText(qttext(window.logtext));
@@ -51,14 +53,15 @@ void refreshsoon() {
     QMetaObject::invokeMethod(window.form.get(), refresh, Qt::QueuedConnection);
 }
 
-// A control of the main window itself, else of the dialog in front, else of one that has just been closed.
+// A control of the main window itself, else of the dialog in front, else of the youngest window: one that is
+// being opened, or has just been closed, over another that may have a control of the name too.
 QWidget& controlof(const std::string& name) {
     QWidget* const dialog = QApplication::activeModalWidget();
     QWidget* elsewhere = nullptr;
     const auto controls = MainWindow->form->findChildren<QWidget*>(QString::fromStdString(name));
     for (QWidget* found : controls) {
         if (found->window() == MainWindow->form.get()) return *found;
-        if (!elsewhere || found->window() == dialog) elsewhere = found;
+        if (!elsewhere || elsewhere->window() != dialog) elsewhere = found;
     }
     if (elsewhere) return *elsewhere;
     throw runtimeerror{errorkind::subscript, "No window has a control named \"" + name + "\"."};

@@ -106,6 +106,11 @@ TEST_F(responsewindowtest, pathsComeAndGoInTheScene) {
         EXPECT_EQ(scene(), before) << "receiver 1 has no paths";
         choosereceiver(3);
         platform::updatewindow(responsewindowname);
+        enablecommand("ExportWAV", true);
+        within("WavExport", [](const windowview& dialog) { // has a list of the same name
+            EXPECT_EQ(dialog.control<QComboBox>("RecNo").itemText(0), " 1");
+        });
+        choose("ExportWAV");
         EXPECT_EQ(response.control<QComboBox>("RecNo").currentText(), "Rec.3");
         const QImage first = scene();
         EXPECT_NE(first, before);
