@@ -376,4 +376,13 @@ std::string namestored(std::string_view stored) {
     return asitwas ? name : utf8text(stored);
 }
 
+std::string namestored(std::string_view stored, const std::string& directory) {
+    const auto isthere = [&directory](const std::string& name) {
+        std::error_code error;
+        return fs::exists(existingpath(joinpath(directory, name)), error);
+    };
+    const std::string name = namestored(stored), asitis(stored);
+    return name != asitis && !isthere(name) && isthere(asitis) ? asitis : name;
+}
+
 } // namespace orv

@@ -104,4 +104,9 @@ std::string utf8text(std::string_view page);
 std::string storedname(const std::string& name);
 std::string namestored(std::string_view stored);
 
+// The same of a file in a directory, which tells names apart that could be either: bytes of the page of which
+// only the name that they are without it is there, as of a UTF-8 text or of a name that is no UTF-8, are
+// that.
+std::string namestored(std::string_view stored, const std::string& directory);
+
 } // namespace orv

@@ -234,6 +234,10 @@ bool atend(const listreader& reader) {
     return reader.position >= reader.buffer.size();
 }
 
+bool nothingleft(const listreader& reader) {
+    return reader.buffer.find_first_not_of(" \t,\r\n\x1A", reader.position) == std::string_view::npos;
+}
+
 std::size_t linenumber(const listreader& reader) {
     const auto begin = reader.buffer.begin();
     return 1 + static_cast<std::size_t>(
@@ -241,8 +245,11 @@ std::size_t linenumber(const listreader& reader) {
 }
 
 void inputfailure(const listreader& reader, errorkind kind, const std::string& reason) {
+    std::string shown = reason; // which may quote a file that is no text
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, '?');
     throw runtimeerror{kind,
-                       reader.name + ", line " + std::to_string(linenumber(reader)) + ": " + reason + "."};
+                       reader.name + ", line " + std::to_string(linenumber(reader)) + ": " + shown + "."};
 }
 
 void inputfailure(const listreader& reader, const runtimeerror& error) {

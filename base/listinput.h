@@ -32,6 +32,10 @@ listreader openlist(std::string_view buffer, std::string name);
 // Whether nothing is left, not even a line end.
 bool atend(const listreader& reader);
 
+// Whether nothing but blanks, commas and line ends, or an old end-of-text byte, is left: there, files of
+// records end.
+bool nothingleft(const listreader& reader);
+
 // The number of the line that the position stands on, from 1.
 std::size_t linenumber(const listreader& reader);
 

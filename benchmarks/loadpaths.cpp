@@ -35,6 +35,7 @@ void prepare() {
     orv::ResultSet.receiverDelay.assign(receivers + 1, 0);
     orv::ResultSet.criticalTime = 1;
     orv::ResultSet.alfaConstant = 0.9F;
+    orv::ResultSet.betaConstant = 1;
 }
 
 void checkpaths(benchmark::State& state) {

@@ -49,6 +49,7 @@ void prepare() {
     orv::ResultSet.receiverDelay.assign(receivers + 1, 0);
     orv::ResultSet.criticalTime = 0.1F;
     orv::ResultSet.alfaConstant = 0.9F;
+    orv::ResultSet.betaConstant = 1;
     orv::RoomModel.receiverCount = receivers;
     orv::RoomModel.sourceCount = orv::RoomModel.faceCount = 2;
     orv::createresponse(slots, receivers);

@@ -86,15 +86,6 @@ void addheader(std::string& text, const std::string& shown) {
 
 // --- Sources and receivers ---
 
-// A source's directivity file, or the name alone when it is in neither place.
-std::string directivitypath(const std::string& stated) {
-    const std::string name = utf8text(stated);
-    const std::string here = existingpath(name);
-    std::int16_t found = 0;
-    fileexists(here, found);
-    return found != 0 ? here : existingpath(joinpath(directoryof(SessionState.geometryFileName), name));
-}
-
 // Six values, a colon, two values, as all groups of a Catt file are.
 void addgroup(std::string& text, const bandvalues& values, std::string_view pattern) {
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -104,7 +95,8 @@ void addgroup(std::string& text, const bandvalues& values, std::string_view patt
 }
 
 void addlevels(std::string& text, std::int32_t source) {
-    const std::string path = directivitypath(RoomModel.sourceFile(source));
+    const std::string path =
+        sourcefilepath(RoomModel.sourceFile(source), directoryof(SessionState.geometryFileName));
     std::int16_t found = 0;
     fileexists(path, found);
     if (found == 0) {

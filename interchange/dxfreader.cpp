@@ -176,9 +176,10 @@ void readnames(loading& load) {
         load.materials.emplace(pageuppercase(names[row]), static_cast<std::int16_t>(row));
 }
 
-// The row of that name, 0 without one.
+// The row of that name, 0 without one. Drawings of release 2007 and later have their texts in UTF-8.
 std::int16_t rownamed(const loading& load, std::string_view layer) {
-    const auto found = load.materials.find(pageuppercase(layer));
+    auto found = load.materials.find(pageuppercase(layer));
+    if (found == load.materials.end()) found = load.materials.find(pageuppercase(pagetext(layer)));
     return found == load.materials.end() ? std::int16_t{0} : found->second;
 }
 
@@ -228,24 +229,32 @@ void logentity(const char* what, std::int32_t slot, numbers... values) {
     logload(line);
 }
 
+// A point as it stands in the file, and in the room.
+struct filepoint {
+    double x = 0, y = 0, z = 0;
+};
+roompoint stored(const filepoint& p) {
+    return {single(p.x), single(p.y), single(p.z)};
+}
+
 // The two points of a source, receiver or ray line; codes 10 30 and 11 31 have their coordinates.
 struct linepoints {
-    roompoint start, end;
+    filepoint start, end;
 };
 
 // Takes the present pair if it belongs to one of the points.
 void takecoordinates(const loading& load, linepoints& line) {
-    roompoint& p = load.code % 10 == 0 ? line.start : line.end;
+    filepoint& p = load.code % 10 == 0 ? line.start : line.end;
     if (load.code == 10 || load.code == 11) {
-        p.x = placedx(load);
-        p.y = placedy(load);
+        p.x = load.x;
+        p.y = load.y;
     } else if (load.code == 30 || load.code == 31) {
-        p.z = placedz(load);
+        p.z = load.z;
     }
+    stored(p); // raises at the line of a number that is too large
 }
 
 void readsource(loading& load) {
-    readuntil(load, 8);
     if (load.text != "SOURCES") return;
     const std::int32_t source = nextslot(load.counts.sources, highestsource, "sources");
     std::string& file = RoomModel.sourceFile(source);
@@ -257,10 +266,10 @@ void readsource(loading& load) {
         if (load.code == 2) file = load.text;
         if (load.code == 51) extra = single(load.angle);
     }
-    setsource(source, line.start, line.end);
+    const roompoint position = stored(line.start), aim = stored(line.end);
+    setsource(source, position, aim);
     RoomModel.sourceAimExtra(source) = extra;
-    logentity("SOURCE ", source, line.start.x, line.start.y, line.start.z, line.end.x, line.end.y, line.end.z,
-              extra);
+    logentity("SOURCE ", source, position.x, position.y, position.z, aim.x, aim.y, aim.z, extra);
 }
 
 linepoints readpoints(loading& load) {
@@ -272,30 +281,30 @@ linepoints readpoints(loading& load) {
 void readreceiver(loading& load) {
     const std::int32_t receiver = nextslot(load.counts.receivers, highestreceiver, "receivers");
     const linepoints line = readpoints(load);
-    setreceiver(receiver, line.start, line.end);
-    logentity("RECEIVER ", receiver, line.start.x, line.start.y, line.start.z, line.end.x, line.end.y,
-              line.end.z);
+    const roompoint position = stored(line.start), second = stored(line.end);
+    setreceiver(receiver, position, second);
+    logentity("RECEIVER ", receiver, position.x, position.y, position.z, second.x, second.y, second.z);
 }
 
 void readrayline(loading& load) {
-    const auto direction = [](float from, float to) {
-        return single((static_cast<double>(to) - static_cast<double>(from)) / raylength);
-    };
     roommodel& r = RoomModel;
     const std::int32_t ray = nextslot(load.counts.raylines, highestrayline, "ray lines");
     const linepoints line = readpoints(load);
-    r.rayLineX1(ray) = line.start.x;
-    r.rayLineY1(ray) = line.start.y;
-    r.rayLineZ1(ray) = line.start.z;
-    r.rayLineX2(ray) = direction(line.start.x, line.end.x);
-    r.rayLineY2(ray) = direction(line.start.y, line.end.y);
-    r.rayLineZ2(ray) = direction(line.start.z, line.end.z);
-    logentity("RAY ", ray, line.start.x, line.start.y, line.start.z, r.rayLineX2(ray), r.rayLineY2(ray),
-              r.rayLineZ2(ray));
+    const roompoint start = stored(line.start);
+    // From the numbers of the file, so that a line that was written comes back with its direction.
+    const roompoint direction =
+        stored({(line.end.x - line.start.x) / raylength, (line.end.y - line.start.y) / raylength,
+                (line.end.z - line.start.z) / raylength});
+    r.rayLineX1(ray) = start.x;
+    r.rayLineY1(ray) = start.y;
+    r.rayLineZ1(ray) = start.z;
+    r.rayLineX2(ray) = direction.x;
+    r.rayLineY2(ray) = direction.y;
+    r.rayLineZ2(ray) = direction.z;
+    logentity("RAY ", ray, start.x, start.y, start.z, direction.x, direction.y, direction.z);
 }
 
 void readlineentity(loading& load) {
-    readuntil(load, 8);
     if (load.text == "RECEIVERS")
         readreceiver(load);
     else if (load.text == "RAYS")
@@ -390,7 +399,6 @@ void readdoor(loading& load, std::string_view layer) {
 }
 
 void readpolyline(loading& load) {
-    readuntil(load, 8);
     if (load.text == "HOLES")
         readhole(load);
     else
@@ -439,7 +447,6 @@ void splitface(loading& load, const roompoint (&corner)[corners]) {
 }
 
 void readface(loading& load) {
-    readuntil(load, 8);
     roommodel& r = RoomModel;
     const std::int32_t face = nextslot(load.counts.faces, highestface, "faces");
     const layermaterial material = materialofface(load, load.text);
@@ -466,6 +473,7 @@ void readface(loading& load) {
     if (shape == planarity::split) splitface(load, corner);
 }
 
+// What is read of an entity behind its layer.
 struct entitykind {
     std::string_view name;
     void (*read)(loading&);
@@ -479,6 +487,8 @@ bool readentity(loading& load) {
     const auto kind = std::find_if(std::begin(entitykinds), std::end(entitykinds),
                                    [&](const entitykind& each) { return each.name == load.text; });
     if (kind == std::end(entitykinds)) return false;
+    readuntil(load, 8);
+    if (load.ended) return false; // without its layer it is nothing
     kind->read(load);
     return load.code == 0 && load.text != "SEQEND";
 }
@@ -501,6 +511,7 @@ void readentities(loading& load) {
         if (load.text == "ENDSEC") return;
         pending = load.code == 0 && !load.ended && readentity(load);
     }
+    logload("The file ends without ENDSEC. It may be cut.");
 }
 
 // The whole file; a failure of a routine that knows no line gets that of the present pair.

@@ -16,7 +16,7 @@ namespace orv {
 // Raises filenotfound and fileaccess, for the material file before the room is changed; then, naming file and
 // line, typemismatch for words in the place of numbers, overflow for numbers that their tables cannot hold
 // (and for an opening of a face above 32767), subscript beyond a capacity of RoomModel. All counts then are
-// 0. A file that ends early gives what stood in it.
+// 0. A file that ends early gives what stood in it, and the log says so.
 void loaddxf(const std::string& name);
 
 } // namespace orv

@@ -46,7 +46,7 @@ void importroom(const char* title, const char* filter, const char* proposal,
     load(*chosen);
     SessionState.geometryFileName = withextension(*chosen, "ray");
     showtitle(SessionState.geometryFileName);
-    showloadedroom();
+    showloadedroom(*chosen);
 }
 
 // The frame of every export. Its dialog, then `save` with the chosen name, which gets the extension when it
@@ -78,7 +78,7 @@ void DXFIN() {
     SessionState.geometryFileName = SessionState.dxfFileName = *chosen;
     showtitle(*chosen);
     loaddxf(*chosen);
-    showloadedroom();
+    showloadedroom(*chosen);
 }
 
 void DXFOUT() {

@@ -117,9 +117,7 @@ void readcolours() {
     const std::string path = datafile("orvcolor.mat");
     const filebytes bytes = readfile(path);
     listreader lines = openlist(bytes, pagetext(path));
-    for (int row = 0;; ++row) {
-        listreader ahead = lines; // empty lines at the end are no colours
-        if (tryreadnumber(ahead).outcome == fieldoutcome::pastend) return;
+    for (int row = 0; !nothingleft(lines); ++row) {
         if (row > highestmaterial)
             inputfailure(lines, errorkind::subscript, "subscript out of range, too many colours");
         SessionState.materialColour(row) = readwhole32(lines);

@@ -147,12 +147,11 @@ std::int32_t readfaces(const std::string& path) {
     progress.size = file.bytes.size;
     const std::int32_t count = readcount(reader, highestface, "faces");
     std::int32_t thickfaces = 0;
-    for (;;) {
-        listreader ahead = reader; // empty lines at the end are no face
-        if (tryreadnumber(ahead).outcome == fieldoutcome::pastend) return count;
+    while (!nothingleft(reader)) {
         readface(reader, thickfaces);
         showprogress(progress, reader.position);
     }
+    return count;
 }
 
 // --- Materials ---

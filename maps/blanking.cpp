@@ -38,11 +38,6 @@ namespace {
 constexpr const char* filepattern = "*.BLN";
 constexpr std::string_view linecommands[] = {"BLNdel", "BLNsave", "BLNnew"};
 
-// Whether only separators are left.
-bool nothingleft(const listreader& file) {
-    return file.buffer.find_first_not_of(" ,\t\r\n\x1A", file.position) == std::string_view::npos;
-}
-
 void widenbox(float x, float y) {
     RoomModel.roomMaxX = std::max(RoomModel.roomMaxX, x);
     RoomModel.roomMinX = std::min(RoomModel.roomMinX, x);
@@ -187,6 +182,9 @@ void loadblanking() {
     giveupline();
     SessionState.gridReady = SessionState.contourReady = 0;
     enableblankingcommands(true);
+    if (BlankingLines.blanklineCount == 0)
+        platform::messagebox("Warning", pagetext(name) + " holds no blanking lines.", platform::buttons::ok,
+                             platform::icon::exclamation, platform::answer::ok);
 }
 
 void BLNload() {

@@ -66,8 +66,8 @@ struct blankingpolygon {
 std::vector<blankingpolygon> blankingpolygons(const std::string& path); // without limits of its own
 
 // Asks for a file and reads it: blankingFile, the lines, the menu entries; a grid or contour map made before
-// is none any more, and a line that is being entered is given up. Raises cancelled, and what readblanking
-// raises.
+// is none any more, and a line that is being entered is given up. A box tells of a file without lines. Raises
+// cancelled, and what readblanking raises.
 void loadblanking();
 
 // A grid or contour map that uses the lines is none any more, since they or their file have changed.

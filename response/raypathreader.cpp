@@ -34,6 +34,7 @@ namespace {
 
 // What is the same for all records of a file.
 struct correction {
+    bool wanted = false; // without beta there is none, whatever alfa is
     double reference = 0, critical = 0, alfa = 0;
     std::array<double, octavebands> weight{};
 };
@@ -41,6 +42,7 @@ struct correction {
 correction presentcorrection() {
     const resultset& R = ResultSet;
     correction now;
+    now.wanted = R.betaConstant > 0;
     // Receiver 0's delay for every receiver; meant.
     now.reference = R.receiverDelay.empty() ? 0 : R.receiverDelay[0];
     now.critical = wide(R.criticalTime);
@@ -52,7 +54,7 @@ correction presentcorrection() {
 // The late energy factor of an arrival, 1 at the reference time and before.
 double latefactor(const correction& now, double time) {
     const double behind = time - now.reference;
-    if (!(behind > 0)) return 1;
+    if (!now.wanted || !(behind > 0)) return 1;
     const double w = lateenergyfactor(now.critical, now.alfa, behind);
     if (std::isnan(w)) throw runtimeerror{errorkind::domain, "the late energy factor cannot be computed"};
     return w;
@@ -89,9 +91,7 @@ void readpoints(listreader& file, raypath& path) {
 
 // Reads one record. Returns false where the file or the load ends.
 bool readrecord(listreader& file, const correction& now) {
-    const std::size_t begin = file.position;
-    if (tryreadnumber(file).outcome == fieldoutcome::pastend) return false; // blank lines behind the last one
-    file.position = begin;
+    if (nothingleft(file)) return false;
     const std::int32_t receiver = readwhole32(file);
     if (receiver > RoomModel.receiverCount) return false;
     if (receiver < 0) subscriptfailure("RayPathSet receiver", receiver, 0, RoomModel.receiverCount);

@@ -294,11 +294,6 @@ std::string_view readname(listreader& file) {
     return line.starts_with('"') && last > 0 ? line.substr(1, last - 1) : line;
 }
 
-// Whether nothing but separators, or an old end-of-text byte, is left.
-bool nothingleft(const listreader& file) {
-    return file.buffer.find_first_not_of(" ,\t\r\n\x1A", file.position) == std::string_view::npos;
-}
-
 void readcurrent(loading& load) {
     readline(load.file);
     readtext(load.file);

@@ -392,18 +392,11 @@ void readrecords(loading& load) {
     }
 }
 
-// The file that sourceName states: as it stands from the current directory, else beside the result.
-std::string sourcepath(const std::string& result) {
-    const std::string stated = utf8text(ResultSet.sourceName);
-    const std::string path = existingpath(stated);
-    return canopen(path) ? path : existingpath(joinpath(directoryof(result), stated));
-}
-
 void loadsource(const std::string& result) {
     resultset& R = ResultSet;
     attempt([&] {
         if (R.sourceName.empty() || R.sourceName == "NONE") return;
-        const std::string path = sourcepath(result);
+        const std::string path = sourcefilepath(R.sourceName, directoryof(result));
         if (filesize(path) > 0) readsourcedescription(path);
     });
     if (R.sourcePower(linearband) == 0) {

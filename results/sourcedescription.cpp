@@ -72,6 +72,11 @@ void storelevel(float& target, double sum) {
 
 } // namespace
 
+std::string sourcefilepath(const std::string& stated, const std::string& beside) {
+    const std::string here = existingpath(namestored(stated, ""));
+    return canopen(here) ? here : existingpath(joinpath(beside, namestored(stated, beside)));
+}
+
 void readsourcefile(const std::string& path, sourcefile& file) {
     const filebytes bytes = readfile(path);
     listreader reader = openlist(bytes, pagetext(path));

@@ -17,6 +17,10 @@ struct sourcefile {
     std::vector<sourceband> bands;
 };
 
+// The path of a source's file whose name stands in a result or room: as it stands from the current directory,
+// else in the directory beside it, there or not.
+std::string sourcefilepath(const std::string& stated, const std::string& beside);
+
 // Reads the file into `file`, where everything up to the first record that cannot be read stands when it
 // raises filenotfound, fileaccess, pastend, typemismatch or overflow.
 void readsourcefile(const std::string& path, sourcefile& file);

@@ -10,6 +10,7 @@
 #include "results/speechindex.h"
 #include "room/geometryreader.h"
 #include "room/geometrywriter.h"
+#include "room/roommodel.h"
 #include "scene/scenedrawing.h"
 #include "shell/filejob.h"
 #include "shell/menucommands.h"
@@ -41,12 +42,21 @@ void enableall(const names& commands) {
     for (const std::string_view name : commands) enablecommand(name, true);
 }
 
+// A file of another kind reads as an empty room; the picture alone would not tell.
+void warnifempty(const std::string& name) {
+    const roommodel& r = RoomModel;
+    if (r.faceCount + r.holeCount + r.doorCount + r.sourceCount + r.receiverCount + r.rayLineCount > 0)
+        return;
+    platform::messagebox("Warning", pagetext(name) + " holds nothing of a room that could be read.",
+                         platform::buttons::ok, platform::icon::exclamation, platform::answer::ok);
+}
+
 void loadroom(const std::string& name) {
     const filejob running;
     SessionState.geometryFileName = name;
     showtitle(name);
     loadgeometry(name);
-    showloadedroom();
+    showloadedroom(name);
 }
 
 void openroom() {
@@ -99,6 +109,7 @@ void loadresultandroom(const std::string& name) {
     if (canopen(beside)) {
         SessionState.geometryFileName = beside;
         loadgeometry(beside);
+        warnifempty(beside);
     } else {
         openroom(); // cancelled, it leaves the former room in memory under the new result
     }
@@ -188,12 +199,14 @@ void showscene() {
         draw2dview(picture, true);
 }
 
-void showloadedroom() {
+void showloadedroom(const std::string& name) {
     enableroomcommands();
     showscene();
-    if (SessionState.parameterSource == 0) return;
-    enablemapcommands();
-    enablecommand("ExportWAV", true);
+    if (SessionState.parameterSource != 0) {
+        enablemapcommands();
+        enablecommand("ExportWAV", true);
+    }
+    warnifempty(name);
 }
 
 void enableroomcommands() {

@@ -37,9 +37,9 @@ void showtitle(const std::string& filename);
 // Draws the scene afresh on the main picture, in 3D when the camera group is shown.
 void showscene();
 
-// What follows a room read from any file: the commands that write it, the scene, and with a result in memory
-// the commands that need both.
-void showloadedroom();
+// What follows a room read from the file `name`: the commands that write it, the scene, and with a result in
+// memory the commands that need both. A box tells that nothing came in.
+void showloadedroom(const std::string& name);
 
 // Enables the commands that need a room in memory, and those that need parameters (contour maps only with a
 // contour step).

@@ -19,14 +19,8 @@ namespace orv {
 
 namespace {
 
-std::string readname(listreader& file) {
-    return namestored(trimboth(readtext(file, listreader::commaends)));
-}
-
-// Blanks, commas and line ends behind the last field.
-void skiprest(listreader& file) {
-    while (!atend(file) && std::string_view(" \t,\r\n").find(file.buffer[file.position]) != std::string::npos)
-        ++file.position;
+std::string_view readname(listreader& file) {
+    return trimboth(readtext(file, listreader::commaends));
 }
 
 // A name as it is written. It stands in quotes, so that it cannot hold one.
@@ -52,13 +46,14 @@ sumjob readjob(const std::string& path) {
     const filebytes bytes = readfile(path);
     listreader file = openlist(bytes, pagetext(path));
     sumjob job;
-    job.directory = readname(file);
-    job.output = readname(file);
-    for (skiprest(file); !atend(file); skiprest(file)) {
+    job.directory = namestored(readname(file), "");
+    job.output = namestored(readname(file));
+    const std::string directory = existingpath(job.directory);
+    while (!nothingleft(file)) {
         if (job.files.size() >= highestinput)
             inputfailure(file, errorkind::subscript,
                          "a sum has at most " + std::to_string(highestinput) + " input files");
-        addjobfile(job, readname(file));
+        addjobfile(job, namestored(readname(file), directory));
         for (std::string& cell : job.files.back().cell) cell = numbertext(readnumber(file));
     }
     return job;

@@ -40,6 +40,7 @@ struct loading {
     optimizerfile& target;
     optimizerfile& other;
     std::string line; // the last line read
+    bool any = false; // receivers
 };
 
 double headervalue(const loading& load) {
@@ -173,6 +174,7 @@ void readblock(loading& load) {
         inputfailure(load.file, errorkind::subscript, "no \"Precision\" stands above the first receiver");
     if (receiver > RoomModel.receiverCount) RoomModel.receiverCount = receiver;
     growtables();
+    load.any = true;
     float& delay = load.target.delay.at(static_cast<std::size_t>(receiver));
     const auto skiplines = [&load](int count) {
         while (count-- > 0) readline(load.file);
@@ -216,6 +218,7 @@ void readrecords(loading& load) {
         platform::yield();
         if (Optimizer.stop) throw runtimeerror{errorkind::cancelled, "The load was stopped."};
     }
+    if (!load.any) throw runtimeerror{errorkind::domain, load.file.name + " holds no receivers."};
 }
 
 // --- The chart ---

@@ -74,8 +74,8 @@ void closeoptimizer();
 // Reads a result as file 0 or 1 and charts it. Stores the header in ResultSet and RoomModel as it stands:
 // the speed of sound and the bands without what a load adds to them. Where the receivers or slots differ from
 // those of the other file, that one is dropped with a beep. Raises filenotfound, fileaccess, typemismatch,
-// pastend and overflow with file and line, overflow beyond 32767 receivers or slots, memory, and cancelled
-// when stopped; the file then counts as not loaded.
+// pastend and overflow with file and line, overflow beyond 32767 receivers or slots, memory, domain for a
+// file without receivers, and cancelled when stopped; the file then counts as not loaded.
 void loadoptimizerfile(const std::string& name, int index);
 
 // Computes the chart from the fields. lastSlot is cut to 3000, which stays so; roomMaxY of RoomModel takes

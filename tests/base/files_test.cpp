@@ -102,6 +102,16 @@ TEST_F(files, AreFoundExactlyFirstThenInAnyCase) {
     EXPECT_EQ(existingpath("Hall/ROOM.ray"), "Hall/Room.Ray"); // the first of two by the alphabet
 }
 
+// A name within a file may be of the page, or already as the file system has it.
+TEST_F(files, StatedInAFileAreTheOnesThatAreThere) {
+    for (const char* name : {"Z\xC3\xBC", "\xF6l", "\xC3\xB6"}) replacefile(name, "");
+    EXPECT_EQ(namestored("Z\xFC", directory.path), "Z\xC3\xBC");
+    EXPECT_EQ(namestored("Z\xC3\xBC", directory.path), "Z\xC3\xBC"); // a text in UTF-8
+    EXPECT_EQ(namestored("\xF6l", directory.path), "\xF6l");         // a name that is no UTF-8
+    EXPECT_EQ(namestored("\xF6", directory.path), "\xC3\xB6");
+    EXPECT_EQ(namestored("\xE4", directory.path), "\xC3\xA4"); // not there
+}
+
 TEST(encodings, TurnThePageIntoUtf8AndBack) {
     for (int byte = 0; byte < 256; ++byte) {
         const std::string letter(1, static_cast<char>(byte));

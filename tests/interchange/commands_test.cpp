@@ -5,6 +5,7 @@
 #include "base/numbertext.h"
 #include "interchange/interchangecommands.h"
 #include "response/responseplot.h"
+#include "shell/workflows.h"
 
 using namespace orv;
 
@@ -54,6 +55,19 @@ TEST_F(exchange, ImportsLeaveTheStateOfALoadedRoom) {
     }
     told.insert(told.begin(), scripted::calls().begin(), scripted::calls().end());
     expectgolden("imports.txt", told);
+}
+
+// Files without anything that is read: the picture alone would not tell.
+TEST_F(exchange, AnEmptyRoomIsTold) {
+    const std::pair<void (*)(), const char*> files[] = {
+        {DXFIN, "0\nSECTION\n2\nENTITIES\n0\nCIRCLE\n0\nENDSEC\n"}, {ImportCatt, ""}, {FLoad, ""}};
+    for (const auto& [run, text] : files) {
+        writetext("other", text);
+        scripted::expectopen(inside("other"));
+        if (run == DXFIN) scripted::expectbox("DXFIN", platform::answer::no);
+        scripted::expectbox("other holds nothing of a room", platform::answer::ok);
+        run();
+    }
 }
 
 // A mesh takes the place of a result's last slot; a missing file, and the other imports, leave the result.

@@ -95,7 +95,7 @@ struct dxf : sessiontest {
 TEST_F(dxf, ReadsEachEntity) {
     std::string text;
     for (const char* layer : {"12", "12ABC", "ABC12", "12.6", "2.5", "2000", "2001", "2005", "ab", "-5",
-                              "WOOD", " wood", "12wOOD", "12WOODS", "CITT\xC0"})
+                              "WOOD", " wood", "12wOOD", "12WOODS", "CITT\xC0", "Citt\xC3\xA0"})
         text += entity("3DFACE", layer, square);
     tell("Materials from layers", text);
     EXPECT_EQ(SessionState.targetY, .5F);
@@ -131,7 +131,7 @@ TEST_F(dxf, ReadsEachEntity) {
 
     tell("Coordinates in front of the layer are lost",
          entity("LINE", "RECEIVERS", "1 2 3 4 5 6") + entity("LINE", "receivers", "9 9 9 9 9 9") +
-             entity("LINE", "RAYS", "1 2 3 6 2 -2") + entity("ATTDEF", "NAMES", "9 9 9") +
+             entity("LINE", "RAYS", "1.4 2 1.2 6.4 2 .9") + entity("ATTDEF", "NAMES", "9 9 9") +
              entity("ATTDEF", "SOURCES", "1 2 3 4 5 6") + "40 8|1 label|2 Omni.spk|70 0|51 .5|" +
              "0 LINE|10 7|20 7|8 RECEIVERS|30 1|");
     expectgolden("dxf.txt", told);
@@ -151,6 +151,9 @@ TEST_F(dxf, TakesPairsLiterally) {
     loadtext(whole.substr(0, whole.rfind("13")), platform::answer::no);
     EXPECT_EQ(counts(), (std::vector<int>{2, 0, 0, 0, 0, 0}));
     EXPECT_EQ(RoomModel.faceVertexX(2, 4), 1.0F); // what the place held last
+    loadtext(whole + pairs("0 3DFACE|5 A1|"), platform::answer::no);
+    EXPECT_EQ(RoomModel.faceCount, 2); // no face without its layer
+    EXPECT_TRUE(scripted::called("log|The file ends without ENDSEC. It may be cut."));
     loadtext("");
     EXPECT_EQ(RoomModel.faceCount, 0);
 }
@@ -163,7 +166,7 @@ TEST_F(dxf, NamesFileLineAndReason) {
     EXPECT_EQ(RoomModel.holeVertexCount(1), holevertices);
     expectrefusals("refuseddxf.txt",
                    {face + "POLYLINE |", "0 3DFACE|8 32768|", "0 3DFACE|8 1|10 1E39|20 1|",
-                    outline("HOLES", holes + " 0 0 0"), doorways},
+                    outline("HOLES", holes + " 0 0 0"), doorways, std::string("\1\0z", 3)},
                    [](const std::string& entities) { load(entities); });
     load(face);
     std::filesystem::remove("orvanta.mat"); // which is read before the room is emptied

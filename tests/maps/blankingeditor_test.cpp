@@ -126,6 +126,7 @@ TEST_F(editortest, EscapeThrowsTheLineAway) {
     runcommand("BLNadd");
     writetext(inside("none.bln"), "");
     scripted::expectopen(inside("none.bln"));
+    scripted::expectbox("holds no blanking lines", platform::answer::ok);
     runcommand("BLNload");
     EXPECT_FALSE(lineeditoractive());
 }

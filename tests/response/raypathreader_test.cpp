@@ -16,6 +16,7 @@ struct pathfiles : resultsession {
         ResultSet.receiverDelay = {0.01, 7, 7, 7}; // entry 0 counts for all
         ResultSet.criticalTime = 0.05F;
         ResultSet.alfaConstant = 0.8F;
+        ResultSet.betaConstant = 1;
     }
 
     std::string path(const std::string& bytes) const {
@@ -27,7 +28,7 @@ struct pathfiles : resultsession {
 
 TEST_F(pathfiles, recordsFillTheStore) {
     const std::string record = std::string("2,5,.01") + energies + "2,3,.5,-1,2,4,1,6,7\r\n";
-    loadpaths("1, 2 .03" + std::string(energies) + "0\r\n" + record + "3,4,.5" + energies + "0\r\n\r\n");
+    loadpaths("1, 2 .03" + std::string(energies) + "0\r\n" + record + "3,4,.5" + energies + "0\r\n\r\n\x1A");
     EXPECT_EQ(RayPathSet.pathCountOf, (std::vector<std::int32_t>{3, 1, 1, 1}));
     EXPECT_TRUE(SessionState.pathsExist);
     const raypath& two = *findpath(2, 1);
@@ -53,6 +54,10 @@ TEST_F(pathfiles, recordsFillTheStore) {
     EXPECT_EQ(scripted::countcalls("status 2| "), 3U);
     EXPECT_EQ(scripted::countcalls("yield"), 3U);
     EXPECT_EQ(scripted::statustext(1) + scripted::statustext(2), "");
+
+    ResultSet.betaConstant = ResultSet.alfaConstant = 0; // no beta, no correction, whatever alfa is
+    loadpaths("1,2,.5" + std::string(energies) + "0");
+    EXPECT_EQ(findpath(1, 1)->energy[10], 10.0F);
 }
 
 TEST_F(pathfiles, pointsBeyondTheTenthAreDropped) {
