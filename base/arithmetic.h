@@ -22,6 +22,11 @@ double squareroot(double value);
 // broken exponent, 0 to a negative power) and overflow where no double holds it.
 double power(double base, double exponent);
 
+// A stored single-precision value as the double that everything is computed in.
+constexpr double wide(float value) {
+    return value;
+}
+
 // The value as a single-precision number, rounded to nearest. Raises overflow when it does not fit, and
 // for NaN.
 float single(double value);

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -35,6 +36,8 @@ constexpr std::array<std::uint16_t, 32> pageletters = {
     0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+std::vector<std::string> unfinished; // the files that are going to replace another
 
 [[noreturn]] void failed(errorkind kind, const std::string& path, const std::string& reason) {
     throw runtimeerror{kind, pagetext(path) + ": " + reason + "."};
@@ -225,10 +228,12 @@ filewriter::filewriter(const std::string& name) : path(name), target(name) {
         file = std::fopen(fresh.c_str(), "wbx");
     }
     if (!file) notwritten(path, errno);
+    unfinished.push_back(fresh);
     if (fs::exists(status)) fs::permissions(fresh, status.permissions(), error);
 }
 
 filewriter::~filewriter() {
+    std::erase(unfinished, fresh);
     if (!file) return;
     std::fclose(file);
     std::error_code error;
@@ -247,17 +252,20 @@ void filewriter::flush() {
 
 void filewriter::finish() {
     flush();
+    std::erase(unfinished, fresh);
     const bool closed = std::fclose(std::exchange(file, nullptr)) == 0;
     const int reason = errno;
-    std::error_code error;
-    if (closed && fresh.empty()) return;
-    if (closed) fs::rename(fresh, target, error);
+    std::error_code error, ignored;
+    if (closed && !fresh.empty()) fs::rename(fresh, target, error);
     if (closed && !error) return;
-    const std::string message = error.message();
-    std::error_code ignored;
     if (!fresh.empty()) fs::remove(fresh, ignored);
     if (!closed) notwritten(path, reason);
-    failed(errorkind::fileaccess, path, "the file cannot be replaced (" + message + ")");
+    failed(errorkind::fileaccess, path, "the file cannot be replaced (" + error.message() + ")");
+}
+
+void dropunfinished() {
+    std::error_code error;
+    for (const std::string& path : unfinished) fs::remove(path, error);
 }
 
 bool canopen(const std::string& path) {

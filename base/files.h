@@ -41,7 +41,8 @@ private:
 void replacefile(const std::string& path, std::string_view bytes);
 
 // A file that is written piece by piece and takes the place of the old one when it is finished. Given up
-// before that, by a failure or otherwise, it leaves the old file as it was and nothing beside it.
+// before that, by a failure or otherwise, it leaves the old file as it was and nothing beside it (see also
+// dropunfinished).
 struct filewriter {
     explicit filewriter(const std::string& name); // raises fileaccess
     ~filewriter();
@@ -58,19 +59,23 @@ private:
     std::FILE* file = nullptr;
 };
 
+// Takes away what filewriters have begun and not finished, for an end of the program that destroys nothing.
+// Raises nothing.
+void dropunfinished();
+
 // Whether the path can be opened for reading as a file. Raises nothing.
 bool canopen(const std::string& path);
 
-// Size in bytes. Raises filenotfound.
+// Size in bytes. Raises filenotfound and fileaccess.
 std::uint64_t filesize(const std::string& path);
 
-// Time of the last change, in nanoseconds since an epoch that is the same for all files. Raises
-// filenotfound.
+// Time of the last change, in nanoseconds since an epoch that is the same for all files. Raises filenotfound
+// and fileaccess.
 std::int64_t filedate(const std::string& path);
 
-// The path as it exists on disk: itself when it is there, else the one beside it whose name differs only in
-// letter case, else itself. Backslashes are taken as the platform's separator when the path is not found
-// as it stands.
+// The path as it exists on disk: itself when it is there, else the one whose directories and name differ from
+// it only in letter case (of several the first in alphabetical order), else itself. Backslashes are taken as
+// the platform's separator when the path is not found as it stands.
 std::string existingpath(const std::string& path);
 
 // Directory and name joined by the platform's separator; an empty directory gives the name, an absolute name
@@ -88,8 +93,8 @@ std::string withextension(const std::string& path, const std::string& extension)
 // The path as it is when its file name has an extension, in the same sense, else with this one.
 std::string completedname(const std::string& path, const std::string& extension);
 
-// The name without its last `count` characters, as names beside each other are made; a character may be
-// several bytes. Raises domain for a shorter name.
+// The name without its last `count` characters, from which the names of the files beside it are made; a
+// character may be several bytes. Raises domain for a shorter name.
 std::string withoutlast(const std::string& name, int count);
 
 // Code page 1252 and UTF-8, the file system's encoding. A character that the page has no letter for, and a

@@ -29,12 +29,11 @@ bool isplace(char c) {
 // appendwritten.
 bool appendquickly(std::string& text, double value, int places, const numberpattern& parts) {
     if (parts.thousands || parts.forcedwhole > mostplaces || parts.forceddecimals > mostplaces) return false;
-    scalednumber number; // zero as it is
-    if (value != 0 && !scaledigits(std::fabs(value), places, number)) return false;
-    if (number.decimals < 0 || number.decimals > mostplaces) return false;
-    int decimals = std::min(number.decimals, parts.decimals);
-    const std::uint64_t cut = powers[static_cast<std::size_t>(number.decimals - decimals)];
-    std::uint64_t rest = (number.whole + cut / 2) / cut;
+    const auto number = value == 0 ? scalednumber{} : scaledigits(std::fabs(value), places);
+    if (!number || number->decimals < 0 || number->decimals > mostplaces) return false;
+    int decimals = std::min(number->decimals, parts.decimals);
+    const std::uint64_t cut = powers[static_cast<std::size_t>(number->decimals - decimals)];
+    std::uint64_t rest = (number->whole + cut / 2) / cut;
     for (; decimals > parts.forceddecimals && rest % 10 == 0; --decimals) rest /= 10;
 
     char form[64];

@@ -2,9 +2,12 @@
 #include "base/listinput.h"
 
 #include "base/arithmetic.h"
+#include "base/exactpowers.h"
 #include "base/numbertext.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace orv {
 
@@ -128,12 +131,6 @@ bool isupper(unsigned char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7);
 }
 
-// Powers of ten that a double holds exactly, as it does every number of fifteen digits.
-constexpr double exactpower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr int highestexact = 22;
-constexpr int exactdigits = 15;
-
 struct plainnumber {
     double value = 0;
     const char* behind = nullptr; // the character behind it, or null for a number that is not plain
@@ -159,7 +156,7 @@ inline plainnumber readplain(const char* at, const char* end) {
         digits += at - from;
         power = -static_cast<int>(at - from);
     }
-    if (digits == 0 || digits > exactdigits) return {};
+    if (digits == 0 || digits > exactplaces) return {};
     if (at != end && (*at == 'E' || *at == 'e' || *at == 'D' || *at == 'd')) {
         const char* ahead = at + 1;
         const bool down = ahead != end && *ahead == '-';
@@ -172,8 +169,7 @@ inline plainnumber readplain(const char* at, const char* end) {
         at = ahead + 2;
     }
     if (power < -highestexact || power > highestexact) return {};
-    const auto exact = static_cast<double>(mantissa);
-    const double magnitude = power < 0 ? exact / exactpower[-power] : exact * exactpower[power];
+    const double magnitude = timespoweroften(static_cast<double>(mantissa), power);
     return {negative ? -magnitude : magnitude, at};
 }
 
@@ -323,20 +319,20 @@ float readsingle(listreader& reader) {
     return readconverted(reader, single);
 }
 
-void readsingles(listreader& reader, float* values, int count) {
+void readsingles(listreader& reader, std::span<float> values) {
     const char* const begin = reader.buffer.data();
     const char* const end = begin + reader.buffer.size();
     const char* at = begin + reader.position;
-    for (int i = 0; i < count; ++i) {
+    for (float& value : values) {
         const plainnumber plain = readplainfield(at, end);
-        values[i] = static_cast<float>(plain.value); // of at most 37 digits, which a single always holds
+        value = static_cast<float>(plain.value); // of at most 37 digits, which a single always holds
         if (plain.behind) {
             at = plain.behind;
             reader.insidelineend = false;
             continue;
         }
         reader.position = static_cast<std::size_t>(at - begin);
-        values[i] = readsingle(reader);
+        value = readsingle(reader);
         at = begin + reader.position;
     }
     reader.position = static_cast<std::size_t>(at - begin);
@@ -357,6 +353,10 @@ std::int16_t readwhole16(listreader& reader) {
 
 std::int32_t readwhole32(listreader& reader) {
     return readconverted(reader, whole32);
+}
+
+double progressblocks(const listreader& reader) {
+    return std::nearbyint(static_cast<double>(reader.buffer.size()) / progressblock);
 }
 
 std::string_view behindmark(std::string_view text, char mark) {

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -76,13 +77,17 @@ double readnumber(listreader& reader);
 
 // A numeric field stored as single precision, or turned into a whole number (nearest, halves to even).
 float readsingle(listreader& reader);
-void readsingles(listreader& reader, float* values, int count); // one after another; raises at the first
+void readsingles(listreader& reader, std::span<float> values); // one after another; raises at the first
 std::int16_t readwhole16(listreader& reader);
 std::int32_t readwhole32(listreader& reader);
 
 // A single before a text that is the rest of its line as it stands: behind the number only one blank or comma
 // is taken, and no line end.
 float readsinglebeforetext(listreader& reader);
+
+// Loads tell their progress in blocks of so many bytes; how many of them a file has, halves to even.
+constexpr std::size_t progressblock = 128;
+double progressblocks(const listreader& reader);
 
 // What stands behind the first `mark` of a text, or the whole text when it has none, as settings and header
 // values are found.

@@ -1,4 +1,4 @@
-// Writing text files: the two line forms, and whole files that replace the old one.
+// Writing text files: their two line forms.
 #pragma once
 
 #include <cstdint>

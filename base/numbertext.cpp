@@ -1,6 +1,7 @@
 // Numbers as text and text as numbers.
 #include "base/numbertext.h"
 
+#include "base/exactpowers.h"
 #include "base/runtimeerror.h"
 
 #include <bit>
@@ -14,17 +15,17 @@ namespace {
 
 constexpr int plainplaces = 7; // digits a number text shows, and the places its plain form may take
 
-// Powers of ten that a double holds exactly.
-constexpr double exactpower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr int highestexact = 22;
-constexpr int exactplaces = 15; // digits of which a double holds every number and every half
-constexpr std::uint64_t exactmantissa = std::uint64_t{1} << 53;
+constexpr std::uint64_t exactwhole = std::uint64_t{1} << 53; // a double holds every whole number up to this
+constexpr int wholeplaces = 19;                              // digits of any number that 64 bits hold
+constexpr int mostexponent = 100000;                         // beyond all that a double tells apart
+
+constexpr int alldigits = 767;        // that the exact value of a double can have
+constexpr std::size_t formsize = 800; // room for them with point and exponent
 
 // Writes the value's digits in scientific form, `places` of them, and returns the exponent of ten. The
 // library rounds exact ties to even.
 int scientific(double magnitude, int places, char* digits) {
-    char form[800];
+    char form[formsize];
     const auto end =
         std::to_chars(form, form + sizeof form, magnitude, std::chars_format::scientific, places - 1).ptr;
     digits[0] = form[0];
@@ -37,11 +38,11 @@ int scientific(double magnitude, int places, char* digits) {
 
 // Whether the exact value stands halfway between two numbers of `places` digits.
 bool halfway(double magnitude, int places) {
-    char digits[800];
+    char digits[formsize];
     scientific(magnitude, places + 1, digits);
     if (digits[places] != '5') return false;
-    // Most numbers that look like a tie are none, which a few more digits show; all 767 decide the rest.
-    for (const int depth : {places + 12, 767}) {
+    // Most numbers that look like a tie are none, which a few more digits show; all of them decide the rest.
+    for (const int depth : {places + 12, alldigits}) {
         scientific(magnitude, depth, digits);
         if (digits[places] != '5') return false;
         for (int i = places + 1; i < depth; ++i)
@@ -72,32 +73,94 @@ bool isdigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+// What stands in front of an exponent.
+struct mantissa {
+    std::uint64_t whole = 0; // of the digits that fit
+    int digits = 0;          // how many those are, from the first that is not 0
+    int power = 0;           // of ten, times which `whole` is meant
+    bool seen = false;       // there is a digit at all
+    bool cut = false;        // some other than 0 did not fit
+};
+
+// Takes digits with at most one point among them.
+mantissa takemantissa(const char*& at, const char* end) {
+    mantissa taken;
+    bool point = false;
+    for (; at != end; ++at) {
+        const auto digit = static_cast<unsigned>(static_cast<unsigned char>(*at) - '0');
+        if (digit <= 9) {
+            taken.seen = true;
+            if (taken.digits < wholeplaces) {
+                taken.whole = taken.whole * 10 + digit;
+                if (taken.whole != 0) ++taken.digits;
+                taken.power -= point;
+            } else {
+                taken.cut = taken.cut || digit != 0;
+                taken.power += !point;
+            }
+        } else if (*at == '.' && !point) {
+            point = true;
+        } else {
+            break;
+        }
+    }
+    return taken;
+}
+
+// Takes an exponent, only if a digit follows its letter and sign; 0 where there is none.
+int takeexponent(const char*& at, const char* end) {
+    if (at == end || !(*at == 'E' || *at == 'e' || *at == 'D' || *at == 'd')) return 0;
+    const char* ahead = at + 1;
+    const bool down = ahead != end && *ahead == '-';
+    if (ahead != end && (*ahead == '-' || *ahead == '+')) ++ahead;
+    if (ahead == end || !isdigit(*ahead)) return 0;
+    int exponent = 0;
+    for (; ahead != end && isdigit(*ahead); ++ahead)
+        if (exponent < mostexponent) exponent = exponent * 10 + (*ahead - '0');
+    at = ahead;
+    return down ? -exponent : exponent;
+}
+
+// The value of a mantissa, as it was read and as it is written, with its exponent.
+numberprefix magnitudeof(const mantissa& read, std::string_view written, int exponent) {
+    numberprefix result;
+    const int power = read.power + exponent;
+    if (read.whole == 0) return result;
+    if (!read.cut && read.whole <= exactwhole && power >= -highestexact && power <= highestexact) {
+        result.value = timespoweroften(static_cast<double>(read.whole), power);
+        return result;
+    }
+    const std::string plain = std::string(written) + 'e' + std::to_string(exponent);
+    if (std::from_chars(plain.data(), plain.data() + plain.size(), result.value).ec ==
+        std::errc::result_out_of_range) {
+        result.overflow = read.digits + power > 0; // else it is too small, which is 0
+        result.value = 0;
+    }
+    return result;
+}
+
 } // namespace
 
 // One product with an exact power of ten. It is rounded by half a unit of its last place at most, so that
 // only a product that reads exactly as a half may stand on either side of it; there its remainder, which a
 // double holds, decides.
-bool scaledigits(double magnitude, int places, scalednumber& result) {
-    if (places > exactplaces) return false;
-    const auto atpower = [magnitude](int power) {
-        return power < 0 ? magnitude / exactpower[-power] : magnitude * exactpower[power];
-    };
+std::optional<scalednumber> scaledigits(double magnitude, int places) {
+    if (places > exactplaces) return std::nullopt;
     const int binary = static_cast<int>(std::bit_cast<std::uint64_t>(magnitude) >> 52) - 1023;
     int power = places - 1 - binary * 1233 / 4096; // log10 2, which gives the decimal exponent or one beside
-    if (power < 1 - highestexact || power > highestexact - 1) return false;
-    double scaled = atpower(power);
+    if (power < 1 - highestexact || power > highestexact - 1) return std::nullopt;
+    double scaled = timespoweroften(magnitude, power);
     if (scaled >= exactpower[places]) {
-        scaled = atpower(--power);
+        scaled = timespoweroften(magnitude, --power);
     } else if (scaled < exactpower[places - 1]) {
-        scaled = atpower(++power);
+        scaled = timespoweroften(magnitude, ++power);
     }
     std::uint64_t whole = static_cast<std::uint64_t>(scaled);
     const double beside = scaled - static_cast<double>(whole) - 0.5;
     if (beside > 0 || (beside == 0 && (power < 0 ? std::fma(-scaled, exactpower[-power], magnitude)
                                                  : std::fma(magnitude, exactpower[power], -scaled)) >= 0))
         ++whole;
-    result = {whole, power};
-    return true;
+    return scalednumber{whole, power};
 }
 
 decimaldigits significantdigits(double value, int places) {
@@ -105,15 +168,14 @@ decimaldigits significantdigits(double value, int places) {
     if (value == 0) return result;
     result.negative = value < 0;
     const double magnitude = std::fabs(value);
-    if (scalednumber scaled; scaledigits(magnitude, places, scaled)) {
+    if (const auto scaled = scaledigits(magnitude, places)) {
         result.count = places;
-        result.point = places - scaled.decimals;
-        auto rest = static_cast<std::uint64_t>(exactpower[places]);
-        if (scaled.whole >= rest) { // the step up went through all digits
-            scaled.whole /= 10;
+        result.point = places - scaled->decimals;
+        std::uint64_t rest = scaled->whole;
+        if (rest >= static_cast<std::uint64_t>(exactpower[places])) { // the step up went through all digits
+            rest /= 10;
             ++result.point;
         }
-        rest = scaled.whole;
         for (int i = places; i-- > 0; rest /= 10)
             result.digit[static_cast<std::size_t>(i)] = static_cast<char>('0' + rest % 10);
         dropzeros(result);
@@ -123,7 +185,7 @@ decimaldigits significantdigits(double value, int places) {
     int power = scientific(magnitude, places, digits);
     // The library took the even neighbour of a tie; an odd last digit means that it went up already.
     if ((digits[places - 1] - '0') % 2 == 0 && halfway(magnitude, places)) {
-        char below[800];
+        char below[formsize];
         scientific(magnitude, places + 1, below);
         if (std::memcmp(below, digits, static_cast<std::size_t>(places)) == 0 && stepup(digits, places))
             ++power;
@@ -233,71 +295,15 @@ numberprefix readprefix(std::string_view text) {
     const char* const end = begin + text.size();
     const char* at = begin;
     const bool negative = at != end && *at == '-';
-    if (at != end && (*at == '-' || *at == '+')) ++at;
-
-    // Mantissa: digits with at most one point among them.
-    const char* const mantissabegin = at;
-    std::uint64_t mantissa = 0;
-    int digits = 0; // significant ones taken into the mantissa
-    int scale = 0;  // power of ten that the mantissa is to be multiplied by
-    bool seen = false;
-    bool point = false;
-    bool cut = false; // the mantissa does not hold every digit
-    for (; at != end; ++at) {
-        const auto d = static_cast<unsigned>(static_cast<unsigned char>(*at) - '0');
-        if (d <= 9) {
-            seen = true;
-            if (digits < 19) {
-                mantissa = mantissa * 10 + d;
-                if (mantissa != 0) ++digits;
-                scale -= point;
-            } else {
-                cut = cut || d != 0;
-                scale += !point;
-            }
-        } else if (*at == '.' && !point) {
-            point = true;
-        } else {
-            break;
-        }
-    }
-    if (!seen) return {};
-    const char* const mantissaend = at;
-
-    // Exponent: only if a digit follows the letter and its sign.
-    int exponent = 0;
-    if (at != end && (*at == 'E' || *at == 'e' || *at == 'D' || *at == 'd')) {
-        const char* ahead = at + 1;
-        const bool down = ahead != end && *ahead == '-';
-        if (ahead != end && (*ahead == '-' || *ahead == '+')) ++ahead;
-        if (ahead != end && isdigit(*ahead)) {
-            for (; ahead != end && isdigit(*ahead); ++ahead)
-                if (exponent < 100000) exponent = exponent * 10 + (*ahead - '0');
-            if (down) exponent = -exponent;
-            at = ahead;
-        }
-    }
-
-    numberprefix result;
+    if (negative || (at != end && *at == '+')) ++at;
+    const char* const digits = at;
+    const mantissa read = takemantissa(at, end);
+    if (!read.seen) return {};
+    const std::string_view written(digits, at);
+    const int exponent = takeexponent(at, end);
+    numberprefix result = magnitudeof(read, written, exponent);
     result.length = static_cast<std::size_t>(at - begin);
-    const int power = scale + exponent;
-    double magnitude = 0;
-    if (mantissa == 0) {
-        magnitude = 0;
-    } else if (!cut && mantissa <= exactmantissa && power >= -highestexact && power <= highestexact) {
-        // Both factors are exact, so that the one rounding of the operation gives the nearest double.
-        magnitude = power < 0 ? static_cast<double>(mantissa) / exactpower[-power]
-                              : static_cast<double>(mantissa) * exactpower[power];
-    } else {
-        std::string plain(mantissabegin, mantissaend);
-        plain.append(1, 'e').append(std::to_string(exponent));
-        const auto parsed = std::from_chars(plain.data(), plain.data() + plain.size(), magnitude);
-        if (parsed.ec == std::errc::result_out_of_range) {
-            result.overflow = digits + power > 0; // else it is too small, which is 0
-            magnitude = 0;
-        }
-    }
-    result.value = negative ? -magnitude : magnitude;
+    if (negative) result.value = -result.value;
     return result;
 }
 

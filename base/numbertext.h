@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,17 +40,17 @@ struct decimaldigits {
 // The first `places` (1..17) significant digits of a finite value, halves away from zero.
 decimaldigits significantdigits(double value, int places);
 
-// The first `places` significant digits of a finite magnitude above 0 as one whole number, halves up, which
-// is the magnitude times ten to the power of `decimals`; false where one product cannot tell it, which
-// significantdigits can.
+// The same digits rounded to `decimals` (0 or more) places behind the point, halves away from zero.
+decimaldigits roundedto(const decimaldigits& digits, int decimals);
+
+// The first `places` significant digits of a finite magnitude above 0 as one whole number, halves up: the
+// magnitude times ten to the power of `decimals`. The quick way for usual numbers; none where one product
+// cannot tell the digits, which significantdigits can.
 struct scalednumber {
     std::uint64_t whole = 0; // up to ten to the power of `places`, which it is when all digits round up
     int decimals = 0;
 };
-bool scaledigits(double magnitude, int places, scalednumber& result);
-
-// The same digits rounded to `decimals` (0 or more) places behind the point, halves away from zero.
-decimaldigits roundedto(const decimaldigits& digits, int decimals);
+std::optional<scalednumber> scaledigits(double magnitude, int places);
 
 // What a number reads as: its value, and how many characters of the text belong to it (0 when the text
 // begins with no number). `overflow` is set when it is too large for a double; one too small is 0.

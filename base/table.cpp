@@ -1,6 +1,8 @@
 // The message of a wrong subscript.
 #include "base/table.h"
 
+#include <string>
+
 namespace orv {
 
 void subscriptfailure(std::string_view table, long long index, long long lowest, long long highest) {

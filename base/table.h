@@ -9,7 +9,6 @@
 
 #include <array>
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 namespace orv {

@@ -4,6 +4,7 @@
 
 #include "export/wavexport.h"
 #include "platform/qt/boundary.h"
+#include "platform/qt/elidedlabel.h"
 #include "platform/qt/platformqt.h"
 #include "platform/qt/qttext.h"
 #include "platform/qt/windowhook.h"
@@ -36,7 +37,8 @@ void showexportdialog(bool) {
     QObject::connect(form.FileRadix, &QLineEdit::textEdited, &dialog,
                      [](const QString& text) { enter([&] { typeradix(corepath(text)); }); });
     // A path may be too long for the field.
-    QObject::connect(form.FileRadix, &QLineEdit::textChanged, form.FileRadix, &QWidget::setToolTip);
+    QObject::connect(form.FileRadix, &QLineEdit::textChanged, form.FileRadix,
+                     [&form](const QString& path) { form.FileRadix->setToolTip(tooltipof(path)); });
     QObject::connect(form.Command2, &QPushButton::clicked, &dialog, &QDialog::reject);
     QObject::connect(&dialog, &QDialog::finished, &dialog, [] { enter(stopexport); });
 

@@ -2,6 +2,7 @@
 // ray path file for three receivers.
 #include "base/files.h"
 #include "fuzz/fuzzscratch.h"
+#include "platform/keycodes.h"
 #include "response/raypathdisplay.h"
 #include "response/raypathreader.h"
 #include "response/raypathset.h"
@@ -66,8 +67,8 @@ void showpaths() {
         orv::platform::setvisible("Frame1", solid);
         for (int r = 1; r <= receivers; ++r) {
             orv::choosereceiver(r);
-            orv::presskey(orv::plotend, "");
-            orv::presskey(orv::plotleft, "");
+            orv::presskey(orv::keyend, "");
+            orv::presskey(orv::keyleft, "");
         }
     }
 }

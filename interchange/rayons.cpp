@@ -68,7 +68,7 @@ std::string companion(const std::string& name, const char* extension) {
 
 roompoint readpoint(listreader& reader) {
     float coordinate[3];
-    readsingles(reader, coordinate, 3);
+    readsingles(reader, coordinate);
     return {coordinate[0], coordinate[1], coordinate[2]};
 }
 

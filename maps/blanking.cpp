@@ -39,10 +39,6 @@ namespace {
 constexpr const char* filepattern = "*.BLN";
 constexpr std::string_view linecommands[] = {"BLNdel", "BLNsave", "BLNnew"};
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
-
 void widenbox(float x, float y) {
     RoomModel.roomMaxX = std::max(RoomModel.roomMaxX, x);
     RoomModel.roomMinX = std::min(RoomModel.roomMinX, x);

@@ -27,10 +27,6 @@ constexpr std::int32_t fewestpoints = 4; // of a closed line, the repeated one a
 constexpr double crossshare = 200;       // of the window's width: half an arm of the cross
 constexpr std::int32_t white = rgb(255, 255, 255);
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
-
 struct linepoint {
     double x, y;
 };

@@ -36,10 +36,9 @@ namespace orv {
 namespace {
 
 constexpr std::int32_t highestcolour = 255;
-constexpr std::size_t paletteoffset = 8;   // of level index 0
-constexpr std::int32_t levelmiddle = 8;    // of a level's sixteenth of the level indices
-constexpr double usualcount = 10000;       // of the points of a line that states none
-constexpr std::size_t progressblock = 128; // bytes
+constexpr std::size_t paletteoffset = 8; // of level index 0
+constexpr std::int32_t levelmiddle = 8;  // of a level's sixteenth of the level indices
+constexpr double usualcount = 10000;     // of the points of a line that states none
 
 constexpr std::array<std::int32_t, highestcolour + 1> makelevels() {
     std::array<std::int32_t, highestcolour + 1> levels{};
@@ -103,11 +102,8 @@ std::int32_t linecolour(const contourreading& reading) {
 }
 
 picturepoint pictured(const contourreading& reading) {
-    picturepoint p{reading.pointX, reading.pointY};
-    if (!reading.solid) return p;
-    const modelpoint point = fromplane(p, static_cast<double>(SessionState.mapThirdCoordinate));
-    projectpoint(point.x, point.y, point.z, p.x, p.y);
-    return p;
+    const picturepoint p{reading.pointX, reading.pointY};
+    return reading.solid ? projectpoint(fromplane(p, wide(SessionState.mapThirdCoordinate))) : p;
 }
 
 void drawpolyline(contourreading& reading) {

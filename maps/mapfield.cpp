@@ -30,10 +30,6 @@ constexpr struct {
 } levelsteps[] = {{0.2, 0.02}, {0.5, 0.05}, {1, 0.1}, {2, 0.2}, {5, 0.5}, {10, 1}, {20, 2}, {50, 5}};
 constexpr double smalleststep = 0.01;
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
-
 struct mapbox {
     double lo1, hi1, lo2, hi2;
 };

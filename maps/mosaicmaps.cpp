@@ -105,10 +105,7 @@ void eachcell(const mosaic& map, step&& paint) {
 }
 
 picturepoint projected(const mosaic& map, double p, double q) {
-    const modelpoint point = fromplane({p, q}, map.third, map.plane);
-    picturepoint out;
-    projectpoint(point.x, point.y, point.z, out.x, out.y);
-    return out;
+    return projectpoint(fromplane({p, q}, map.third, map.plane));
 }
 
 } // namespace

@@ -29,10 +29,6 @@ namespace {
 constexpr double inset = 0.1; // of a cell, between the rectangle of the map and the outer nodes
 constexpr std::string_view expertcommands[] = {"SurfTopo", "SurfSurf", "SurfPlot", "SurfSetP"};
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
-
 // --- Progress on the picture ---
 
 void startlog(const char* line) {
@@ -131,7 +127,7 @@ bool takegrid() {
         return false;
     }
     float edges[6]; // xlo xhi ylo yhi zlo zhi
-    readsingles(file, edges, 6);
+    readsingles(file, edges);
     if (SessionState.autorange) chooselevels(edges[4], edges[5]);
     for (std::int32_t j = 0; j < SessionState.Ny; ++j) {
         for (std::int32_t i = 0; i < SessionState.Nx; ++i) MapGrid(j, i) = readsingle(file);

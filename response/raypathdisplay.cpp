@@ -1,6 +1,7 @@
 // The path under the cursor, drawn into the scene and out of it again.
 #include "response/raypathdisplay.h"
 
+#include "base/arithmetic.h"
 #include "platform/platform.h"
 #include "response/raypathset.h"
 #include "response/responselevels.h"
@@ -23,10 +24,6 @@ namespace orv {
 namespace {
 
 constexpr double facewidth = 3; // pixels of the outline of a face that is hit
-
-double wide(float value) {
-    return static_cast<double>(value);
-}
 
 // The path's corners behind its source: reflections, then the receiver. A stated count below 0 has neither.
 template <class step>
@@ -66,7 +63,7 @@ void outlineface(drawnpath& into, std::int32_t face) {
     const int n = RoomModel.faceVertexCount(face);
     for (int k = 1; k <= n; ++k)
         into.strokes.push_back(
-            {projected(facepoint(face, k)), projected(facepoint(face, k < n ? k + 1 : 1)), facewidth});
+            {projectpoint(facepoint(face, k)), projectpoint(facepoint(face, k < n ? k + 1 : 1)), facewidth});
 }
 
 // A path in the present view; none for one that is not drawn.
@@ -74,7 +71,7 @@ std::optional<drawnpath> placedpath(std::int32_t path, std::int32_t receiver) {
     const raypath* const found = findpath(receiver, path);
     if (!found || !isdrawable(*found)) return std::nullopt;
     const bool solid = platform::isvisible("Frame1");
-    const auto place = [solid](const modelpoint& p) { return solid ? projected(p) : inplane(p); };
+    const auto place = [solid](const modelpoint& p) { return solid ? projectpoint(p) : inplane(p); };
     picturepoint last = place(sourcepoint(found->source));
     drawnpath placed{SessionState.colourRays, last, {}};
     eachcorner(*found, receiver, [&](const modelpoint& corner, std::int32_t face) {

@@ -22,6 +22,7 @@
 #include "shell/sessionstate.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numeric>
 #include <utility>
@@ -30,8 +31,6 @@
 namespace orv {
 
 namespace {
-
-constexpr double progressblock = 128; // bytes
 
 // What is the same for all records of a file.
 struct correction {
@@ -46,18 +45,17 @@ correction presentcorrection() {
     now.wanted = R.betaConstant > 0;
     // Receiver 0's delay for every receiver; meant.
     now.reference = R.receiverDelay.empty() ? 0 : R.receiverDelay[0];
-    now.critical = static_cast<double>(R.criticalTime);
-    now.alfa = static_cast<double>(R.alfaConstant);
-    for (std::size_t i = 0; i < octavebands; ++i)
-        now.weight[i] = static_cast<double>(SessionState.aWeight[i + 1]);
+    now.critical = wide(R.criticalTime);
+    now.alfa = wide(R.alfaConstant);
+    for (std::size_t i = 0; i < octavebands; ++i) now.weight[i] = wide(SessionState.aWeight[i + 1]);
     return now;
 }
 
-// W = 1 - exp(-(criticalTime / d) ^ alfa) at d s behind the reference time, 1 at 0 and before.
+// The late energy factor of an arrival, 1 at the reference time and before.
 double latefactor(const correction& now, double time) {
-    const double d = time - now.reference;
-    if (!now.wanted || !(d > 0)) return 1;
-    const double w = 1 - std::exp(-std::pow(now.critical / d, now.alfa));
+    const double behind = time - now.reference;
+    if (!now.wanted || !(behind > 0)) return 1;
+    const double w = lateenergyfactor(now.critical, now.alfa, behind);
     if (std::isnan(w)) throw runtimeerror{errorkind::domain, "the late energy factor cannot be computed"};
     return w;
 }
@@ -68,7 +66,7 @@ void readenergies(listreader& file, const correction& now, raypath& path) {
     double weighted = 0, linear = 0;
     for (std::size_t i = 0; i < octavebands; ++i) {
         path.energy[i + 1] = single(quotient(readnumber(file), w));
-        const auto stored = static_cast<double>(path.energy[i + 1]);
+        const auto stored = wide(path.energy[i + 1]);
         linear += stored;
         weighted += stored * now.weight[i];
     }
@@ -83,7 +81,7 @@ void readpoints(listreader& file, raypath& path) {
         const auto i = static_cast<std::size_t>(j);
         path.face[i] = readwhole32(file);
         float place[3];
-        readsingles(file, place, 3);
+        readsingles(file, place);
         path.x[i] = place[0];
         path.y[i] = place[1];
         path.z[i] = place[2];
@@ -118,7 +116,7 @@ bool readrecord(listreader& file, const correction& now) {
 
 void readrecords(listreader& file) {
     const correction now = presentcorrection();
-    const double blocks = std::nearbyint(static_cast<double>(file.buffer.size()) / progressblock);
+    const double blocks = progressblocks(file);
     double percent = -1;
     std::string progress;
     for (std::int64_t record = 1;; ++record) {

@@ -17,7 +17,7 @@ namespace {
 
 // 4.342944819 ln(energy), and 0 for an energy of 1 or less, which is the plot's floor.
 float floorlevel(float energy) {
-    return energy > 1 ? static_cast<float>(decibelsperneper * std::log(static_cast<double>(energy))) : 0;
+    return energy > 1 ? static_cast<float>(decibelsperneper * std::log(wide(energy))) : 0;
 }
 
 // Takes the energies of all slots, zeros where there is no response.
@@ -34,7 +34,7 @@ void integrate(const std::vector<float>& energies, std::vector<float>& decay) {
     decay.assign(energies.size(), 0);
     double sum = 1;
     for (std::size_t t = energies.size(); t-- > 0;) {
-        sum += static_cast<double>(energies[t]);
+        sum += wide(energies[t]);
         if (sum > 0) decay[t] = static_cast<float>(decibelsperneper * std::log(sum));
     }
 }
@@ -47,12 +47,12 @@ void takepaths(std::int32_t receiver, std::int32_t band, std::vector<float>& ene
     L.pathLevel.assign(static_cast<std::size_t>(L.pathCount) + 1, 0);
     for (std::int32_t k = 1; k <= L.pathCount; ++k) {
         const raypath& path = *findpath(receiver, k);
-        const auto energy = static_cast<double>(path.energy[static_cast<std::size_t>(band)]);
+        const auto energy = wide(path.energy[static_cast<std::size_t>(band)]);
         if (!(energy > 1)) continue;
         L.pathLevel[static_cast<std::size_t>(k)] = static_cast<float>(10 * std::log10(energy));
         if (const std::int32_t slot = slotofpath(path); slot >= 0) {
             float& left = energies[static_cast<std::size_t>(slot)];
-            left = static_cast<float>(static_cast<double>(left) - energy);
+            left = static_cast<float>(wide(left) - energy);
         }
     }
 }
@@ -81,7 +81,7 @@ void forgetlevels() {
 }
 
 std::int32_t slotofpath(const raypath& path) {
-    const double slot = Int(path.time / static_cast<double>(ResultSet.timeStep));
+    const double slot = Int(path.time / wide(ResultSet.timeStep));
     return slot >= 0 && slot <= ResultSet.lastSlot ? static_cast<std::int32_t>(slot) : -1;
 }
 

@@ -7,6 +7,8 @@
 
 namespace orv {
 
+struct raypath;
+
 // Single-precision levels in dB re an energy of 1. Kept until another receiver or band is asked for.
 struct responselevels {
     std::int32_t shownReceiver = -1, shownBand = -1; // 0..N and bandIndex 1..12; -1 before the first
@@ -30,7 +32,6 @@ void forgetlevels();
 
 // The slot of a path's arrival, or -1 for a path before or behind the response, which plot and scene leave
 // out.
-struct raypath;
 std::int32_t slotofpath(const raypath& path);
 
 // The value of a table at an index; 0 outside it.

@@ -6,6 +6,7 @@
 #include "base/listinput.h"
 #include "base/numbertext.h"
 #include "base/runtimeerror.h"
+#include "platform/keycodes.h"
 #include "platform/platform.h"
 #include "response/raypathdisplay.h"
 #include "response/raypathset.h"
@@ -47,9 +48,6 @@ constexpr std::int32_t white = rgb(255, 255, 255), black = rgb(0, 0, 0), red = r
 constexpr int leftbutton = 1, rightbutton = 2;
 constexpr std::int32_t firstfrequency = 5; // entry of 1000 Hz
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
 double step() {
     return wide(ResultSet.timeStep);
 }
@@ -292,8 +290,8 @@ struct movingkey {
     int code;
     std::int32_t paths, slots; // how far it goes
 };
-constexpr movingkey movingkeys[] = {{plotpageup, 10, 20}, {plotpagedown, -10, -20}, {plotleft, -1, -1},
-                                    {plotup, 5, 10},      {plotright, 1, 1},        {plotdown, -5, -10}};
+constexpr movingkey movingkeys[] = {{keypageup, 10, 20}, {keypagedown, -10, -20}, {keyleft, -1, -1},
+                                    {keyup, 5, 10},      {keyright, 1, 1},        {keydown, -5, -10}};
 
 void movetopath(int code, double time) {
     const std::int32_t count = ResponseLevels.pathCount;
@@ -301,9 +299,9 @@ void movetopath(int code, double time) {
     std::int32_t& path = SessionState.selectedPath;
     for (const movingkey& key : movingkeys)
         if (key.code == code) path += key.paths;
-    if (code == plotenter) path = nearpath(time);
-    if (code == plotend) path = count;
-    if (code == plothome) path = 1;
+    if (code == keyenter) path = nearpath(time);
+    if (code == keyend) path = count;
+    if (code == keyhome) path = 1;
     path = std::clamp(path, 1, count);
     updatecursor(selectedpath()->time, leftbutton);
 }
@@ -313,8 +311,8 @@ void movetoslot(int code, double time) {
     double slot = nearestslot(time);
     for (const movingkey& key : movingkeys)
         if (key.code == code) slot += key.slots;
-    if (code == plothome) slot = 1;
-    double moved = code == plotend ? wide(SessionState.viewEnd) : slot * step();
+    if (code == keyhome) slot = 1;
+    double moved = code == keyend ? wide(SessionState.viewEnd) : slot * step();
     moved = std::max(std::min(moved, wide(SessionState.viewEnd) - step()), wide(SessionState.viewStart));
     updatecursor(nearestslot(moved) * step(), leftbutton);
 }
@@ -425,7 +423,7 @@ void zoom() {
 }
 
 void presskey(int code, const std::string& typed) {
-    if (code == plotescape) {
+    if (code == keyescape) {
         showwholeresponse();
         return redraw();
     }
@@ -445,7 +443,7 @@ void presskey(int code, const std::string& typed) {
 }
 
 bool isplotkey(int code) {
-    return code == plotenter || code == plotescape || (code >= plotpageup && code <= plotdown);
+    return code == keyenter || code == keyescape || (code >= keypageup && code <= keydown);
 }
 
 void choosereceiver(std::int32_t entry) {

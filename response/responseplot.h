@@ -72,19 +72,7 @@ void pressplot(double time, int button);
 void evidence(double time);
 void zoom();
 
-// Keys by their codes, from the plot, Xtext and the lists; `typed` is the text of Xtext.
-enum plotkeys {
-    plotenter = 13,
-    plotescape = 27,
-    plotpageup = 33,
-    plotpagedown = 34,
-    plotend = 35,
-    plothome = 36,
-    plotleft = 37,
-    plotup = 38,
-    plotright = 39,
-    plotdown = 40
-};
+// A key (platform/keycodes.h) from the plot, Xtext and the lists; `typed` is the text of Xtext.
 void presskey(int code, const std::string& typed);
 
 // Whether a key moves the cursor or resets the zoom, and is not the control's own.

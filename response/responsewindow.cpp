@@ -1,6 +1,7 @@
 // The window "Impulse Response": hands its events to the plot and shows what the plot has made of them.
 #include "response/responsewindow.h"
 
+#include "base/arithmetic.h"
 #include "platform/qt/boundary.h"
 #include "platform/qt/platformqt.h"
 #include "platform/qt/qttext.h"
@@ -15,13 +16,12 @@
 
 #include <QAbstractListModel>
 #include <QDialog>
-#include <QGuiApplication>
 #include <QListView>
 #include <QMainWindow>
 #include <QPainter>
-#include <QScreen>
 
 #include <algorithm>
+#include <initializer_list>
 #include <memory>
 
 namespace orv {
@@ -37,21 +37,6 @@ constexpr const char* curveshown = "background: white; color: black; border: 1px
 constexpr const char* curvehidden =
     "background: rgb(128, 128, 128); color: white; border: 1px solid #808080; "
     "padding: 2px; text-align: right";
-
-// Qt's keys by the plot's codes.
-constexpr struct {
-    Qt::Key key;
-    int code;
-} keycodes[] = {{Qt::Key_Return, plotenter},  {Qt::Key_Enter, plotenter},       {Qt::Key_Escape, plotescape},
-                {Qt::Key_PageUp, plotpageup}, {Qt::Key_PageDown, plotpagedown}, {Qt::Key_End, plotend},
-                {Qt::Key_Home, plothome},     {Qt::Key_Left, plotleft},         {Qt::Key_Up, plotup},
-                {Qt::Key_Right, plotright},   {Qt::Key_Down, plotdown}};
-
-int codeof(int key) {
-    for (const auto& row : keycodes)
-        if (row.key == key) return row.code;
-    return 0;
-}
 
 // "Room" and the receivers; there can be 100000.
 struct receivermodel : QAbstractListModel {
@@ -75,16 +60,21 @@ std::unique_ptr<responsewindow> shown;
 
 // --- What the plot has made ---
 
-void showtexts(bool time) {
+void showtexts() {
     const responseplot& p = ResponsePlot;
     const Ui::ImpulseResponse& form = shown->form;
-    if (time) form.Xtext->setText(qttext(p.Xtext)); // not while somebody types there
     form.SPLlabel->setText(qttext(p.SPLlabel));
     form.schlabel->setText(qttext(p.schlabel));
     form.revtime->setText(qttext(p.revtime));
     form.PathN->setText(qttext(p.PathN));
     form.PathLenght->setText(qttext(p.PathLenght));
     form.schlabel->setStyleSheet(SessionState.schroederOn != 0 ? curveshown : curvehidden);
+}
+
+// All of them. The time is left out while somebody types there.
+void showreadouts() {
+    shown->form.Xtext->setText(qttext(ResponsePlot.Xtext));
+    showtexts();
 }
 
 void showchoices() {
@@ -99,7 +89,7 @@ void fitplot() {
     if (!w.open) return;
     const QWidget& plot = *w.form.Picture1;
     resizepicture(w.picture, plot.width(), plot.height(), plot.devicePixelRatioF());
-    impulsedraw(static_cast<double>(SessionState.viewStart), static_cast<double>(SessionState.viewEnd));
+    impulsedraw(wide(SessionState.viewStart), wide(SessionState.viewEnd));
 }
 
 void paintplot() {
@@ -122,19 +112,14 @@ void pointplot(const pointerevent& event) {
         if (event.left) zoom();
         break;
     }
-    showtexts(true);
+    showreadouts();
 }
 
 // Keys with a modifier are the control's own.
-bool isplain() {
-    return (QGuiApplication::keyboardModifiers() &
-            (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
-}
-
 void keyplot(int key) {
-    if (!isplain()) return;
-    presskey(codeof(key), coretext(shown->form.Xtext->text()));
-    showtexts(isplotkey(codeof(key)));
+    if (!isplainkey()) return;
+    presskey(keycodeof(key), coretext(shown->form.Xtext->text()));
+    isplotkey(keycodeof(key)) ? showreadouts() : showtexts();
 }
 
 void closed() {
@@ -165,7 +150,7 @@ void connectlists() {
         QObject::connect(list, &QComboBox::activated, list, [choose = choose](int entry) {
             enter([&] { choose(entry); });
             showchoices(); // the room may have been refused
-            showtexts(true);
+            showreadouts();
         });
     }
 }
@@ -185,7 +170,7 @@ void connectwindow() {
     windowhook keys;
     keys.key = keyplot;
     keys.repeatedkeys = true;
-    keys.keytaken = [](int key) { return isplain() && isplotkey(codeof(key)); };
+    keys.keytaken = [](int key) { return isplainkey() && isplotkey(keycodeof(key)); };
     for (QWidget* control : std::initializer_list<QWidget*>{form.Xtext, form.RecNo, form.FreqNo})
         hook(*control, keys);
     windowhook plot = keys;
@@ -204,7 +189,7 @@ void connectwindow() {
     QObject::connect(shown->dialog, &QDialog::finished, [] { enter(closed); });
     QObject::connect(form.schlabel, &QPushButton::clicked, form.schlabel, [] {
         enter(toggleschroeder);
-        showtexts(true);
+        showreadouts();
     });
     QObject::connect(shown->dialog, &QObject::destroyed, [] { shown.reset(); });
     shown->picture.changed = [plotwidget = form.Picture1] { plotwidget->update(); };
@@ -215,9 +200,7 @@ void placewindow(bool modal) {
     QDialog& dialog = *shown->dialog;
     dialog.layout()->activate();
     if (!modal) dialog.resize(dialog.minimumWidth(), lowheight);
-    const QRect screen = MainWindow->form->screen()->availableGeometry();
-    const QPoint corner = screen.center() - dialog.rect().center();
-    dialog.move(std::max(corner.x(), screen.left()), std::max(corner.y(), screen.top()));
+    platform::centreonscreen(dialog);
 }
 
 void openplotnow() {
@@ -228,7 +211,7 @@ void openplotnow() {
     w.open = true;
     openplot(w.picture.surface);
     showchoices();
-    showtexts(true);
+    showreadouts();
 }
 
 } // namespace
@@ -260,7 +243,7 @@ void closeresponsewindow() {
 void updateresponsewindow() {
     if (!isopen()) return;
     showchoices();
-    showtexts(true);
+    showreadouts();
 }
 
 } // namespace orv

@@ -18,7 +18,6 @@ namespace {
 constexpr double earlylimit = 0.05;   // s, C50 and the end of the full early weight
 constexpr double claritylimit = 0.08; // s, C80
 constexpr double fadelimit = 0.1;     // s, where the early weight has faded out
-constexpr double newformat = 1.2;     // result files from this format on hold finished lateral rows
 
 // Offsets whose sines and cosines are kept; later slots compute theirs anew, so that a response of millions
 // of slots costs no tables.
@@ -48,22 +47,27 @@ double clarity(double early, double late) {
 // The bands that are computed: firstBand..12 without the octave bands above lastBand.
 template <class action>
 void foreachband(action run) {
-    const double first = std::nearbyint(static_cast<double>(ResultSet.firstBand));
+    const double first = std::nearbyint(wide(ResultSet.firstBand));
     for (int b = static_cast<int>(std::clamp(first, 1.0, bandcount + 1.0)); b <= bandcount; ++b)
         if (b > octavebands || static_cast<float>(b) <= ResultSet.lastBand) run(b);
 }
 
 // --- Sums over the slots ---
 
-// Adds a run of slots from slot `begin` on, whose first has the given offset from the first arrival.
+// The slots `begin` to `end` - 1.
+energyrows part(const energyrows& rows, std::int32_t begin, std::int32_t end) {
+    return {rows.first + static_cast<std::size_t>(begin) * bands, end - begin, rows.timeStep};
+}
+
+// Adds a run of slots, the first of which is the origin of time.
 ORV_WIDELOOPS
-void addenergies(workingsums& sums, const float* row, std::int32_t begin, std::int32_t count,
-                 std::int32_t offset, double timeStep) {
-    for (std::int32_t t = 0; t < count; ++t) {
-        const double time = timeStep * (offset + t);
-        const float* const e = row + static_cast<std::size_t>(begin + t) * bands;
+void addenergies(workingsums& sums, energyrows run) {
+    const double timeStep = wide(run.timeStep);
+    for (std::int32_t t = 0; t < run.slots; ++t) {
+        const double time = timeStep * t;
+        const float* const e = run.first + static_cast<std::size_t>(t) * bands;
         double energy[bands];
-        for (std::size_t i = 0; i < bands; ++i) energy[i] = std::fabs(static_cast<double>(e[i]));
+        for (std::size_t i = 0; i < bands; ++i) energy[i] = std::fabs(wide(e[i]));
         if (time < earlylimit)
             for (std::size_t i = 0; i < bands; ++i) {
                 sums.energyTo50[i + 1] += energy[i];
@@ -106,7 +110,7 @@ void addmodulation(double* sums, const float* energies, std::int32_t count, wave
     for (std::int32_t t = 0; t < count; ++t) {
         const float* const e = energies + static_cast<std::size_t>(t) * bands;
         for (int i = 0; i < lanes; ++i) {
-            const double energy = static_cast<double>(e[i]);
+            const double energy = wide(e[i]);
             cosineA[i] += energy * a.cosine[t];
             sineA[i] += energy * a.sine[t];
             cosineB[i] += energy * b.cosine[t];
@@ -127,31 +131,28 @@ void extendtables(offsettables& tables, float timeStep, std::int32_t offsets) {
     tables.timeStep = timeStep;
     const auto wanted = static_cast<std::size_t>(std::min(offsets, keptoffsets));
     for (std::size_t i = 1; i <= modulationcount; ++i) {
-        const double omega = static_cast<double>(SessionState.modulationOmega[i]);
+        const double omega = wide(SessionState.modulationOmega[i]);
         for (std::size_t k = tables.cosine[i].size(); k < wanted; ++k) {
-            const double phase = omega * (static_cast<double>(timeStep) * static_cast<double>(k));
+            const double phase = omega * (wide(timeStep) * static_cast<double>(k));
             tables.cosine[i].push_back(std::cos(phase));
             tables.sine[i].push_back(std::sin(phase));
         }
     }
 }
 
-void addmodulationrun(workingsums& sums, const offsettables& tables, const float* row, std::int32_t begin,
-                      std::int32_t count, std::int32_t offset) {
-    const float* const energies = row + static_cast<std::size_t>(begin) * bands + (firstmodulationband - 1);
-    const auto from = static_cast<std::size_t>(offset);
+void addmodulationrun(workingsums& sums, const offsettables& tables, const energyrows& run) {
+    const float* const energies = run.first + (firstspeechband - 1);
     for (std::size_t i = 1; i < modulationcount; i += 2) {
         double lanes[4][8] = {};
-        for (std::size_t k = 0; k < modulationbands; ++k) {
+        for (std::size_t k = 0; k < speechbands; ++k) {
             lanes[0][k] = sums.mtfCosine[k][i];
             lanes[1][k] = sums.mtfSine[k][i];
             lanes[2][k] = sums.mtfCosine[k][i + 1];
             lanes[3][k] = sums.mtfSine[k][i + 1];
         }
-        addmodulation(&lanes[0][0], energies, count,
-                      {tables.cosine[i].data() + from, tables.sine[i].data() + from},
-                      {tables.cosine[i + 1].data() + from, tables.sine[i + 1].data() + from});
-        for (std::size_t k = 0; k < modulationbands; ++k) {
+        addmodulation(&lanes[0][0], energies, run.slots, {tables.cosine[i].data(), tables.sine[i].data()},
+                      {tables.cosine[i + 1].data(), tables.sine[i + 1].data()});
+        for (std::size_t k = 0; k < speechbands; ++k) {
             sums.mtfCosine[k][i] = lanes[0][k];
             sums.mtfSine[k][i] = lanes[1][k];
             sums.mtfCosine[k][i + 1] = lanes[2][k];
@@ -160,43 +161,109 @@ void addmodulationrun(workingsums& sums, const offsettables& tables, const float
     }
 }
 
-// The same for slots beyond the kept tables, one by one.
-void addlatemodulation(workingsums& sums, const float* row, std::int32_t begin, std::int32_t count,
-                       std::int32_t offset, double timeStep) {
-    for (std::int32_t t = 0; t < count; ++t) {
-        const float* const e = row + static_cast<std::size_t>(begin + t) * bands + (firstmodulationband - 1);
-        const double time = timeStep * (offset + t);
+// The same for the slots of a run beyond the kept tables, one by one.
+void addlatemodulation(workingsums& sums, const energyrows& run) {
+    for (std::int32_t t = keptoffsets; t < run.slots; ++t) {
+        const float* const e = run.first + static_cast<std::size_t>(t) * bands + (firstspeechband - 1);
+        const double time = wide(run.timeStep) * t;
         if (t % keptoffsets == 0) platform::yield(); // millions of slots take their time
         for (std::size_t i = 1; i <= modulationcount; ++i) {
-            const double phase = static_cast<double>(SessionState.modulationOmega[i]) * time;
+            const double phase = wide(SessionState.modulationOmega[i]) * time;
             const double cosine = std::cos(phase), sine = std::sin(phase);
-            for (std::size_t k = 0; k < modulationbands; ++k) {
-                sums.mtfCosine[k][i] += static_cast<double>(e[k]) * cosine;
-                sums.mtfSine[k][i] += static_cast<double>(e[k]) * sine;
+            for (std::size_t k = 0; k < speechbands; ++k) {
+                sums.mtfCosine[k][i] += wide(e[k]) * cosine;
+                sums.mtfSine[k][i] += wide(e[k]) * sine;
             }
         }
     }
 }
 
-// A run of slots whose offsets follow each other.
-void addrun(workingsums& sums, offsettables& tables, const float* row, std::int32_t begin, std::int32_t count,
-            std::int32_t offset, float timeStep) {
-    const float* const energies = row + static_cast<std::size_t>(begin) * bands;
+void addrun(workingsums& sums, offsettables& tables, const energyrows& run) {
+    const float* const end = run.first + static_cast<std::size_t>(run.slots) * bands;
     // Silence adds nothing; the slots in front of the direct sound are silent in most responses.
-    if (std::all_of(energies, energies + static_cast<std::size_t>(count) * bands,
-                    [](float energy) { return energy == 0; }))
-        return;
-    extendtables(tables, timeStep, offset + count);
-    addenergies(sums, row, begin, count, offset, static_cast<double>(timeStep));
-    const std::int32_t kept = std::clamp(keptoffsets - offset, 0, count);
-    if (kept > 0) addmodulationrun(sums, tables, row, begin, kept, offset);
-    addlatemodulation(sums, row, begin + kept, count - kept, offset + kept, static_cast<double>(timeStep));
+    if (std::all_of(run.first, end, [](float energy) { return energy == 0; })) return;
+    extendtables(tables, run.timeStep, run.slots);
+    addenergies(sums, run);
+    addmodulationrun(sums, tables, part(run, 0, std::min(run.slots, keptoffsets)));
+    addlatemodulation(sums, run);
+}
+
+// --- Parameters ---
+
+// All of a band. E, the total energy, can change on the way.
+void storeband(std::int32_t r, int b, workingsums& sums) {
+    auto& P = ParameterSet;
+    const std::size_t i = index(b);
+    double& E = sums.energyTotal[i];
+    const double D = sums.directEnergy[i];
+    P.Leq(r, b) = 0;
+    if (E > 0) storefinite(P.Leq(r, b), energylevel(E));
+    // Without late energy the ratio has no divisor: E grows by 1, for all that follows too.
+    if (E == sums.energyTo50[i]) E += 1;
+    P.C50(r, b) = 0;
+    if (sums.energyTo50[i] > 0) storefinite(P.C50(r, b), clarity(sums.energyTo50[i], E - sums.energyTo50[i]));
+    if (E == sums.energyTo80[i]) E += 1;
+    P.C80(r, b) = 0;
+    if (sums.energyTo80[i] > 0) storefinite(P.C80(r, b), clarity(sums.energyTo80[i], E - sums.energyTo80[i]));
+    P.Aeq(r, b) = 0;
+    if (E > 0) storefinite(P.Aeq(r, b), std::sqrt((E - D) / D));
+    storefinite(P.Ts(r, b), Int(10000 * sums.momentTotal[i] / E + 0.5) / 10);
+    const double early = sums.energyTo50[i] + sums.energyFade[i] - D;
+    storefinite(P.Aeq2(r, b), std::sqrt(std::fabs(early) / D));
+    if (early > 0) storefinite(P.ITDGeq(r, b), Int(1000 * sums.momentEarly[i] / early + 0.5));
+    P.Ldir(r, b) = 0;
+    if (D > 0) storefinite(P.Ldir(r, b), energylevel(D));
+    P.Lrev(r, b) = 0;
+    if (E - D > 0) storefinite(P.Lrev(r, b), energylevel(E - D));
+    storefinite(P.LdirLrev(r, b), wide(P.Ldir(r, b)) - wide(P.Lrev(r, b)));
+    // The old file holds the lateral energy, the new one the finished ratio.
+    if (ResultSet.resultFormat < newformat) storefinite(P.LE(r, b), wide(P.LE(r, b)) / sums.energyTo80[i]);
+}
+
+// The two sums over the bands of the lateral rows become means.
+void finishlateral(std::int32_t r) {
+    const double count = wide(ResultSet.lastBand) - wide(ResultSet.firstBand) + 1;
+    double weights = 0;
+    foreachband([&](int b) {
+        if (b <= octavebands) weights += wide(SessionState.aWeight[index(b)]);
+    });
+    const auto finish = [r, count, weights](auto& table) {
+        storefinite(table(r, linearband), wide(table(r, linearband)) / count);
+        storefinite(table(r, weightedband), wide(table(r, weightedband)) / weights);
+    };
+    finish(ParameterSet.LE);
+    finish(ParameterSet.LF);
+    finish(ParameterSet.LFC);
+}
+
+// Row 0 of a table in a band: the mean over the receivers.
+template <class table>
+void average(table& of, int b) {
+    const std::int32_t N = RoomModel.receiverCount;
+    double sum = 0;
+    for (std::int32_t r = 1; r <= N; ++r) sum += wide(of(r, b)) / N;
+    of(0, b) = 0;
+    storefinite(of(0, b), sum);
+}
+
+// The same of levels, whose energies have the mean; one without a logarithm stays what was summed up.
+template <class table>
+void averageenergy(table& of, int b) {
+    const std::int32_t N = RoomModel.receiverCount;
+    double sum = 0;
+    for (std::int32_t r = 1; r <= N; ++r) {
+        const double energy = std::pow(10.0, wide(of(r, b)) / 10) / N;
+        if (std::isfinite(energy)) sum += energy;
+    }
+    of(0, b) = 0;
+    storefinite(of(0, b), sum);
+    storefinite(of(0, b), decibelsperneper * std::log(sum));
 }
 
 // Adds a receiver's share of the mean.
 ORV_WIDELOOPS
 void addshare(double* sum, const float* row, std::size_t size, double receivers) {
-    for (std::size_t i = 0; i < size; ++i) sum[i] += static_cast<double>(row[i]) / receivers;
+    for (std::size_t i = 0; i < size; ++i) sum[i] += wide(row[i]) / receivers;
 }
 
 // --- Decay times ---
@@ -273,13 +340,35 @@ void integratebackward(double* sums, std::int32_t kept, const float* row, std::i
     double running[integratedbands] = {1, 1, 1, 1};
     for (std::int32_t t = slots - 1; t >= kept; --t) {
         const float* const e = row + static_cast<std::size_t>(t) * bands;
-        for (std::size_t i = 0; i < integratedbands; ++i) running[i] += static_cast<double>(e[i]);
+        for (std::size_t i = 0; i < integratedbands; ++i) running[i] += wide(e[i]);
     }
     for (std::int32_t t = std::min(slots, kept) - 1; t >= 0; --t) {
         const float* const e = row + static_cast<std::size_t>(t) * bands;
         double* const sum = sums + static_cast<std::size_t>(t) * integratedbands;
-        for (std::size_t i = 0; i < integratedbands; ++i) sum[i] = running[i] += static_cast<double>(e[i]);
+        for (std::size_t i = 0; i < integratedbands; ++i) sum[i] = running[i] += wide(e[i]);
     }
+}
+
+// The five decay times of a band, from its curve of `slots` points, which are computed as the fits ask for
+// them.
+void storefits(std::int32_t r, int b, decaycurve& curve, std::int32_t slots, double timeStep) {
+    const auto levelat = [&curve](std::int32_t i) {
+        if (i >= curve.filled) fillcurve(curve, i);
+        return wide(curve.level[static_cast<std::size_t>(i)]);
+    };
+    const auto fit = [&](double top, std::span<decayfit> fits, std::initializer_list<float*> results) {
+        fitdecays(top, fits, levelat, slots - 1, slots - 1, timeStep);
+        std::size_t i = 0;
+        for (float* result : results) {
+            const decayfit& found = fits[i++];
+            if (found.outcome == fitoutcome::notreached) *result = 0;
+            if (found.outcome == fitoutcome::fitted) storefinite(*result, found.seconds);
+        }
+    };
+    auto& P = ParameterSet;
+    decayfit early[] = {{-10}}, late[] = {{-15}, {-20}, {-25}, {-35}};
+    fit(-0.5, early, {&P.EDT(r, b)});
+    fit(-5, late, {&P.T10(r, b), &P.T15(r, b), &P.T20(r, b), &P.T30(r, b)});
 }
 
 } // namespace
@@ -288,69 +377,26 @@ double dB(double value) {
     return value == 0 ? 0 : decibelsperneper * naturallog(value);
 }
 
-void addslots(workingsums& sums, offsettables& tables, const float* row, std::int32_t slots,
-              std::span<const std::int32_t> arrivals, float timeStep) {
+void addslots(workingsums& sums, offsettables& tables, const energyrows& rows,
+              std::span<const std::int32_t> arrivals) {
     std::int32_t begin = 0;
     for (const std::int32_t arrival : arrivals) {
-        addrun(sums, tables, row, begin, arrival - begin, 0, timeStep);
+        addrun(sums, tables, part(rows, begin, arrival));
         begin = arrival;
     }
-    addrun(sums, tables, row, begin, slots - begin, 0, timeStep);
+    addrun(sums, tables, part(rows, begin, rows.slots));
 }
 
 void storeparameters(std::int32_t r, workingsums& sums) {
     if (r < 0 || r > highestreceiver) return;
-    auto& P = ParameterSet;
-    foreachband([&](int b) {
-        const std::size_t i = index(b);
-        double& E = sums.energyTotal[i];
-        const double D = sums.directEnergy[i];
-        P.Leq(r, b) = 0;
-        if (E > 0) storefinite(P.Leq(r, b), energylevel(E));
-        // Without late energy the ratio has no divisor: E grows by 1, for all that follows too.
-        if (E == sums.energyTo50[i]) E += 1;
-        P.C50(r, b) = 0;
-        if (sums.energyTo50[i] > 0)
-            storefinite(P.C50(r, b), clarity(sums.energyTo50[i], E - sums.energyTo50[i]));
-        if (E == sums.energyTo80[i]) E += 1;
-        P.C80(r, b) = 0;
-        if (sums.energyTo80[i] > 0)
-            storefinite(P.C80(r, b), clarity(sums.energyTo80[i], E - sums.energyTo80[i]));
-        P.Aeq(r, b) = 0;
-        if (E > 0) storefinite(P.Aeq(r, b), std::sqrt((E - D) / D));
-        storefinite(P.Ts(r, b), Int(10000 * sums.momentTotal[i] / E + 0.5) / 10);
-        const double early = sums.energyTo50[i] + sums.energyFade[i] - D;
-        storefinite(P.Aeq2(r, b), std::sqrt(std::fabs(early) / D));
-        if (early > 0) storefinite(P.ITDGeq(r, b), Int(1000 * sums.momentEarly[i] / early + 0.5));
-        P.Ldir(r, b) = 0;
-        if (D > 0) storefinite(P.Ldir(r, b), energylevel(D));
-        P.Lrev(r, b) = 0;
-        if (E - D > 0) storefinite(P.Lrev(r, b), energylevel(E - D));
-        storefinite(P.LdirLrev(r, b), static_cast<double>(P.Ldir(r, b)) - static_cast<double>(P.Lrev(r, b)));
-        // The old file holds the lateral energy, the new one the finished ratio.
-        if (ResultSet.resultFormat < newformat)
-            storefinite(P.LE(r, b), static_cast<double>(P.LE(r, b)) / sums.energyTo80[i]);
-    });
-    if (ResultSet.resultFormat < newformat) return;
-    const double count =
-        static_cast<double>(ResultSet.lastBand) - static_cast<double>(ResultSet.firstBand) + 1;
-    double weights = 0;
-    foreachband([&](int b) {
-        if (b <= octavebands) weights += static_cast<double>(SessionState.aWeight[index(b)]);
-    });
-    const auto finish = [r, count, weights](auto& table) {
-        storefinite(table(r, linearband), static_cast<double>(table(r, linearband)) / count);
-        storefinite(table(r, weightedband), static_cast<double>(table(r, weightedband)) / weights);
-    };
-    finish(P.LE);
-    finish(P.LF);
-    finish(P.LFC);
+    foreachband([&](int b) { storeband(r, b, sums); });
+    if (ResultSet.resultFormat >= newformat) finishlateral(r);
 }
 
 void storemodulation(std::int32_t r, const workingsums& sums) {
     if (r < 0 || r > highestreceiver) return;
-    for (int k = 0; k < modulationbands; ++k) {
-        const double total = sums.energyTotal[index(k + firstmodulationband)];
+    for (int k = 0; k < speechbands; ++k) {
+        const double total = sums.energyTotal[index(k + firstspeechband)];
         for (int i = 1; i <= modulationcount; ++i) {
             const double sine = sums.mtfSine[index(k)][index(i)];
             const double cosine = sums.mtfCosine[index(k)][index(i)];
@@ -360,16 +406,15 @@ void storemodulation(std::int32_t r, const workingsums& sums) {
     }
 }
 
-void storedecays(std::int32_t r, const workingsums& sums, decaycurve& curve, const float* row,
-                 std::int32_t slots, float timeStep) {
+void storedecays(std::int32_t r, const workingsums& sums, decaycurve& curve, const energyrows& rows) {
     if (r < 0 || r > highestreceiver) return;
     // A long response needs no more points than a fit can count.
-    const std::int32_t kept = std::min(slots, longestfit + 1);
+    const std::int32_t kept = std::min(rows.slots, longestfit + 1);
     const auto size = static_cast<std::size_t>(kept);
     // Where energies are negative a sum may have no logarithm, and the point keeps what the band before left
     // there: then all points must be computed, those of the band before first. Otherwise every sum is at
     // least 1, and only the points that the fits ask for are computed.
-    const bool negative = std::any_of(row, row + static_cast<std::size_t>(slots) * bands,
+    const bool negative = std::any_of(rows.first, rows.first + static_cast<std::size_t>(rows.slots) * bands,
                                       [](float energy) { return energy < 0; });
     std::size_t integrated = bands; // first of the bands that curve.sums holds; none yet
     foreachband([&](int b) {
@@ -379,29 +424,13 @@ void storedecays(std::int32_t r, const workingsums& sums, decaycurve& curve, con
         if (first != integrated) {
             curve.level.resize(size);
             curve.sums.resize(size * integratedbands);
-            integratebackward(curve.sums.data(), kept, row + first, slots);
+            integratebackward(curve.sums.data(), kept, rows.first + first, rows.slots);
             integrated = first;
         }
         curve.lane = index(b - 1) - first;
         curve.filled = 0;
         if (negative) fillcurve(curve, kept - 1);
-        const auto levelat = [&curve](std::int32_t i) {
-            if (i >= curve.filled) fillcurve(curve, i);
-            return static_cast<double>(curve.level[static_cast<std::size_t>(i)]);
-        };
-        auto& P = ParameterSet;
-        const auto fit = [&](double top, std::span<decayfit> fits, std::initializer_list<float*> results) {
-            fitdecays(top, fits, levelat, slots - 1, slots - 1, static_cast<double>(timeStep));
-            std::size_t i = 0;
-            for (float* result : results) {
-                const decayfit& found = fits[i++];
-                if (found.outcome == fitoutcome::notreached) *result = 0;
-                if (found.outcome == fitoutcome::fitted) storefinite(*result, found.seconds);
-            }
-        };
-        decayfit early[] = {{-10}}, late[] = {{-15}, {-20}, {-25}, {-35}};
-        fit(-0.5, early, {&P.EDT(r, b)});
-        fit(-5, late, {&P.T10(r, b), &P.T15(r, b), &P.T20(r, b), &P.T30(r, b)});
+        storefits(r, b, curve, rows.slots, wide(rows.timeStep));
     });
 }
 
@@ -410,9 +439,8 @@ void reverb(float& result, double top, double bottom, std::span<const float> cur
     const auto last = static_cast<std::int32_t>(curve.size()) - 1;
     decayfit found{bottom};
     fitdecays(
-        top, {&found, 1},
-        [curve](std::int32_t i) { return static_cast<double>(curve[static_cast<std::size_t>(i)]); }, last, n,
-        step);
+        top, {&found, 1}, [curve](std::int32_t i) { return wide(curve[static_cast<std::size_t>(i)]); }, last,
+        n, step);
     switch (found.outcome) {
     case fitoutcome::fitted:
         result = single(found.seconds);
@@ -431,44 +459,25 @@ void reverb(float& result, double top, double bottom, std::span<const float> cur
 
 void storeaverages() {
     auto& P = ParameterSet;
-    const std::int32_t N = RoomModel.receiverCount;
     for (int b = 1; b <= bandcount; ++b) {
-        const auto average = [b, N](auto& table) {
-            double sum = 0;
-            for (std::int32_t r = 1; r <= N; ++r) sum += static_cast<double>(table(r, b)) / N;
-            table(0, b) = 0;
-            storefinite(table(0, b), sum);
-        };
-        // The energy mean of levels; a mean without a logarithm stays what was summed up.
-        const auto energyaverage = [b, N](auto& table) {
-            double sum = 0;
-            for (std::int32_t r = 1; r <= N; ++r) {
-                const double energy = std::pow(10.0, static_cast<double>(table(r, b)) / 10) / N;
-                if (std::isfinite(energy)) sum += energy;
-            }
-            table(0, b) = 0;
-            storefinite(table(0, b), sum);
-            storefinite(table(0, b), decibelsperneper * std::log(sum));
-        };
-        for (std::int32_t r = 1; r <= N; ++r)
-            storefinite(P.LeqLw(r, b),
-                        static_cast<double>(P.Leq(r, b)) - static_cast<double>(ResultSet.sourcePower(b)));
-        energyaverage(P.Leq);
-        energyaverage(P.LeqLw);
-        average(P.C50);
-        average(P.C80);
-        average(P.Aeq);
-        average(P.Ts);
-        average(P.Aeq2);
-        average(P.ITDGeq);
-        average(P.Ldir);
-        average(P.Lrev);
-        average(P.LdirLrev);
-        average(P.EDT);
-        average(P.T10);
-        average(P.T15);
-        average(P.T20);
-        average(P.T30);
+        for (std::int32_t r = 1; r <= RoomModel.receiverCount; ++r)
+            storefinite(P.LeqLw(r, b), wide(P.Leq(r, b)) - wide(ResultSet.sourcePower(b)));
+        averageenergy(P.Leq, b);
+        averageenergy(P.LeqLw, b);
+        average(P.C50, b);
+        average(P.C80, b);
+        average(P.Aeq, b);
+        average(P.Ts, b);
+        average(P.Aeq2, b);
+        average(P.ITDGeq, b);
+        average(P.Ldir, b);
+        average(P.Lrev, b);
+        average(P.LdirLrev, b);
+        average(P.EDT, b);
+        average(P.T10, b);
+        average(P.T15, b);
+        average(P.T20, b);
+        average(P.T30, b);
     }
 }
 

@@ -16,8 +16,6 @@
 
 namespace orv {
 
-constexpr int firstmodulationband = 3, modulationbands = 7; // 125 Hz..8 kHz
-
 // Factor between a natural logarithm and decibels, with the digits that all levels share.
 constexpr double decibelsperneper = 4.342944819;
 
@@ -35,9 +33,16 @@ struct workingsums {
     bybandindex energyTo80{};   // up to 80 ms
     bybandindex energyFade{};   // 50..100 ms, fading out
     bybandindex energyTotal{};
-    bybandindex momentTotal{};                                                        // s
-    std::array<std::array<double, modulationcount + 1>, modulationbands> mtfSine{};   // band 3..9 as 0..6
-    std::array<std::array<double, modulationcount + 1>, modulationbands> mtfCosine{}; // frequency 1..14
+    bybandindex momentTotal{};                                                    // s
+    std::array<std::array<double, modulationcount + 1>, speechbands> mtfSine{};   // band 3..9 as 0..6
+    std::array<std::array<double, modulationcount + 1>, speechbands> mtfCosine{}; // frequency 1..14
+};
+
+// The energies of a receiver, slots x 12, the band running fastest.
+struct energyrows {
+    const float* first;
+    std::int32_t slots;
+    float timeStep; // s
 };
 
 // Tables that depend on the slot's offset from the first arrival alone, computed once a load.
@@ -47,11 +52,11 @@ struct offsettables {
     std::vector<double> sine[modulationcount + 1];
 };
 
-// Adds all slots of a receiver to `sums` (directEnergy excepted, which the caller has set). `row` holds
-// slots x 12 energies. Time in s is timeStep x offset, which counts from slot 0 and anew from each of
-// `arrivals`, ascending slots: the first arrival, none where nothing arrived, in extreme cases more.
-void addslots(workingsums& sums, offsettables& tables, const float* row, std::int32_t slots,
-              std::span<const std::int32_t> arrivals, float timeStep);
+// Adds all slots of a receiver to `sums` (directEnergy excepted, which the caller has set). Time counts from
+// slot 0 and anew from each of `arrivals`, ascending slots: the first arrival, none where nothing arrived, in
+// extreme cases more.
+void addslots(workingsums& sums, offsettables& tables, const energyrows& rows,
+              std::span<const std::int32_t> arrivals);
 
 // Stores the parameters of a receiver (0..100000) from its sums, for bandIndex firstBand..12 without the
 // octave bands above lastBand; changes energyTotal as the definitions of C50 and C80 ask. LE, LF and LFC are
@@ -74,8 +79,7 @@ struct decaycurve {
 
 // Stores EDT, T10, T15, T20 and T30 of a receiver by backward integration (M. R. Schroeder, New method of
 // measuring reverberation time, 1965) for every band of storeparameters whose total energy is above 1.
-void storedecays(std::int32_t receiver, const workingsums& sums, decaycurve& curve, const float* row,
-                 std::int32_t slots, float timeStep);
+void storedecays(std::int32_t receiver, const workingsums& sums, decaycurve& curve, const energyrows& rows);
 
 // Decay time in s from the straight line through a level curve (regression of ISO 3382-1) between `top` and
 // `bottom`, in dB relative to curve[1], the second point. `curve` holds the points 0..n and perhaps more,

@@ -4,6 +4,7 @@
 #include "base/arithmetic.h"
 #include "base/formatpattern.h"
 #include "base/numbertext.h"
+#include "platform/keycodes.h"
 #include "platform/platform.h"
 #include "shell/sessionstate.h"
 
@@ -35,13 +36,13 @@ void store(noisegrid& grid, int column, const std::string& text, const char* pat
 noisegrid opennoisegrid() {
     noisegrid grid;
     grid.cell[0] = "SPL (dB)";
-    for (int column = 1; column <= noisebands; ++column)
+    for (int column = 1; column <= speechbands; ++column)
         cellof(grid, column) = formatnumber(levelof(column), "###.#");
     return grid;
 }
 
 void noisecharacter(noisegrid& grid, int column, int character) {
-    if (column < 1 || column > noisebands) return;
+    if (column < 1 || column > speechbands) return;
     if ((character >= '0' && character <= '9') || character == '.') {
         if (grid.column == 0) {
             cellof(grid, column).clear();
@@ -49,7 +50,7 @@ void noisecharacter(noisegrid& grid, int column, int character) {
         }
         grid.buffer += static_cast<char>(character);
         cellof(grid, column) = grid.buffer;
-    } else if (character == keyreturn && grid.column != 0) {
+    } else if (character == keyenter && grid.column != 0) {
         store(grid, grid.column, grid.buffer, "##0.0#");
         endentry(grid);
     } else if (character == keybackspace && !grid.buffer.empty()) {
@@ -59,7 +60,7 @@ void noisecharacter(noisegrid& grid, int column, int character) {
 }
 
 void noisemove(noisegrid& grid, int key) {
-    if (key < keyfirstmove || key > keylastmove || grid.column == 0) return;
+    if (key < keypageup || key > keydown || grid.column == 0) return;
     store(grid, grid.column, grid.buffer, "###0.0#");
     endentry(grid);
 }

@@ -2,32 +2,29 @@
 // plain data; the dialog shows it.
 #pragma once
 
+#include "shell/sessionstate.h"
+
 #include <array>
 #include <string>
 
 namespace orv {
 
-constexpr int noisebands = 7; // columns 1..7 are 125 Hz..8 kHz
-
-// What is shown and what is being typed. Column 0 is the heading.
+// What is shown and what is being typed. Column 0 is the heading, columns 1..7 are the speech bands.
 struct noisegrid {
-    std::array<std::string, noisebands + 1> cell; // texts of the level row
-    std::string buffer;                           // the entry so far; empty when none runs
-    int column = 0;                               // the column of the entry, 0 when none runs
+    std::array<std::string, speechbands + 1> cell; // texts of the level row
+    std::string buffer;                            // the entry so far; empty when none runs
+    int column = 0;                                // the column of the entry, 0 when none runs
 };
-
-// Key codes that the grid knows beside digits and the point.
-constexpr int keybackspace = 8, keyreturn = 13, keyfirstmove = 33, keylastmove = 40; // paging and arrow keys
 
 // The grid with the levels of SessionState.noiseLevel (dB), "###.#", and no entry.
 noisegrid opennoisegrid();
 
-// A character typed on a cell of column 1..7: a digit or the point begins or goes on with an entry; Enter
-// shows it as "##0.0#" and stores it, Backspace takes its last character back. Others do nothing: there is no
-// sign, so that levels cannot be negative.
+// A character typed on a cell of column 1..7: a digit or the point begins or goes on with an entry; keyenter
+// shows it as "##0.0#" and stores it, keybackspace takes its last character back (platform/keycodes.h).
+// Others do nothing: there is no sign, so that levels cannot be negative.
 void noisecharacter(noisegrid& grid, int column, int character);
 
-// A paging or arrow key (33..40) during an entry shows it as "###0.0#", stores it and ends it.
+// A paging or arrow key (keypageup..keydown) during an entry shows it as "###0.0#", stores it and ends it.
 void noisemove(noisegrid& grid, int key);
 
 // The cell of a column is entered: nothing is being typed.

@@ -39,6 +39,7 @@
 
 #include <array>
 #include <cmath>
+#include <initializer_list>
 #include <span>
 #include <string_view>
 
@@ -46,10 +47,8 @@ namespace orv {
 
 namespace {
 
-constexpr double progressblock = 128; // bytes
 constexpr double progresssteps = 21;
 constexpr double wholefile = 99; // per cent of a file read, from which on no tables of decay times follow
-constexpr int modulationbands = 7;
 constexpr std::size_t oldnamestart = 34, oldnametail = 5; // the result's name in the older first line
 
 constexpr std::string_view firstline = "New File Format - Version 1.7 and above!";
@@ -90,7 +89,7 @@ constexpr int modulationstep = 15, optionsstep = 16;
 constexpr std::string_view modulationtitle = "Modulation Transfer Functions";
 
 constexpr std::array<std::int32_t, 12> allbands = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
-constexpr std::array<std::int32_t, 9> speechbands = {3, 4, 5, 6, 7, 8, 9, 11, 12};
+constexpr std::array<std::int32_t, 9> speechcolumns = {3, 4, 5, 6, 7, 8, 9, 11, 12};
 
 // The options' flags with their labels, whose blanks are exact.
 struct optionflag {
@@ -137,7 +136,7 @@ void writehead(filewriter& file, std::string_view title) {
 void writevalues(std::string& line, std::span<const float> values) {
     for (const float value : values) {
         line += ',';
-        appendnumber(line, static_cast<double>(value));
+        appendnumber(line, wide(value));
     }
 }
 
@@ -151,7 +150,7 @@ void writetable(filewriter& file, const filetable& table, std::span<const std::i
         const float* const row = table.row(r);
         for (const std::int32_t band : bands) {
             line += ',';
-            appendnumber(line, static_cast<double>(row[band]));
+            appendnumber(line, wide(row[band]));
         }
         endline(file, line);
     }
@@ -163,8 +162,8 @@ void writemodulation(filewriter& file) {
     writehead(file, modulationtitle);
     std::array<std::string, modulationcount + 1> frequency;
     for (std::size_t i = 1; i <= modulationcount; ++i)
-        frequency[i] = numbertext(static_cast<double>(single(
-            static_cast<double>(SessionState.modulationOmega[i]) / 2 / SessionState.halfTurnConstant)));
+        frequency[i] = numbertext(
+            wide(single(wide(SessionState.modulationOmega[i]) / 2 / SessionState.halfTurnConstant)));
     std::string line;
     const std::int32_t N = RoomModel.receiverCount;
     for (std::int32_t r = 0; r <= N; ++r) {
@@ -175,7 +174,7 @@ void writemodulation(filewriter& file) {
         writelabels(file, "Fmod", modulationlabels);
         for (int i = 1; i <= modulationcount; ++i) {
             line = frequency[static_cast<std::size_t>(i)];
-            writevalues(line, std::span<const float>(&P.modulationTransfer(r, i, 0), modulationbands));
+            writevalues(line, std::span<const float>(&P.modulationTransfer(r, i, 0), speechbands));
             endline(file, line);
         }
         showstep(modulationstep);
@@ -204,12 +203,13 @@ void writeoptions(filewriter& file) {
 
 // --- Reading ---
 
-// The share of the file that has been read, in per cent.
+// A file that is being read.
 struct loading {
     listreader file;
-    double blocks = 0;
+    double blocks = progressblocks(file);
 };
 
+// The share of it that has been read, in per cent.
 double percentread(const loading& load) {
     if (load.blocks == 0) inputfailure(load.file, errorkind::divisionbyzero, "the file is too short");
     return static_cast<double>(load.file.position) / progressblock / load.blocks * 100;
@@ -238,15 +238,15 @@ std::int32_t readreceiver(listreader& file) {
 void readrow(listreader& file, const filetable& table, std::int32_t receiver,
              std::span<const std::int32_t> bands) {
     std::array<float, bandcount> values;
-    readsingles(file, values.data(), static_cast<int>(bands.size()));
+    readsingles(file, std::span(values).first(bands.size()));
     float* const row = table.row(receiver);
     for (std::size_t i = 0; i < bands.size(); ++i) row[bands[i]] = values[i];
 }
 
 void readmodulationrow(listreader& file, std::int32_t receiver, int frequency) {
-    std::array<float, modulationbands> values;
-    readsingles(file, values.data(), modulationbands);
-    for (int band = 0; band < modulationbands; ++band)
+    std::array<float, speechbands> values;
+    readsingles(file, values);
+    for (int band = 0; band < speechbands; ++band)
         P.modulationTransfer(receiver, frequency, band) = values[static_cast<std::size_t>(band)];
 }
 
@@ -282,9 +282,9 @@ void readoptions(listreader& file) {
     }
     readline(file);
     readtext(file);
-    readsingles(file, SessionState.noiseLevel.data(), modulationbands);
+    readsingles(file, SessionState.noiseLevel);
     readtext(file);
-    readsingles(file, SessionState.voiceCorrection.data(), modulationbands);
+    readsingles(file, SessionState.voiceCorrection);
 }
 
 // A file name, which may hold double quotes itself: all up to the last one of its line.
@@ -301,7 +301,7 @@ void readcurrent(loading& load) {
     readtext(load.file);
     RoomModel.receiverCount = readreceiver(load.file); // N, the last of them
     for (const filetable& table : maintables) readtable(load, table, allbands);
-    readtable(load, speechtable, speechbands);
+    readtable(load, speechtable, speechcolumns);
     readmodulation(load);
     readoptions(load.file);
     // The only test for the tables of decay times: a tail that is short against the file counts as none.
@@ -383,7 +383,7 @@ void saveparameters(const std::string& name) {
     listwhole(line, RoomModel.receiverCount);
     endline(file, line);
     for (const filetable& table : maintables) writetable(file, table, allbands);
-    writetable(file, speechtable, speechbands);
+    writetable(file, speechtable, speechcolumns);
     writemodulation(file);
     writeoptions(file);
     for (const filetable& table : decaytables) writetable(file, table, allbands);
@@ -398,8 +398,7 @@ void loadparameters(const std::string& name) {
     platform::pointer(platform::shape::wait);
     {
         const filebytes bytes = readfile(name);
-        loading load{openlist(bytes, pagetext(name)),
-                     std::nearbyint(static_cast<double>(bytes.size) / progressblock)};
+        loading load{openlist(bytes, pagetext(name))};
         const std::string_view first = readline(load.file);
         if (first.starts_with(oldfirstline)) {
             readolder(load, first);

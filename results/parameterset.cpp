@@ -14,9 +14,6 @@ parameterset ParameterSet;
 
 namespace {
 
-constexpr double strengthoffset = 31; // dB: G refers to the level at 10 m in a free field (ISO 3382-1)
-constexpr int loweststiband = 3;
-
 // One row for each name that has a value, with its reading as a single-precision number.
 struct parameterrow {
     std::string_view name;
@@ -42,7 +39,7 @@ constexpr std::array<parameterrow, 21> parameterrows = {{
     {"Aeq", [](std::int32_t r, std::int32_t b) { return P.Aeq(r, b); }},
     {"STI",
      [](std::int32_t r, std::int32_t b) {
-         if (b < loweststiband)
+         if (b < firstspeechband)
              throw runtimeerror{errorkind::subscript, "STI has no value below 125 Hz."};
          return P.STI(r, b);
      }},
@@ -60,7 +57,7 @@ const parameterrow* selectedrow() {
 }
 
 double definition(std::int32_t receiver, std::int32_t band) {
-    return 1 / (1 + std::pow(10.0, -static_cast<double>(P.C50(receiver, band)) / 10));
+    return 1 / (1 + std::pow(10.0, -wide(P.C50(receiver, band)) / 10));
 }
 
 } // namespace
@@ -68,7 +65,7 @@ double definition(std::int32_t receiver, std::int32_t band) {
 double parametervalue(std::int32_t receiver, std::int32_t band) {
     if (SessionState.parameterName == "D50") return definition(receiver, band);
     const parameterrow* const row = selectedrow();
-    return row ? static_cast<double>(row->value(receiver, band)) : 0.0;
+    return row ? wide(row->value(receiver, band)) : 0.0;
 }
 
 std::string parametertext(std::int32_t receiver, std::int32_t band, std::string_view pattern) {

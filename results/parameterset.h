@@ -17,6 +17,10 @@ namespace orv {
 template <tablename name>
 using parametertable = fixedtable<name, float, highestreceiver, bandcount>;
 
+// dB to add to Leq less the power level for G, which refers to the level at 10 m in a free field (ISO
+// 3382-1).
+constexpr double strengthoffset = 31;
+
 struct parameterset {
     parametertable<"Leq"> Leq;           // dB, equivalent level; row 0 energy mean
     parametertable<"Ldir"> Ldir;         // dB, direct sound
@@ -38,12 +42,13 @@ struct parameterset {
     parametertable<"LF"> LF;
     parametertable<"LFC"> LFC;
 
-    // Speech transmission index, bandIndex 3..9 male band indices, 11 STI-Male, 12 STI-Female; the
-    // bands below 3 are none of it.
+    // Speech transmission index, bandIndex 3..9 male band indices, 11 STI-Male, 12 STI-Female; the bands
+    // below 3 are none of it.
     parametertable<"STI"> STI;
 
     // Modulation transfer: receiver 0..100000, modulation frequency 1..14, band 3..9 as 0..6.
-    fixedtable<"modulationTransfer", float, highestreceiver, modulationcount, 6> modulationTransfer;
+    fixedtable<"modulationTransfer", float, highestreceiver, modulationcount, speechbands - 1>
+        modulationTransfer;
 };
 
 extern parameterset ParameterSet;

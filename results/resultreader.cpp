@@ -33,6 +33,7 @@
 #include "results/parameterset.h"
 #include "results/resultset.h"
 #include "results/sourcedescription.h"
+#include "room/roomload.h"
 #include "shell/menucommands.h"
 #include "shell/settings.h"
 
@@ -46,17 +47,14 @@ namespace orv {
 namespace {
 
 constexpr std::size_t keylength = 10;
-constexpr std::int32_t progressblock = 128; // bytes
-constexpr std::int32_t loggrey = rgb(192, 192, 192);
-constexpr double fulllog = 0.85;                            // share of the window's height
 constexpr float defaultspeed = 340;                         // m/s
 constexpr float nocorrection = 1E9F;                        // s, a critical time that no slot reaches
 constexpr std::size_t positionlabel = 11, rowlabel = 6;     // characters in front of the numbers
 constexpr std::int64_t oldestrayfile = 864'000'000'000'000; // ns before the result: 10 days
 constexpr std::int32_t keptcorrections = 65536;             // offsets; later ones compute theirs anew
-constexpr int firstvoiceband = 3, lastvoiceband = 9;
 
-constexpr const char* hiddenviews[] = {"Picture1", "Frame1", "Frame2", "SSFrame1", "Frame2DView"};
+// The source that stands for one whose description is not to be had, dB.
+constexpr float unknownpower = 110, unknownweightedpower = 114, unknownlinearpower = 120;
 
 // What one load carries from statement to statement. A read that fails leaves these as they were, and the
 // next statement uses them.
@@ -81,7 +79,7 @@ double headervalue(const loading& load) {
 }
 
 std::string bandtext(float band) {
-    const std::int32_t entry = whole32(static_cast<double>(band));
+    const std::int32_t entry = whole32(wide(band));
     if (entry < 1 || entry > bandcount) subscriptfailure("band", entry, 1, bandcount);
     return std::string(bandName[static_cast<std::size_t>(entry)]);
 }
@@ -126,7 +124,7 @@ const headerkey headerkeys[] = {
      [](const loading& load) { return valuemessage("Impulse Response Lenght =", headervalue(load), " s"); }},
     {"Precision ", [](const loading& load) { ResultSet.timeStep = single(headervalue(load)); },
      [](const loading&) {
-         return valuemessage("Time Resolution =", static_cast<double>(ResultSet.timeStep) * 1000, " ms");
+         return valuemessage("Time Resolution =", wide(ResultSet.timeStep) * 1000, " ms");
      }},
     {"Format    ", [](const loading& load) { ResultSet.resultFormat = headervalue(load); },
      [](const loading& load) { return valuemessage("Format =", headervalue(load), ""); }},
@@ -172,7 +170,7 @@ void readlateral(loading& load, table& target) {
     for (int b = 1; b <= octavebands; ++b) {
         nextvalue(load);
         if (hasplace(load)) storesingle(target(load.receiver, b), load.value);
-        weighted += load.value * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(b)]);
+        weighted += load.value * wide(SessionState.aWeight[static_cast<std::size_t>(b)]);
         linear += load.value;
     }
     if (!hasplace(load)) return;
@@ -209,13 +207,13 @@ void storedelay(const loading& load, double delay) {
         ResultSet.receiverDelay[static_cast<std::size_t>(load.receiver)] = delay;
 }
 
-// w = 1 - exp(-((criticalTime / time) ^ alfa)) of a slot's offset from the first arrival; 1 at 0 and where
-// the formula fails. Without beta there is no correction, whatever alfa is.
+// The late energy factor of a slot's offset from the first arrival; 1 at 0 and where it cannot be computed.
+// Without beta there is no correction, whatever alfa is.
 double correctionof(std::int32_t offset) {
-    const double time = static_cast<double>(ResultSet.timeStep) * offset;
-    if (!(time > 0) || !(ResultSet.betaConstant > 0)) return 1;
-    const double ratio = static_cast<double>(ResultSet.criticalTime) / time;
-    const double w = 1 - std::exp(-std::pow(ratio, static_cast<double>(ResultSet.alfaConstant)));
+    const resultset& R = ResultSet;
+    const double time = wide(R.timeStep) * offset;
+    if (!(time > 0) || !(R.betaConstant > 0)) return 1;
+    const double w = lateenergyfactor(wide(R.criticalTime), wide(R.alfaConstant), time);
     return std::isfinite(w) ? w : 1;
 }
 
@@ -237,8 +235,7 @@ void computecorrection(loading& load, std::int32_t slots) {
 std::vector<std::int32_t> readenergies(loading& load, float* row, std::int32_t slots,
                                        workingsums::bybandindex& direct) {
     double weights[octavebands];
-    for (std::size_t i = 0; i < octavebands; ++i)
-        weights[i] = static_cast<double>(SessionState.aWeight[i + 1]);
+    for (std::size_t i = 0; i < octavebands; ++i) weights[i] = wide(SessionState.aWeight[i + 1]);
     std::vector<std::int32_t> arrivals;
     std::int32_t origin = 0;
     for (std::int32_t t = 0; t < slots; ++t) {
@@ -262,7 +259,7 @@ std::vector<std::int32_t> readenergies(loading& load, float* row, std::int32_t s
             e[i] = std::isfinite(stored) ? stored : e[i]; // a w of 0 fails the division
         }
         for (std::size_t i = 0; i < octavebands; ++i) {
-            const auto energy = static_cast<double>(e[i]);
+            const auto energy = wide(e[i]);
             linear += energy;
             weighted += energy * weights[i];
         }
@@ -270,7 +267,7 @@ std::vector<std::int32_t> readenergies(loading& load, float* row, std::int32_t s
         storesingle(e[linearband - 1], linear);
         if (direct[linearband] == 0 && linear > 0) {
             arrivals.push_back(origin = t);
-            for (std::size_t i = 0; i < bandcount; ++i) direct[i + 1] = std::fabs(static_cast<double>(e[i]));
+            for (std::size_t i = 0; i < bandcount; ++i) direct[i + 1] = std::fabs(wide(e[i]));
         }
     }
     return arrivals;
@@ -292,9 +289,7 @@ void allocate(loading& load) {
     resultset& R = ResultSet;
     if (load.allocated) return;
     const std::int32_t receivers = std::max(RoomModel.receiverCount, 0);
-    attempt([&] {
-        R.lastSlot = whole32(Int(quotient(R.responseLength, static_cast<double>(R.timeStep)) + 0.5));
-    });
+    attempt([&] { R.lastSlot = whole32(Int(quotient(R.responseLength, wide(R.timeStep)) + 0.5)); });
     attempt([&] { createresponse(slotcount(), receivers); });
     attempt([&] { R.receiverDelay.assign(static_cast<std::size_t>(receivers) + 1, 0.0); });
     load.allocated = true;
@@ -305,9 +300,8 @@ void completeheader() {
     resultset& R = ResultSet;
     if (R.betaConstant > 0) {
         attempt([&] {
-            const double ratio = quotient(R.pyramidCount, static_cast<double>(R.betaConstant));
-            R.criticalTime =
-                single(quotient(R.meanFreePath / 4, static_cast<double>(R.soundSpeed)) * squareroot(ratio));
+            const double ratio = quotient(R.pyramidCount, wide(R.betaConstant));
+            R.criticalTime = single(quotient(R.meanFreePath / 4, wide(R.soundSpeed)) * squareroot(ratio));
         });
     } else {
         R.criticalTime = nocorrection;
@@ -355,19 +349,18 @@ void readblockhead(loading& load) {
 void readresponse(loading& load) {
     workingsums sums;
     const std::int32_t slots = slotcount();
-    const float timeStep = ResultSet.timeStep;
     float* row = nullptr;
     if (slots == ImpulseResponse.slots) attempt([&] { row = takeresponse(load.receiver); });
     if (row != nullptr) {
         computecorrection(load, slots);
         const auto arrivals = readenergies(load, row, slots, sums.directEnergy);
-        addslots(sums, load.waves, row, slots, arrivals, timeStep);
+        addslots(sums, load.waves, {row, slots, ResultSet.timeStep}, arrivals);
     } else {
         skipenergies(load, slots);
     }
     storeparameters(load.receiver, sums);
     storemodulation(load.receiver, sums);
-    if (row != nullptr) storedecays(load.receiver, sums, load.decay, row, slots, timeStep);
+    if (row != nullptr) storedecays(load.receiver, sums, load.decay, {row, slots, ResultSet.timeStep});
 }
 
 void readblock(loading& load) {
@@ -381,7 +374,7 @@ void readblock(loading& load) {
 // --- The whole file ---
 
 void readrecords(loading& load) {
-    const double blocks = std::nearbyint(static_cast<double>(load.file.buffer.size()) / progressblock);
+    const double blocks = progressblocks(load.file);
     while (!atend(load.file)) {
         const std::string key = inp10char(load.file);
         attempt([&] {
@@ -395,7 +388,7 @@ void readrecords(loading& load) {
         } else {
             readheader(load, key);
         }
-        if (platform::logfill() > fulllog) platform::clearlog();
+        clearfulllog();
     }
 }
 
@@ -408,10 +401,10 @@ void loadsource(const std::string& result) {
     });
     if (R.sourcePower(linearband) == 0) {
         R.sourceName = "NONE";
-        for (int b = 1; b <= octavebands; ++b) R.sourcePower(b) = 110;
+        for (int b = 1; b <= octavebands; ++b) R.sourcePower(b) = unknownpower;
         for (int b = 1; b <= octavebands; ++b) R.sourceDirectivity(b) = 0;
-        R.sourcePower(weightedband) = 114;
-        R.sourcePower(linearband) = 120;
+        R.sourcePower(weightedband) = unknownweightedpower;
+        R.sourcePower(linearband) = unknownlinearpower;
     }
 }
 
@@ -420,11 +413,11 @@ void loadsource(const std::string& result) {
 void printsource() {
     const resultset& R = ResultSet;
     std::string power = "Lw:", directivity = "DI:", voice = "VC:";
-    for (int b = firstvoiceband; b <= lastvoiceband; ++b) {
-        const auto i = static_cast<std::size_t>(b - firstvoiceband);
+    for (std::size_t i = 0; i < speechbands; ++i) {
+        const int b = firstspeechband + static_cast<int>(i);
         attempt([&] {
-            SessionState.voiceCorrection[i] = single(60 - ((static_cast<double>(R.sourcePower(b)) - 11) +
-                                                           static_cast<double>(R.sourceDirectivity(b))));
+            SessionState.voiceCorrection[i] =
+                single(60 - ((wide(R.sourcePower(b)) - 11) + wide(R.sourceDirectivity(b))));
         });
         power += formatnumber(R.sourcePower(b), " ###0.0");
         directivity += formatnumber(R.sourceDirectivity(b), " ###0.0");
@@ -438,8 +431,8 @@ void printsource() {
 
 // Tested on the linear column and told from the A-weighted one, on purpose.
 void warnofreverberation() {
-    const double length = 1.5 * ResultSet.lastSlot * static_cast<double>(ResultSet.timeStep);
-    if (!(length < static_cast<double>(ParameterSet.T10(0, linearband)))) return;
+    const double length = 1.5 * ResultSet.lastSlot * wide(ResultSet.timeStep);
+    if (!(length < wide(ParameterSet.T10(0, linearband)))) return;
     platform::messagebox("Warning !",
                          "The reverberation time is quite longer than the lenght of the computed Impulse "
                          "Responses - It is suggested to repeat the computation with an impulse response "
@@ -448,32 +441,54 @@ void warnofreverberation() {
                          platform::buttons::ok, platform::icon::exclamation, platform::answer::ok);
 }
 
-} // namespace
-
-void loadresult(const std::string& name) {
-    loading load;
-    std::int32_t former = 0;
+// Shows that a load runs. Returns the window's former background.
+std::int32_t startload(const std::string& name) {
     forgetresponse(); // the window of the former one
     platform::statustext(1, "Loading data from " + pagetext(name) + " ...");
     attempt([&] { SessionState.geometryFileName = geometrynameof(name); });
     ResultSet.soundSpeed = defaultspeed;
-    for (const char* view : hiddenviews) platform::setvisible(view, false);
-    former = platform::background(loggrey);
+    const std::int32_t formerbackground = showloading();
     platform::clearlog();
     platform::logline("Loading " + pagetext(name) + " ....");
     platform::pointer(platform::shape::wait);
+    return formerbackground;
+}
 
+void takesettings() {
     attempt(readsettings);
-    platform::logline(valuemessage("Alfa =", static_cast<double>(ResultSet.alfaConstant), ""));
-    platform::logline(valuemessage("Beta =", static_cast<double>(ResultSet.betaConstant), ""));
+    platform::logline(valuemessage("Alfa =", wide(ResultSet.alfaConstant), ""));
+    platform::logline(valuemessage("Beta =", wide(ResultSet.betaConstant), ""));
+}
 
-    {
-        filebytes bytes;
-        attempt([&] { bytes = readfile(name); });
-        load.file = openlist(bytes, pagetext(name));
-        attempt([&] { ResultSet.listingFileName = listingnameof(name); });
-        readrecords(load);
-    }
+void readresult(const std::string& name) {
+    filebytes bytes;
+    attempt([&] { bytes = readfile(name); });
+    loading load;
+    load.file = openlist(bytes, pagetext(name));
+    attempt([&] { ResultSet.listingFileName = listingnameof(name); });
+    readrecords(load);
+}
+
+// The ray paths beside the result, unless they are much older than it.
+void loadpaths(const std::string& result) {
+    resultset& R = ResultSet;
+    const auto path = [&result] { return existingpath(raypathnameof(result)); };
+    R.resultDate = filedate(result);
+    R.rayFilePresent = attempt([&] { R.rayFileDate = filedate(path()); });
+    const bool usable = R.rayFilePresent && R.resultDate - R.rayFileDate <= oldestrayfile;
+    if (usable)
+        loadchiocc(path());
+    else
+        dummyredim();
+    enablecommand("viewraypaths", usable);
+}
+
+} // namespace
+
+void loadresult(const std::string& name) {
+    const std::int32_t formerbackground = startload(name);
+    takesettings();
+    readresult(name);
     platform::logline("File Loaded OK!");
     platform::statustext(1, "Computing parameters ...");
     platform::statustext(2, "");
@@ -483,24 +498,12 @@ void loadresult(const std::string& name) {
     storeaverages();
     warnofreverberation();
     attempt([] { addroommean(); });
-    if (ResultSet.resultFormat >= newformat) {
-        enablecommand("T_LF", true);
-        enablecommand("T_LFC", true);
-    }
-
-    ResultSet.resultDate = filedate(name);
-    ResultSet.rayFilePresent =
-        attempt([&] { ResultSet.rayFileDate = filedate(existingpath(raypathnameof(name))); });
-    const bool usable =
-        ResultSet.rayFilePresent && ResultSet.resultDate - ResultSet.rayFileDate <= oldestrayfile;
-    if (usable)
-        loadchiocc(existingpath(raypathnameof(name)));
-    else
-        dummyredim();
-    enablecommand("viewraypaths", usable);
+    if (ResultSet.resultFormat >= newformat)
+        for (const std::string_view table : {"T_LF", "T_LFC"}) enablecommand(table, true);
+    loadpaths(name);
 
     platform::pointer(platform::shape::normal);
-    platform::background(former);
+    platform::background(formerbackground);
     platform::statustext(1, "");
     SessionState.parameterSource = 1;
 }

@@ -8,10 +8,10 @@
 
 namespace orv {
 
-// The key of a receiver block, an empty line and the beginning of a title; and the first format whose blocks
-// are of the new layout.
+struct listreader;
+
+// The key of a receiver block: an empty line and the beginning of a title.
 constexpr std::string_view blockkey = "\r\n[Microph";
-constexpr double newformat = 1.2;
 
 // Reads the result file `name` (a path) into ResultSet, ImpulseResponse and ParameterSet, with the settings
 // file before it and the source description and ray path files behind it. Extends x and y of the room's box,
@@ -33,7 +33,6 @@ std::string listingnameof(const std::string& result);
 std::string raypathnameof(const std::string& result);
 
 // Up to ten characters of a file, one at a time, as a record's key is read. Fewer at the end of the file.
-struct listreader;
 std::string inp10char(listreader& file);
 
 // The receiver of a block's title: what follows the first "_", 0 without one. Numbers outside 0..100000

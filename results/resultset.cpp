@@ -3,7 +3,7 @@
 
 #include "platform/platform.h"
 
-#include <algorithm>
+#include <cmath>
 
 namespace orv {
 
@@ -12,11 +12,17 @@ impulseresponse ImpulseResponse;
 
 namespace {
 
+constexpr double memoryshare = 0.75; // of the machine's memory that all responses may take
+
 std::size_t rowcells(std::int32_t slots) {
     return static_cast<std::size_t>(slots) * static_cast<std::size_t>(bandcount);
 }
 
 } // namespace
+
+double lateenergyfactor(double critical, double alfa, double time) {
+    return 1 - std::exp(-std::pow(critical / time, alfa));
+}
 
 float impulseresponse::operator()(std::int32_t slot, int band, std::int32_t receiver) const {
     if (slot < 0 || slot >= slots) subscriptfailure("ImpulseResponse slot", slot, 0, slots - 1);
@@ -53,7 +59,7 @@ float* takeresponse(std::int32_t receiver) {
     const std::size_t cells = rowcells(ImpulseResponse.slots);
     const double bytes =
         static_cast<double>(ImpulseResponse.taken + 1) * static_cast<double>(cells) * sizeof(float);
-    if (bytes > 0.75 * static_cast<double>(platform::memorybytes()))
+    if (bytes > memoryshare * static_cast<double>(platform::memorybytes()))
         throw runtimeerror{errorkind::memory, "Not enough memory for the impulse responses."};
     row = std::make_unique<float[]>(cells);
     ++ImpulseResponse.taken;

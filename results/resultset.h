@@ -13,8 +13,11 @@
 
 namespace orv {
 
+// The first format of result files whose receiver blocks have the new layout, with finished lateral rows.
+constexpr double newformat = 1.2;
+
 struct resultset {
-    double resultFormat = 0;                                 // below 1.2 the old layout of receiver blocks
+    double resultFormat = 0;                                 // below newformat the old layout
     float soundSpeed = 0;                                    // m/s
     float firstBand = 0;                                     // 1..10
     float lastBand = 0;                                      // 1..10
@@ -36,6 +39,11 @@ struct resultset {
 };
 
 extern resultset ResultSet;
+
+// The late energy factor: the share 1 - exp(-((critical / time) ^ alfa)) of the energy that a calculation
+// with a finite number of pyramids still finds `time` s (above 0) behind the direct sound; `critical` in s.
+// Not a number where it cannot be computed.
+double lateenergyfactor(double critical, double alfa, double time);
 
 // Linear energy, 10 log10 of which is a level in dB: time slot 0..lastSlot, bandIndex 1..12, receiver
 // 0..receiverCount. A receiver's storage is taken when its block comes; one without reads as zeros.

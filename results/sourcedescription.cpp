@@ -17,8 +17,6 @@
 #include "platform/platform.h"
 #include "results/acousticparameters.h"
 
-#include <cmath>
-
 namespace orv {
 
 namespace {
@@ -61,9 +59,8 @@ void storeband(const sourceband& record, powersums& sums) {
     attempt([&] { ResultSet.sourcePower(record.band) = single(record.level); });
     attempt([&] { ResultSet.sourceDirectivity(record.band) = single(record.directivity); });
     attempt([&] {
-        const double energy = power(10, static_cast<double>(ResultSet.sourcePower(record.band)) / 10);
-        sums.weighted +=
-            energy * static_cast<double>(SessionState.aWeight[static_cast<std::size_t>(record.band)]);
+        const double energy = power(10, wide(ResultSet.sourcePower(record.band)) / 10);
+        sums.weighted += energy * wide(SessionState.aWeight[static_cast<std::size_t>(record.band)]);
         sums.linear += energy;
         sums.any = true;
     });
@@ -95,8 +92,7 @@ void readsourcefile(const std::string& path, sourcefile& file) {
 
 void readsourcedescription(const std::string& path) {
     // What stands there is never cleared, and the energies are added on top.
-    powersums sums{static_cast<double>(ResultSet.sourcePower(weightedband)),
-                   static_cast<double>(ResultSet.sourcePower(linearband))};
+    powersums sums{wide(ResultSet.sourcePower(weightedband)), wide(ResultSet.sourcePower(linearband))};
     sourcefile file;
     attempt([&] { readsourcefile(path, file); });
     if (!file.heading.empty()) platform::logline(file.heading);

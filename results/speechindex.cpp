@@ -18,30 +18,27 @@ namespace orv {
 
 namespace {
 
-constexpr int firstband = 3, speechbands = 7; // 125 Hz..8 kHz
-constexpr int maleindex = 11, femaleindex = 12;
-constexpr double range = 15;                 // dB on both sides
+constexpr int maleindex = weightedband, femaleindex = linearband; // the columns that the two indices take
+constexpr double range = 15;                                      // dB on both sides
 constexpr double perfect = 0.9, none = 0.01; // what modulations of 1 and above, 0 and below become;
                                              // the upper is 0.9 and not 1 on purpose
 constexpr std::size_t index(int i) {
     return static_cast<std::size_t>(i);
 }
 
-// The share of modulation that noise leaves, 1 / (1 + 10^(-S/10)), for both talkers of a band.
-struct noiseshares {
+// What noise divides a modulation by, 1 + 10^(-S/10), for both talkers of a band.
+struct noisedivisors {
     double male = 1, female = 1;
 };
 
-noiseshares sharesof(std::int32_t receiver, int band) {
+noisedivisors divisorsof(std::int32_t receiver, int band) {
     const sessionstate& s = SessionState;
-    const std::size_t k = index(band - firstband);
-    double difference =
-        static_cast<double>(ParameterSet.Leq(receiver, band)) - static_cast<double>(s.noiseLevel[k]);
-    if (s.forceVoiceSplFlag != 0) difference += static_cast<double>(s.voiceCorrection[k]);
-    if (s.equalizeSpectrumFlag != 0) difference += static_cast<double>(s.maleVoiceSpectrum[k]);
+    const std::size_t k = index(band - firstspeechband);
+    double difference = wide(ParameterSet.Leq(receiver, band)) - wide(s.noiseLevel[k]);
+    if (s.forceVoiceSplFlag != 0) difference += wide(s.voiceCorrection[k]);
+    if (s.equalizeSpectrumFlag != 0) difference += wide(s.maleVoiceSpectrum[k]);
     // From the male to the female talker, whether or not the spectrum is asked for; meant.
-    const double female = difference - static_cast<double>(s.maleVoiceSpectrum[k]) +
-                          static_cast<double>(s.femaleVoiceSpectrum[k]);
+    const double female = difference - wide(s.maleVoiceSpectrum[k]) + wide(s.femaleVoiceSpectrum[k]);
     return {1 + power(10, -difference / 10), 1 + power(10, -female / 10)};
 }
 
@@ -63,10 +60,10 @@ struct ratiosums {
 ratiosums sumratios(std::int32_t receiver, int band) {
     sessionstate& s = SessionState;
     const bool noise = s.backgroundNoiseFlag != 0, spectrum = s.equalizeSpectrumFlag != 0;
-    const noiseshares divisors = noise ? sharesof(receiver, band) : noiseshares{};
+    const noisedivisors divisors = noise ? divisorsof(receiver, band) : noisedivisors{};
     ratiosums sums;
     for (int i = 1; i <= modulationcount; ++i) {
-        auto m = static_cast<double>(ParameterSet.modulationTransfer(receiver, i, band - firstband));
+        auto m = wide(ParameterSet.modulationTransfer(receiver, i, band - firstspeechband));
         if (m >= 1) m = perfect;
         if (m <= 0) m = none;
         if (noise) {
@@ -94,19 +91,19 @@ double transmissionindex(double sum) {
 void computereceiver(std::int32_t receiver, std::array<double, bandcount + 1>& sums) {
     const sessionstate& s = SessionState;
     double male = 0, female = 0, malebelow = 0, femalebelow = 0;
-    for (int band = firstband; band < firstband + speechbands; ++band) {
-        const std::size_t k = index(band - firstband);
+    for (int band = firstspeechband; band < firstspeechband + speechbands; ++band) {
+        const std::size_t k = index(band - firstspeechband);
         const ratiosums ratios = sumratios(receiver, band);
         float& stored = ParameterSet.STI(receiver, band);
         stored = single(transmissionindex(ratios.male));
-        const auto maleband = static_cast<double>(stored);
+        const auto maleband = wide(stored);
         const double femaleband = transmissionindex(ratios.female);
         sums[index(band)] += maleband;
-        male += static_cast<double>(s.maleAlpha[k]) * maleband;
-        female += static_cast<double>(s.femaleAlpha[k]) * femaleband;
-        if (band > firstband) {
-            male -= static_cast<double>(s.maleBeta[k - 1]) * squareroot(maleband * malebelow);
-            female -= static_cast<double>(s.femaleBeta[k - 1]) * squareroot(femaleband * femalebelow);
+        male += wide(s.maleAlpha[k]) * maleband;
+        female += wide(s.femaleAlpha[k]) * femaleband;
+        if (band > firstspeechband) {
+            male -= wide(s.maleBeta[k - 1]) * squareroot(maleband * malebelow);
+            female -= wide(s.femaleBeta[k - 1]) * squareroot(femaleband * femalebelow);
         }
         malebelow = maleband;
         femalebelow = femaleband;
@@ -114,7 +111,7 @@ void computereceiver(std::int32_t receiver, std::array<double, bandcount + 1>& s
     ParameterSet.STI(receiver, maleindex) = single(male);
     ParameterSet.STI(receiver, femaleindex) = single(female);
     // The room's row has no mean of the female index; meant.
-    sums[maleindex] += static_cast<double>(ParameterSet.STI(receiver, maleindex));
+    sums[maleindex] += wide(ParameterSet.STI(receiver, maleindex));
 }
 
 // The menus stay live during a computation; whoever asks for another one before the end is refused.
@@ -129,7 +126,7 @@ void computeall() {
         platform::yield();
         computereceiver(receiver, sums);
     }
-    for (int band = firstband; N > 0 && band <= bandcount; ++band)
+    for (int band = firstspeechband; N > 0 && band <= bandcount; ++band)
         ParameterSet.STI(0, band) = single(sums[index(band)] / N);
 }
 
@@ -148,7 +145,7 @@ void computesti() {
     platform::statustext(1, "Specify the STI computing options");
     platform::showwindow("STI Options", true);
     platform::pointer(platform::shape::wait);
-    for (int band = firstband; band <= bandcount; ++band) ParameterSet.STI(0, band) = 0;
+    for (int band = firstspeechband; band <= bandcount; ++band) ParameterSet.STI(0, band) = 0;
     if (SessionState.parameterSource != 0) computeall();
     if (SessionState.parameterName == "STI") SessionState.gridReady = SessionState.contourReady = 0;
     platform::yield();

@@ -3,8 +3,6 @@
 // the comments say so.
 #pragma once
 
-#include <cstdint>
-
 namespace orv {
 
 // Shows the options dialog, then computes ParameterSet.STI for receivers 0..RoomModel.receiverCount from the

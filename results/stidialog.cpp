@@ -2,6 +2,7 @@
 // results/noisegrid.h.
 #include "results/stidialog.h"
 
+#include "platform/keycodes.h"
 #include "platform/qt/boundary.h"
 #include "platform/qt/platformqt.h"
 #include "platform/qt/qttext.h"
@@ -12,11 +13,8 @@
 #include "ui_stidialog.h"
 
 #include <QDialog>
-#include <QGuiApplication>
 #include <QMainWindow>
-#include <QScreen>
 
-#include <algorithm>
 #include <initializer_list>
 #include <utility>
 
@@ -25,18 +23,10 @@ namespace orv {
 namespace {
 
 constexpr int bandrow = 0, levelrow = 1; // of the grid; column 0 is the heading
-constexpr int firstband = 3;             // bandIndex of column 1, 125 Hz
 constexpr int chosenflag = -1;           // YES and Present
 constexpr QColor lit(255, 255, 255), unlit(192, 192, 192), ink(0, 0, 0);
 constexpr const char* widestlevel = "888.88";
 constexpr int cellpadding = 7, rowpadding = 5, firstmargin = 8; // pixels
-
-// The arrow and paging keys by their codes in the grid.
-constexpr struct {
-    Qt::Key key;
-    int code;
-} movekeys[] = {{Qt::Key_PageUp, 33}, {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},   {Qt::Key_Home, 36},
-                {Qt::Key_Left, 37},   {Qt::Key_Up, 38},       {Qt::Key_Right, 39}, {Qt::Key_Down, 40}};
 
 struct stidialog {
     noisegrid levels = opennoisegrid();
@@ -80,7 +70,7 @@ void connectchoices(stidialog& open) {
 // --- The grid ---
 
 void showlevels(const stidialog& open) {
-    for (int column = 1; column <= noisebands; ++column)
+    for (int column = 1; column <= speechbands; ++column)
         open.form.NoiseGrid->item(levelrow, column)
             ->setText(qttext(open.levels.cell.at(static_cast<std::size_t>(column))));
 }
@@ -108,7 +98,7 @@ void fillgrid(const stidialog& open) {
     QTableWidget& grid = *open.form.NoiseGrid;
     const QPalette colours = open.dialog.palette();
     for (int row = bandrow; row <= levelrow; ++row)
-        for (int column = 0; column <= noisebands; ++column) {
+        for (int column = 0; column <= speechbands; ++column) {
             auto* item = new QTableWidgetItem;
             item->setTextAlignment(column == 0 ? Qt::AlignLeft | Qt::AlignVCenter
                                                : Qt::AlignRight | Qt::AlignVCenter);
@@ -122,9 +112,9 @@ void fillgrid(const stidialog& open) {
         }
     grid.item(bandrow, 0)->setText("Freq.(Hz)");
     grid.item(levelrow, 0)->setText(qttext(open.levels.cell[0]));
-    for (int column = 1; column <= noisebands; ++column)
+    for (int column = 1; column <= speechbands; ++column)
         grid.item(bandrow, column)
-            ->setText(qttext(bandName.at(static_cast<std::size_t>(firstband + column - 1))));
+            ->setText(qttext(bandName.at(static_cast<std::size_t>(firstspeechband + column - 1))));
     grid.setCurrentCell(levelrow, 1);
     showlevels(open);
 }
@@ -133,27 +123,21 @@ void fillgrid(const stidialog& open) {
 void sizegrid(QTableWidget& grid) {
     const QFontMetrics metrics = grid.fontMetrics();
     const int cell = metrics.horizontalAdvance(widestlevel) + 2 * cellpadding;
-    const int width = cell * noisebands * 5 / 4;
+    const int width = cell * speechbands * 5 / 4;
     grid.setColumnWidth(0, width / 5 + firstmargin);
-    for (int column = 1; column <= noisebands; ++column) grid.setColumnWidth(column, cell);
+    for (int column = 1; column <= speechbands; ++column) grid.setColumnWidth(column, cell);
     grid.verticalHeader()->setDefaultSectionSize(metrics.height() + 2 * rowpadding);
     grid.setFixedSize(grid.horizontalHeader()->length() + 2 * grid.frameWidth(),
                       grid.verticalHeader()->length() + 2 * grid.frameWidth());
 }
 
 void pressgridkey(stidialog& open, int key) {
-    if (QGuiApplication::keyboardModifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
-        return;
-    const int column = open.form.NoiseGrid->currentColumn();
-    if (key == Qt::Key_Escape) return noiseenter(open.levels); // nothing is stored
-    for (const auto& move : movekeys)
-        if (move.key == key) noisemove(open.levels, move.code);
-    if (key == Qt::Key_Return || key == Qt::Key_Enter)
-        noisecharacter(open.levels, column, keyreturn);
-    else if (key == Qt::Key_Backspace)
-        noisecharacter(open.levels, column, keybackspace);
-    else
-        noisecharacter(open.levels, column, key); // Qt's keys of digits and the point are their characters
+    if (!isplainkey()) return;
+    const int column = open.form.NoiseGrid->currentColumn(), code = keycodeof(key);
+    if (code == keyescape) return noiseenter(open.levels); // nothing is stored
+    noisemove(open.levels, code);
+    // Enter and Backspace, and Qt's keys of digits and the point, which are their characters.
+    noisecharacter(open.levels, column, code == keyenter || code == keybackspace ? code : key);
     showlevels(open);
 }
 
@@ -209,9 +193,7 @@ void showstidialog(bool) {
     open.form.Width->changeSize(open.form.Choices->sizeHint().width(), 0);
     shownoise(open);
     open.dialog.adjustSize();
-    const QRect screen = MainWindow->form->screen()->availableGeometry();
-    const QPoint corner = screen.center() - open.dialog.rect().center();
-    open.dialog.move(std::max(corner.x(), screen.left()), std::max(corner.y(), screen.top()));
+    platform::centreonscreen(open.dialog);
     platform::rundialog(open.dialog);
 }
 

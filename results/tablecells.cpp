@@ -11,7 +11,6 @@
 #include "shell/sessionstate.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -20,7 +19,6 @@ namespace orv {
 
 namespace {
 
-constexpr double strengthoffset = 31; // dB: G refers to the level at 10 m in a free field (ISO 3382-1)
 constexpr double percent = 100;
 constexpr std::int32_t robinstart = 2; // 125 Hz
 
@@ -41,19 +39,20 @@ void stored(std::string& text, std::int32_t receiver, std::int32_t band, std::st
 template <auto table>
 void hundredfold(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
     const float value = (ParameterSet.*table)(receiver, band);
-    appendformatted(text, single(static_cast<double>(value) * percent), pattern);
+    appendformatted(text, single(wide(value) * percent), pattern);
 }
 
 void strength(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
-    const auto level = static_cast<double>(ParameterSet.LeqLw(receiver, band));
+    const auto level = wide(ParameterSet.LeqLw(receiver, band));
     appendformatted(text, single(level + strengthoffset), pattern);
 }
 void definition(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
-    const auto clarity = static_cast<double>(ParameterSet.C50(receiver, band));
+    const auto clarity = wide(ParameterSet.C50(receiver, band));
     appendformatted(text, percent / (1 + std::pow(10.0, -clarity / 10)), pattern);
 }
 void speechindex(std::string& text, std::int32_t receiver, std::int32_t band, std::string_view pattern) {
-    if (band >= 3 && band != 10) appendformatted(text, ParameterSet.STI(receiver, band), pattern);
+    const bool speech = band >= firstspeechband && band < firstspeechband + speechbands;
+    if (speech || band > octavebands) appendformatted(text, ParameterSet.STI(receiver, band), pattern);
 }
 
 using P = parameterset;

@@ -52,11 +52,8 @@ std::string gridcell(const parametergrid& grid, std::int32_t row, std::int32_t c
 // All cells, headings included: columns separated by a tab, rows by CR LF, none behind the last.
 std::string gridtext(const parametergrid& grid);
 
-// The menu entries of the Table menu: sets SessionState.tableMode and opens the window.
-template <tablename name>
-void opentable();
+// Sets SessionState.tableMode and opens the window; the second form is the routine of a menu entry.
 void showtable(std::string_view mode);
-
 template <tablename name>
 void opentable() {
     showtable(name.text);

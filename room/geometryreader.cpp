@@ -39,14 +39,14 @@
 #include "room/roomload.h"
 #include "room/roommodel.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
+#include <span>
 
 namespace orv {
 
 namespace {
-
-constexpr std::size_t progressblock = 128; // bytes
 
 // What a load keeps between its lines.
 struct loading {
@@ -66,39 +66,45 @@ std::int32_t nextslot(const loading& load, std::int32_t& count, std::int32_t hig
     return ++count;
 }
 
-void checkvertices(const loading& load, int count, int highest, const std::string& what) {
-    if (count > highest)
-        inputfailure(load.fields, errorkind::subscript,
+// What a face, a hole and a door have in common.
+struct polygon {
+    std::int16_t flag, material, vertices;
+    std::array<float, 3 * facevertices> coordinates; // m, x y z of one vertex after the other
+
+    // Vertex 1..`vertices`.
+    roompoint vertex(int number) const {
+        const auto at = 3 * static_cast<std::size_t>(number - 1);
+        return {coordinates[at], coordinates[at + 1], coordinates[at + 2]};
+    }
+};
+
+polygon readpolygon(listreader& fields, int highest, const std::string& what) {
+    polygon read;
+    read.flag = readwhole16(fields);
+    read.material = readwhole16(fields);
+    read.vertices = readwhole16(fields);
+    if (read.vertices > highest)
+        inputfailure(fields, errorkind::subscript,
                      "subscript out of range, " + what + " has at most " + std::to_string(highest) +
-                         " vertices, not " + std::to_string(count));
-}
-
-// Three times `count` coordinates, x y z by x y z.
-using coordinates = std::array<float, 3 * facevertices>;
-
-// What a face, a hole and a door have in common: flag, material, n, then n corners. `corner(number, x, y, z)`
-// takes each of them.
-template <class flags, class materials, class counts, class step>
-void readpolygon(loading& load, std::int32_t slot, int highest, const std::string& what, flags& flag,
-                 materials& material, counts& count, step corner) {
-    flag(slot) = readwhole16(load.fields);
-    material(slot) = readwhole16(load.fields);
-    const int vertices = count(slot) = readwhole16(load.fields);
-    checkvertices(load, vertices, highest, what);
-    coordinates point;
-    readsingles(load.fields, point.data(), 3 * vertices);
-    const float* at = point.data();
-    for (int v = 1; v <= vertices; ++v, at += 3) corner(v, at[0], at[1], at[2]);
+                         " vertices, not " + std::to_string(read.vertices));
+    // A count below 0 counts as 0.
+    const auto numbers = 3 * static_cast<std::size_t>(std::max<std::int16_t>(read.vertices, 0));
+    readsingles(fields, std::span(read.coordinates).first(numbers));
+    return read;
 }
 
 void readface(loading& load) {
     const std::int32_t face = nextslot(load, load.counts.faces, highestface, "faces");
-    readpolygon(load, face, facevertices, "a face", RoomModel.faceLayerFlag, RoomModel.faceMaterial,
-                RoomModel.faceVertexCount, [face](int v, float x, float y, float z) {
-                    setvertex(face, v, {x, y, z});
-                    extendbox(x, y, z);
-                });
+    const polygon read = readpolygon(load.fields, facevertices, "a face");
+    RoomModel.faceLayerFlag(face) = read.flag;
+    RoomModel.faceMaterial(face) = read.material;
+    RoomModel.faceVertexCount(face) = read.vertices;
     RoomModel.faceInWall(face) = load.inwall;
+    for (int v = 1; v <= read.vertices; ++v) {
+        const roompoint at = read.vertex(v);
+        setvertex(face, v, at);
+        extendbox(at.x, at.y, at.z);
+    }
 }
 
 // The face that an opening belongs to, 0 before the first one.
@@ -113,12 +119,16 @@ std::int16_t owningface(const loading& load) {
 void readhole(loading& load) {
     const std::int32_t hole = nextslot(load, load.counts.holes, highesthole, "holes");
     const std::int16_t face = owningface(load);
-    readpolygon(load, hole, holevertices, "a hole", RoomModel.holeLayerFlag, RoomModel.holeMaterial,
-                RoomModel.holeVertexCount, [hole](int v, float x, float y, float z) {
-                    RoomModel.holeVertexX(hole, v) = x;
-                    RoomModel.holeVertexY(hole, v) = y;
-                    RoomModel.holeVertexZ(hole, v) = z;
-                });
+    const polygon read = readpolygon(load.fields, holevertices, "a hole");
+    RoomModel.holeLayerFlag(hole) = read.flag;
+    RoomModel.holeMaterial(hole) = read.material;
+    RoomModel.holeVertexCount(hole) = read.vertices;
+    for (int v = 1; v <= read.vertices; ++v) {
+        const roompoint at = read.vertex(v);
+        RoomModel.holeVertexX(hole, v) = at.x;
+        RoomModel.holeVertexY(hole, v) = at.y;
+        RoomModel.holeVertexZ(hole, v) = at.z;
+    }
     RoomModel.holeFace(hole) = face;
     RoomModel.faceHasOpening(face) = -1;
 }
@@ -126,12 +136,16 @@ void readhole(loading& load) {
 void readdoor(loading& load) {
     const std::int32_t door = nextslot(load, load.counts.doors, highestdoor, "doors");
     const std::int16_t face = owningface(load);
-    readpolygon(load, door, doorvertices, "a door", RoomModel.doorLayerFlag, RoomModel.doorMaterial,
-                RoomModel.doorVertexCount, [door](int v, float x, float y, float z) {
-                    RoomModel.doorVertexX(door, v) = x;
-                    RoomModel.doorVertexY(door, v) = y;
-                    RoomModel.doorVertexZ(door, v) = z;
-                });
+    const polygon read = readpolygon(load.fields, doorvertices, "a door");
+    RoomModel.doorLayerFlag(door) = read.flag;
+    RoomModel.doorMaterial(door) = read.material;
+    RoomModel.doorVertexCount(door) = read.vertices;
+    for (int v = 1; v <= read.vertices; ++v) {
+        const roompoint at = read.vertex(v);
+        RoomModel.doorVertexX(door, v) = at.x;
+        RoomModel.doorVertexY(door, v) = at.y;
+        RoomModel.doorVertexZ(door, v) = at.z;
+    }
     RoomModel.doorFace(door) = face;
     RoomModel.faceHasOpening(face) = -1;
 }
@@ -141,8 +155,8 @@ struct pointpair {
     roompoint first, second;
 };
 pointpair readpoints(listreader& fields) {
-    std::array<float, 6> number{};
-    readsingles(fields, number.data(), 6);
+    std::array<float, 6> number;
+    readsingles(fields, number);
     return {{number[0], number[1], number[2]}, {number[3], number[4], number[5]}};
 }
 
@@ -257,7 +271,7 @@ void loadgeometry(const std::string& name) {
     loading load;
     load.lines = openlist(bytes, shown);
     load.fields = load.lines;
-    const double blocks = whole32(static_cast<double>(bytes.size) / progressblock);
+    const double blocks = progressblocks(load.lines);
     // The progress of each line divides by the blocks; an empty file has none of either.
     if (blocks == 0 && !atend(load.lines))
         inputfailure(load.lines, errorkind::divisionbyzero,

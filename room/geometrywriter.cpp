@@ -21,7 +21,7 @@ constexpr float smallestsize = 0.001F;
 
 // A blank, then the number text, which brings a blank of its own unless negative.
 void coordinate(std::string& text, float value) {
-    text.append(1, ' ').append(numbertext(static_cast<double>(value)));
+    text.append(1, ' ').append(numbertext(wide(value)));
 }
 
 void point(std::string& text, float x, float y, float z) {
@@ -91,7 +91,7 @@ void wallof(std::string& text, std::int32_t face) {
 
 void sourceline(std::string& text, std::int32_t source) {
     text += " Source ";
-    text += numbertext(static_cast<double>(RoomModel.sourceX(source)));
+    text += numbertext(wide(RoomModel.sourceX(source)));
     coordinate(text, RoomModel.sourceY(source));
     coordinate(text, RoomModel.sourceZ(source));
     point(text, RoomModel.sourceAimX(source), RoomModel.sourceAimY(source), RoomModel.sourceAimZ(source));
@@ -101,7 +101,7 @@ void sourceline(std::string& text, std::int32_t source) {
 
 void receiverline(std::string& text, std::int32_t receiver) {
     text += " Receiver ";
-    text += numbertext(static_cast<double>(RoomModel.receiverX(receiver)));
+    text += numbertext(wide(RoomModel.receiverX(receiver)));
     coordinate(text, RoomModel.receiverY(receiver));
     coordinate(text, RoomModel.receiverZ(receiver));
     point(text, RoomModel.receiverAimX(receiver), RoomModel.receiverAimY(receiver),
@@ -112,7 +112,7 @@ void receiverline(std::string& text, std::int32_t receiver) {
 // Whether a face is large enough to be written. Coordinates of no room at all may be too large to tell.
 bool iswritten(std::int32_t face, const std::string& shown) {
     try {
-        return facesize(face) > static_cast<double>(smallestsize);
+        return facesize(face) > wide(smallestsize);
     } catch (const runtimeerror& error) {
         throw runtimeerror{error.kind, shown + ": face " + std::to_string(face) +
                                            " is too large for its size to be computed."};
@@ -125,8 +125,8 @@ void savegeometry(const std::string& name) {
     const std::string shown = pagetext(name);
     platform::statustext(1, "Saving " + shown + " ...");
     platform::pointer(platform::shape::wait);
-    updatesettings({{"Temp", trimmednumber(static_cast<double>(SessionState.temperature))},
-                    {"Humi", trimmednumber(static_cast<double>(SessionState.humidity))}},
+    updatesettings({{"Temp", trimmednumber(wide(SessionState.temperature))},
+                    {"Humi", trimmednumber(wide(SessionState.humidity))}},
                    behindvalue::dropped);
 
     std::string text;

@@ -37,9 +37,13 @@ void clearstatus() {
 
 } // namespace
 
-std::int32_t startroomload(const std::string& status) {
+std::int32_t showloading() {
     for (const char* control : viewcontrols) platform::setvisible(control, false);
-    const std::int32_t formerbackground = platform::background(loadinggrey);
+    return platform::background(loadinggrey);
+}
+
+std::int32_t startroomload(const std::string& status) {
+    const std::int32_t formerbackground = showloading();
     platform::pointer(platform::shape::wait);
     platform::statustext(1, status);
     resetroom();
@@ -83,8 +87,12 @@ void finishroomsave(const std::string& path, std::string_view text) {
     platform::yield();
 }
 
-void logload(const std::string& line) {
+void clearfulllog() {
     if (platform::logfill() > fulllog) platform::clearlog();
+}
+
+void logload(const std::string& line) {
+    clearfulllog();
     platform::logline(line);
 }
 

@@ -1,4 +1,5 @@
 // What every reader of a room does with the main window, at its begin and its end, and how its writers end.
+// Readers of results share what is shown during a load.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +9,11 @@
 
 namespace orv {
 
-// Hides the views and their controls, turns the window grey, shows the wait pointer and the status text, and
-// empties the room. Returns the window's former background.
+// Hides the views and their controls and turns the window grey, as long as a load lasts. Returns the window's
+// former background.
+std::int32_t showloading();
+
+// The same with the wait pointer and the status text, and empties the room.
 std::int32_t startroomload(const std::string& status);
 
 // The records that a reader has filled.
@@ -39,7 +43,10 @@ void showfaceprogress(std::int32_t face);
 // Writes the text of a room into its file and puts pointer and status back. Raises fileaccess.
 void finishroomsave(const std::string& path, std::string_view text);
 
-// A line of the log that a load shows on the window; a full window is cleared first.
+// Clears the log that a load shows on the window, when the window is full of it.
+void clearfulllog();
+
+// A line of the log, behind those that have room.
 void logload(const std::string& line);
 
 } // namespace orv

@@ -8,6 +8,12 @@
 
 namespace orv {
 
+namespace {
+
+constexpr float unsetmax = -1E9F, unsetmin = 1E9F; // of the box before anything extends it
+
+} // namespace
+
 // Zero at first, so that the large tables take no memory until a model fills them; start-up sets the box.
 roommodel RoomModel;
 
@@ -52,21 +58,19 @@ void extendbox(float x, float y, float z) {
 }
 
 void computecentre() {
-    const auto middle = [](float low, float high) {
-        return single((static_cast<double>(low) + static_cast<double>(high)) / 2);
-    };
+    const auto middle = [](float low, float high) { return single((wide(low) + wide(high)) / 2); };
     RoomModel.roomCentreX = middle(RoomModel.roomMinX, RoomModel.roomMaxX);
     RoomModel.roomCentreY = middle(RoomModel.roomMinY, RoomModel.roomMaxY);
     RoomModel.roomCentreZ = middle(RoomModel.roomMinZ, RoomModel.roomMaxZ);
 }
 
 float Area(float x1, float y1, float z1, float x2, float y2, float z2, float x3, float y3, float z3) {
-    const double ax = static_cast<double>(x1) - static_cast<double>(x3);
-    const double ay = static_cast<double>(y1) - static_cast<double>(y3);
-    const double az = static_cast<double>(z1) - static_cast<double>(z3);
-    const double bx = static_cast<double>(x2) - static_cast<double>(x3);
-    const double by = static_cast<double>(y2) - static_cast<double>(y3);
-    const double bz = static_cast<double>(z2) - static_cast<double>(z3);
+    const double ax = wide(x1) - wide(x3);
+    const double ay = wide(y1) - wide(y3);
+    const double az = wide(z1) - wide(z3);
+    const double bx = wide(x2) - wide(x3);
+    const double by = wide(y2) - wide(y3);
+    const double bz = wide(z2) - wide(z3);
     const double x = ay * bz - az * by;
     const double y = az * bx - ax * bz;
     const double z = ax * by - ay * bx;
@@ -80,8 +84,8 @@ double facesize(std::int32_t face) {
     const int n = RoomModel.faceVertexCount(face);
     double size = 0;
     for (int k = 1; k <= n - 2; ++k)
-        size += static_cast<double>(Area(X(face, k), Y(face, k), Z(face, k), X(face, k + 1), Y(face, k + 1),
-                                         Z(face, k + 1), X(face, n), Y(face, n), Z(face, n)));
+        size += wide(Area(X(face, k), Y(face, k), Z(face, k), X(face, k + 1), Y(face, k + 1), Z(face, k + 1),
+                          X(face, n), Y(face, n), Z(face, n)));
     return size;
 }
 

@@ -10,7 +10,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace orv {
 
@@ -98,17 +97,13 @@ void setvertex(std::int32_t face, int vertex, const roompoint& at);
 void setsource(std::int32_t source, const roompoint& position, const roompoint& aim);
 void setreceiver(std::int32_t receiver, const roompoint& position, const roompoint& second);
 
-// Start values of the box, before anything extends it.
-constexpr float unsetmax = -1E9F;
-constexpr float unsetmin = 1E9F;
-
-// Counts to 0 and the box to its start values, as every reader begins.
+// Counts to 0 and the box to one that any point extends (maxima -1E9, minima 1E9), as every reader begins.
 void resetroom();
 
 // Widens the box by a point.
 void extendbox(float x, float y, float z);
 
-// Each centre coordinate becomes (min + max) / 2.
+// Each centre coordinate becomes (min + max) / 2. Raises overflow where single precision does not hold it.
 void computecentre();
 
 // Twice the area of the triangle P1 P2 P3 in m2: the length of (P1 - P3) x (P2 - P3). The factor of two

@@ -26,6 +26,7 @@ constexpr double margin = 1.2;       // of the 2D window to the room's box
 constexpr double flatroom = 0.001;   // m, a 2D window lower than this shows a room edge-on
 constexpr double laidout = 10;       // pixels of height above which a surface is taken as laid out
 constexpr double spinstep = 5;       // m
+constexpr double smallestlength = 1E-6; // in the place of 0 before the axis to the right is divided by it
 
 constexpr std::string_view positionpattern = "###0.0", focalpattern = "#####.#", spinpattern = "####.#";
 
@@ -60,10 +61,6 @@ constexpr std::array<focalstep, 10> focalsteps = {{{400, 300, 400},
                                                    {35, 24, 50},
                                                    {24, 16, 35},
                                                    {16, 16, 35}}};
-
-double wide(float value) {
-    return static_cast<double>(value);
-}
 
 double length(double x, double y, double z) {
     return std::sqrt(x * x + y * y + z * z);
@@ -150,14 +147,13 @@ viewcamera derivedcamera() {
 
     // From the plane's centre to the target, not along the view: a camera nearer to the target than the plane
     // turns the picture upside down, which is meant.
-    double a, b, plane, offset;
-    planefrompoints({ox, oy, oz}, {wide(s.targetX), wide(s.targetY), wide(s.targetZ)}, {ox, oy, oz + 1}, a, b,
-                    plane, offset);
-    double u = length(a, b, plane);
-    if (u == 0) u = 1E-6;
-    c.axisUX = single(-a / u);
-    c.axisUY = single(-b / u);
-    c.axisUZ = single(-plane / u);
+    const planeequation upright =
+        planefrompoints({ox, oy, oz}, {wide(s.targetX), wide(s.targetY), wide(s.targetZ)}, {ox, oy, oz + 1});
+    double u = length(upright.a, upright.b, upright.c);
+    if (u == 0) u = smallestlength;
+    c.axisUX = single(-upright.a / u);
+    c.axisUY = single(-upright.b / u);
+    c.axisUZ = single(-upright.c / u);
     const double ux = wide(c.axisUX), uy = wide(c.axisUY), uz = wide(c.axisUZ);
     const double vx = uy * nz - uz * ny, vy = uz * nx - ux * nz, vz = ux * ny - uy * nx;
     const double v = length(vx, vy, vz);
@@ -189,14 +185,11 @@ modelpoint fromplane(const picturepoint& point, double third, planechoice plane)
     }
 }
 
-void planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3, double& a, double& b,
-                     double& c, double& d) {
+planeequation planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3) {
     const double px = p3.x - p1.x, py = p3.y - p1.y, pz = p3.z - p1.z;
     const double qx = p2.x - p1.x, qy = p2.y - p1.y, qz = p2.z - p1.z;
-    a = py * qz - pz * qy;
-    b = pz * qx - px * qz;
-    c = px * qy - py * qx;
-    d = -(a * p1.x + b * p1.y + c * p1.z);
+    const double a = py * qz - pz * qy, b = pz * qx - px * qz, c = px * qy - py * qx;
+    return {a, b, c, -(a * p1.x + b * p1.y + c * p1.z)};
 }
 
 void scale3dview(DrawSurface& surface) {

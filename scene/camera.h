@@ -6,6 +6,7 @@
 // room. Nothing is hidden and nothing is cut off here.
 #pragma once
 
+#include "base/arithmetic.h"
 #include "scene/drawsurface.h"
 #include "shell/sessionstate.h"
 
@@ -37,11 +38,6 @@ void setupcamera();
 // What setupcamera derives, without a change to anything. Raises divisionbyzero alike.
 viewcamera derivedcamera();
 
-// Model point (m) to picture coordinates (m on the picture plane), computed in double precision from the
-// single-precision camera. (0, 0) with a beep for a point in the camera's own plane, (-12345, 0) for one
-// behind the camera; nobody tests for either. Raises nothing.
-void projectpoint(double x, double y, double z, double& u, double& v);
-
 // A point of the model, m, and one of the picture or of the plane of the 2D view, in that view's two axes.
 struct modelpoint {
     double x, y, z;
@@ -50,6 +46,11 @@ struct picturepoint {
     double x, y;
 };
 
+// The place of a model point in the 3D picture (m on the picture plane), computed in double precision from
+// the single-precision camera. (0, 0) with a beep for a point in the camera's own plane, (-12345, 0) for one
+// behind the camera; nobody tests for either. Raises nothing.
+picturepoint projectpoint(const modelpoint& point);
+
 // The two coordinates of a point that the present 2D view shows: x and y, y and z, or x and z.
 picturepoint inplane(const modelpoint& point);
 
@@ -57,9 +58,11 @@ picturepoint inplane(const modelpoint& point);
 // being `third`.
 modelpoint fromplane(const picturepoint& point, double third, planechoice plane = SessionState.viewPlane);
 
-// Plane a x + b y + c z + d = 0 through three points; (a, b, c) = (p3 - p1) x (p2 - p1), not normalised.
-void planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3, double& a, double& b,
-                     double& c, double& d);
+// The plane a x + b y + c z + d = 0 through three points; (a, b, c) = (p3 - p1) x (p2 - p1), not normalised.
+struct planeequation {
+    double a, b, c, d;
+};
+planeequation planefrompoints(const modelpoint& p1, const modelpoint& p2, const modelpoint& p3);
 
 // Sets the window of `surface` for the 3D view: the film frame, widened in the direction that the surface's
 // shape asks, moved by the pan.
@@ -98,30 +101,24 @@ void redisplaypressed();
 
 void projectionplanebeep(); // the beep of a point in the camera's plane
 
-inline void projectpoint(double x, double y, double z, double& u, double& v) {
+inline picturepoint projectpoint(const modelpoint& point) {
     const viewcamera& c = ViewCamera;
-    const double cx = SessionState.cameraX, cy = SessionState.cameraY, cz = SessionState.cameraZ;
-    const double nx = c.viewNormalX, ny = c.viewNormalY, nz = c.viewNormalZ;
-    const double dx = x - cx, dy = y - cy, dz = z - cz;
+    const double cx = wide(SessionState.cameraX), cy = wide(SessionState.cameraY);
+    const double cz = wide(SessionState.cameraZ);
+    const double nx = wide(c.viewNormalX), ny = wide(c.viewNormalY), nz = wide(c.viewNormalZ);
+    const double dx = point.x - cx, dy = point.y - cy, dz = point.z - cz;
     const double den = nx * dx + ny * dy + nz * dz;
     if (den == 0) [[unlikely]] {
-        u = v = 0;
         projectionplanebeep();
-        return;
+        return {0, 0};
     }
-    const double s = (nx * cx + ny * cy + nz * cz + static_cast<double>(c.planeOffset)) / den;
-    if (s > 0) {
-        u = behindcamera;
-        v = 0;
-        return;
-    }
-    const double qx = cx - dx * s - static_cast<double>(c.planeOriginX);
-    const double qy = cy - dy * s - static_cast<double>(c.planeOriginY);
-    const double qz = cz - dz * s - static_cast<double>(c.planeOriginZ);
-    u = static_cast<double>(c.axisUX) * qx + static_cast<double>(c.axisUY) * qy +
-        static_cast<double>(c.axisUZ) * qz;
-    v = static_cast<double>(c.axisVX) * qx + static_cast<double>(c.axisVY) * qy +
-        static_cast<double>(c.axisVZ) * qz;
+    const double s = (nx * cx + ny * cy + nz * cz + wide(c.planeOffset)) / den;
+    if (s > 0) return {behindcamera, 0};
+    const double qx = cx - dx * s - wide(c.planeOriginX);
+    const double qy = cy - dy * s - wide(c.planeOriginY);
+    const double qz = cz - dz * s - wide(c.planeOriginZ);
+    return {wide(c.axisUX) * qx + wide(c.axisUY) * qy + wide(c.axisUZ) * qz,
+            wide(c.axisVX) * qx + wide(c.axisVY) * qy + wide(c.axisVZ) * qz};
 }
 
 } // namespace orv

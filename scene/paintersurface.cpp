@@ -13,7 +13,6 @@
 #include <cmath>
 #include <cstring>
 #include <numeric>
-#include <span>
 #include <utility>
 
 namespace orv {
@@ -155,8 +154,11 @@ QRect squareabout(int x, int y, int radius) {
 // Has a painter draw the circle in two colours on a sheet of its own, and takes the runs from there.
 void makestamp(paintersurface& to, const surfacepen& pen, int radius) {
     circlestamp& stamp = to.stamp;
-    if (stamp.radius == radius && stamp.penwidth == pen.width && stamp.style == pen.style) return;
-    stamp = {radius, pen.width, pen.style, {}};
+    const double scale = to.surface.scale;
+    if (stamp.radius == radius && stamp.penwidth == pen.width && stamp.scale == scale &&
+        stamp.style == pen.style)
+        return;
+    stamp = {radius, pen.width, scale, pen.style, {}};
     const int middle = radius + static_cast<int>(std::ceil(pen.width)) + 1, size = 2 * middle + 1;
     constexpr QRgb paper = qRgb(255, 255, 255), inside = qRgb(0, 0, 255);
     QImage sheet(size, size, QImage::Format_RGB32);

@@ -28,7 +28,7 @@ struct circlestamp {
         bool inside;      // of the fill colour, else of the pen
     };
     int radius = 0; // 0: none yet
-    double penwidth = 1;
+    double penwidth = 1, scale = 1;
     drawstyle style = drawstyle::solid;
     std::vector<run> runs;
 };

@@ -1,6 +1,7 @@
 // What pressing, dragging and releasing do in the main picture.
 #include "scene/pointer.h"
 
+#include "base/arithmetic.h"
 #include "base/runtimeerror.h"
 #include "maps/blankingeditor.h"
 #include "maps/redrawview.h"
@@ -27,17 +28,13 @@ constexpr double farthest = 1E6; // squared distance of a receiver that can be p
 
 struct picturedrag {
     bool dragging = false;
-    bool orbiting =
-        false; // the camera's start is known; not for a right button that went down in another view
+    // The camera's start is known, which it is not for a right button that went down in another view.
+    bool orbiting = false;
     double startX = 0, startY = 0;
     double lastX = 0, lastY = 0; // the band's end
     double orbitRadius = 0, orbitAzimuth = 0, orbitElevation = 0;
 };
 picturedrag drag;
-
-double wide(float value) {
-    return static_cast<double>(value);
-}
 
 // A drawing lets the pointer in while its own pen may be wide.
 struct thinpen {
@@ -172,7 +169,7 @@ void setnearestrec(double x, double y) {
     std::int32_t nearest = 0;
     for (std::int32_t i = 1; i <= RoomModel.receiverCount; ++i) {
         const modelpoint receiver = receiverpoint(i);
-        const picturepoint p = solid ? projected(receiver) : inplane(receiver);
+        const picturepoint p = solid ? projectpoint(receiver) : inplane(receiver);
         const double distance = (p.x - x) * (p.x - x) + (p.y - y) * (p.y - y);
         if (distance < best) {
             best = distance;

@@ -1,6 +1,7 @@
 // The layers of the scene, one routine for each kind of item, and the two routines that order them.
 #include "scene/scenedrawing.h"
 
+#include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/runtimeerror.h"
 #include "maps/blanking.h"
@@ -26,23 +27,25 @@ constexpr double raylength = 50;   // of a ray line, in its direction triples
 constexpr double shrinkfactor = 0.7;
 constexpr double axes2d = 1.2, axes3d = 1.3; // length of the axes to the room's maxima
 
-double wide(float value) {
-    return static_cast<double>(value);
-}
+// Sizes and distances, as what the window's width or height is divided by.
+constexpr double sourceradius = 200, receiverradius = 300, blankingradius = 300, rayradius = 800; // width
+constexpr double receiverlabel = 100, postedlabel = 80;                                           // height
+constexpr double itemsize3d = 40; // height: half a source's box, a receiver's radius
+constexpr double labelleft = 2.5; // what a 2D label's width is divided by, to the left of its point
 
 modelpoint holepoint(std::int32_t hole, int vertex) {
     const roommodel& r = RoomModel;
-    return {wide(r.holeVertexX(hole, vertex)), wide(r.holeVertexY(hole, vertex)),
-            wide(r.holeVertexZ(hole, vertex))};
+    return modelpointof(r.holeVertexX(hole, vertex), r.holeVertexY(hole, vertex),
+                        r.holeVertexZ(hole, vertex));
 }
 modelpoint doorpoint(std::int32_t door, int vertex) {
     const roommodel& r = RoomModel;
-    return {wide(r.doorVertexX(door, vertex)), wide(r.doorVertexY(door, vertex)),
-            wide(r.doorVertexZ(door, vertex))};
+    return modelpointof(r.doorVertexX(door, vertex), r.doorVertexY(door, vertex),
+                        r.doorVertexZ(door, vertex));
 }
 modelpoint raystart(std::int32_t ray) {
     const roommodel& r = RoomModel;
-    return {wide(r.rayLineX1(ray)), wide(r.rayLineY1(ray)), wide(r.rayLineZ1(ray))};
+    return modelpointof(r.rayLineX1(ray), r.rayLineY1(ray), r.rayLineZ1(ray));
 }
 modelpoint rayend(std::int32_t ray) {
     const roommodel& r = RoomModel;
@@ -94,18 +97,19 @@ void drawsources2d(DrawSurface& surface) {
     surface.setFillStyle(fillstyle::solid);
     surface.setForeColor(SessionState.colourSources);
     surface.setFillColor(SessionState.colourSources);
-    const double radius = surface.windowWidth() / 200;
+    const double radius = surface.windowWidth() / sourceradius;
     for (std::int32_t i = 1; i <= RoomModel.sourceCount; ++i) {
         const picturepoint p = inplane(sourcepoint(i));
         surface.circle(p.x, p.y, radius, QBColor(1));
         const std::string label = sourcelabel(i);
-        surface.setTextPoint(p.x - surface.textWidth(label) / 2.5, p.y + radius - surface.textHeight(label));
+        surface.setTextPoint(p.x - surface.textWidth(label) / labelleft,
+                             p.y + radius - surface.textHeight(label));
         surface.textLine(label);
     }
 }
 
 void receivercircle2d(DrawSurface& surface, const picturepoint& p) {
-    surface.circle(p.x, p.y, surface.windowWidth() / 300, QBColor(5));
+    surface.circle(p.x, p.y, surface.windowWidth() / receiverradius, QBColor(5));
 }
 
 void drawreceivers2d(DrawSurface& surface) {
@@ -116,8 +120,8 @@ void drawreceivers2d(DrawSurface& surface) {
         const picturepoint p = inplane(receiverpoint(i));
         receivercircle2d(surface, p);
         const std::string label = std::to_string(i);
-        surface.setTextPoint(p.x - surface.textWidth(label) / 2.5,
-                             p.y - surface.windowHeight() / 100 - surface.textHeight(label));
+        surface.setTextPoint(p.x - surface.textWidth(label) / labelleft,
+                             p.y - surface.windowHeight() / receiverlabel - surface.textHeight(label));
         surface.textLine(label);
     }
 }
@@ -149,7 +153,8 @@ void drawposted(DrawSurface& surface) {
     for (std::int32_t i = 1; i <= RoomModel.receiverCount; ++i) {
         const picturepoint p = inplane(receiverpoint(i));
         const std::string value = parametertext(i, SessionState.bandIndex, "###0.##");
-        surface.setTextPoint(p.x - surface.textWidth(value) / 2.5, p.y + surface.windowHeight() / 80);
+        surface.setTextPoint(p.x - surface.textWidth(value) / labelleft,
+                             p.y + surface.windowHeight() / postedlabel);
         surface.textLine(value);
     }
 }
@@ -174,14 +179,14 @@ void drawblanking2d(DrawSurface& surface) {
     surface.setFillColor(QBColor(11));
     eachblankside([&](const picturepoint& p, const picturepoint& q) {
         surface.line(p.x, p.y, q.x, q.y, SessionState.colourBlanking);
-        surface.circle(p.x, p.y, surface.windowWidth() / 300, QBColor(12));
+        surface.circle(p.x, p.y, surface.windowWidth() / blankingradius, QBColor(12));
     });
 }
 
 // --- Layers of the 3D view ---
 
 void edge3d(DrawSurface& surface, const modelpoint& from, const modelpoint& to, std::int32_t colour) {
-    const picturepoint p = projected(from), q = projected(to);
+    const picturepoint p = projectpoint(from), q = projectpoint(to);
     surface.line(p.x, p.y, q.x, q.y, colour);
 }
 
@@ -231,11 +236,11 @@ void centredlabel(DrawSurface& surface, const picturepoint& p, const std::string
 
 void drawsources3d(DrawSurface& surface) {
     if (!ischecked("Vsource")) return;
-    const double s = std::fabs(platform::picture().windowHeight()) / 40;
+    const double s = std::fabs(platform::picture().windowHeight()) / itemsize3d;
     surface.setFillStyle(fillstyle::transparent);
     surface.setForeColor(SessionState.colourSources);
     for (std::int32_t i = 1; i <= RoomModel.sourceCount; ++i) {
-        const picturepoint p = projected(sourcepoint(i));
+        const picturepoint p = projectpoint(sourcepoint(i));
         surface.box(p.x - s, p.y - s, p.x + s, p.y + s, QBColor(3));
         centredlabel(surface, p, sourcelabel(i));
     }
@@ -243,11 +248,11 @@ void drawsources3d(DrawSurface& surface) {
 
 void drawreceivers3d(DrawSurface& surface) {
     if (!ischecked("CamVrec")) return;
-    const double r = std::fabs(surface.windowHeight() / 40);
+    const double r = std::fabs(surface.windowHeight() / itemsize3d);
     surface.setFillStyle(fillstyle::transparent);
     surface.setForeColor(SessionState.colourReceivers);
     for (std::int32_t i = 1; i <= RoomModel.receiverCount; ++i) {
-        const picturepoint p = projected(receiverpoint(i));
+        const picturepoint p = projectpoint(receiverpoint(i));
         surface.circle(p.x, p.y, r, QBColor(1));
         centredlabel(surface, p, std::to_string(i));
     }
@@ -255,9 +260,9 @@ void drawreceivers3d(DrawSurface& surface) {
 
 void drawraylines3d(DrawSurface& surface) {
     if (!ischecked("Vrays")) return;
-    const double radius = platform::picture().windowWidth() / 800;
+    const double radius = platform::picture().windowWidth() / rayradius;
     for (std::int32_t i = 1; i <= RoomModel.rayLineCount; ++i) {
-        const picturepoint p = projected(raystart(i)), q = projected(rayend(i));
+        const picturepoint p = projectpoint(raystart(i)), q = projectpoint(rayend(i));
         surface.line(p.x, p.y, q.x, q.y, SessionState.colourRays);
         surface.circle(p.x, p.y, radius, QBColor(12));
     }
@@ -266,11 +271,11 @@ void drawraylines3d(DrawSurface& surface) {
 void drawblanking3d(DrawSurface& surface) {
     if (!blankingshown()) return;
     surface.setFillColor(QBColor(11));
-    const double radius = platform::picture().windowWidth() / 300;
+    const double radius = platform::picture().windowWidth() / blankingradius;
     const double third = wide(SessionState.mapThirdCoordinate);
     eachblankside([&](const picturepoint& from, const picturepoint& to) {
         // x, y and the third coordinate, whatever the 2D view shows; meant.
-        const picturepoint p = projected({from.x, from.y, third}), q = projected({to.x, to.y, third});
+        const picturepoint p = projectpoint({from.x, from.y, third}), q = projectpoint({to.x, to.y, third});
         surface.line(p.x, p.y, q.x, q.y, SessionState.colourBlanking);
         surface.circle(p.x, p.y, radius, QBColor(12));
     });
@@ -369,9 +374,9 @@ void drawaxes3d(DrawSurface& surface) {
     } axes[] = {{{axes3d * wide(r.roomMaxX), 0, 0}, QBColor(12)},
                 {{0, axes3d * wide(r.roomMaxY), 0}, QBColor(10)},
                 {{0, 0, axes3d * wide(r.roomMaxZ)}, QBColor(1)}};
-    const picturepoint origin = projected({0, 0, 0});
+    const picturepoint origin = projectpoint({0, 0, 0});
     for (const auto& axis : axes) {
-        const picturepoint end = projected(axis.end);
+        const picturepoint end = projectpoint(axis.end);
         surface.line(origin.x, origin.y, end.x, end.y, axis.colour);
     }
 }

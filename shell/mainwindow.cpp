@@ -154,6 +154,20 @@ void buildarea(Ui::Orvview& form) {
 
 // --- Events ---
 
+// What was drawn before, in the window's new size. Nobody asked for it: the log stays in front, also when it
+// is asked for meanwhile.
+void drawresized() {
+    struct keptlog {
+        const bool former = std::exchange(MainWindow->keeplog, true);
+        ~keptlog() { MainWindow->keeplog = former; }
+    };
+    {
+        const keptlog kept;
+        mainresized(MainWindow->area->width(), MainWindow->area->height());
+    }
+    showpage();
+}
+
 void fitpicture() {
     mainwindow& window = *MainWindow;
     const QSize size = window.area->size();
@@ -163,18 +177,13 @@ void fitpicture() {
         picture.surface.scale == ratio)
         return;
     resizepicture(picture, size.width(), size.height(), ratio);
-    const bool wanted = window.logwanted;
-    mainresized(size.width(), size.height());
-    window.logwanted = wanted; // a drawing that nobody asked for
-    showpage();
+    drawresized();
     window.resizedmeanwhile = commandssuspended(); // nothing is drawn now
 }
 
 // What fitpicture has left out, once the job is over.
 void redrawresized() {
-    mainwindow& window = *MainWindow;
-    if (!std::exchange(window.resizedmeanwhile, false)) return;
-    mainresized(window.area->width(), window.area->height());
+    if (std::exchange(MainWindow->resizedmeanwhile, false)) drawresized();
 }
 
 void paintpicture() {
@@ -204,11 +213,8 @@ void pointpicture(const pointerevent& event) {
 // Keys arrive at the window before any control; those of an open menu are the menu's.
 void presskey(int key) {
     if (QApplication::activePopupWidget() || QApplication::activeModalWidget()) return;
-    if (key == Qt::Key_Escape) {
-        mainkey(keyescape);
-        pictureescape();
-    }
-    if (key == Qt::Key_F1) mainkey(keyf1);
+    mainkey(keycodeof(key));
+    if (key == Qt::Key_Escape) pictureescape();
 }
 
 // Closing takes the other windows along and ends the event loop.

@@ -39,6 +39,7 @@ struct mainwindow {
     paintersurface picture{1, 1, 1}; // what Picture1 shows, in the size of the area
     bool pictureshown = true;
     bool logwanted = false; // in place of the picture, until the next drawing
+    bool keeplog = false;   // a drawing runs that does not end that
     bool closed = false;
     std::int32_t background = 0, restingbackground = 0; // 0x00BBGGRR; another than the resting one at a load
 

@@ -39,6 +39,7 @@ constexpr int bandcount = 12; // bandIndex 1..10 octave bands, 11 A-weighted, 12
 constexpr int octavebands = 10;
 constexpr int weightedband = 11;
 constexpr int linearband = 12;
+constexpr int firstspeechband = 3, speechbands = 7; // 125 Hz..8 kHz, the bands of the speech index
 constexpr int modulationcount = 14;
 constexpr int highestmaterial = 2000;
 
@@ -123,13 +124,13 @@ struct sessionstate {
     std::string fileRadix;             // what the names of WAV files are made of
     std::int32_t requestedSamples = 0; // wanted length of a block
 
-    // Speech transmission index; bands 125 Hz..8 kHz are 0..6
+    // Speech transmission index; the speech bands are 0..6
     std::int32_t backgroundNoiseFlag = 0, forceVoiceSplFlag = 0, equalizeSpectrumFlag = 0;
-    double femaleModulation = 0; // of the last evaluation with noise
-    std::array<float, 7> noiseLevel{};
-    std::array<float, 7> voiceCorrection{};
-    std::array<float, 7> maleAlpha{}, femaleAlpha{}, maleBeta{}, femaleBeta{}, maleVoiceSpectrum{},
-        femaleVoiceSpectrum{};
+    double femaleModulation = 0;                      // of the last evaluation with noise
+    std::array<float, speechbands> noiseLevel{};      // dB
+    std::array<float, speechbands> voiceCorrection{}; // dB
+    std::array<float, speechbands> maleAlpha{}, femaleAlpha{}, maleBeta{}, femaleBeta{};
+    std::array<float, speechbands> maleVoiceSpectrum{}, femaleVoiceSpectrum{}; // dB
 };
 
 extern sessionstate SessionState;

@@ -8,6 +8,7 @@
 #include "base/runtimeerror.h"
 #include "maps/redrawview.h"
 #include "maps/rgbsettings.h"
+#include "platform/keycodes.h"
 #include "platform/platform.h"
 #include "room/roommodel.h"
 #include "shell/menucommands.h"
@@ -45,12 +46,13 @@ constexpr float modulationfrequencies[modulationcount] = {0.63F, 0.8F, 1.0F, 1.2
 
 // Band weights, redundancy weights and voice spectra, 125 Hz..8 kHz (IEC 60268-16). The male weight at 1 kHz
 // is 0.1233 on purpose, where the standard has 0.233.
-constexpr std::array<float, 7> malealpha = {0.085F, 0.127F, 0.230F, 0.1233F, 0.309F, 0.224F, 0.173F};
-constexpr std::array<float, 7> femalealpha = {0, 0.117F, 0.223F, 0.216F, 0.328F, 0.250F, 0.194F};
-constexpr std::array<float, 7> malebeta = {0.085F, 0.078F, 0.065F, 0.011F, 0.047F, 0.095F, 0};
-constexpr std::array<float, 7> femalebeta = {0, 0.099F, 0.066F, 0.062F, 0.025F, 0.076F, 0};
-constexpr std::array<float, 7> malespectrum = {2.9F, 2.9F, -0.8F, -6.8F, -12.8F, -18.8F, -24.8F};
-constexpr std::array<float, 7> femalespectrum = {-100, 5.3F, -1.9F, -9.1F, -15.8F, -16.7F, -18.0F};
+constexpr std::array<float, speechbands> malealpha = {0.085F, 0.127F, 0.230F, 0.1233F,
+                                                      0.309F, 0.224F, 0.173F};
+constexpr std::array<float, speechbands> femalealpha = {0, 0.117F, 0.223F, 0.216F, 0.328F, 0.250F, 0.194F};
+constexpr std::array<float, speechbands> malebeta = {0.085F, 0.078F, 0.065F, 0.011F, 0.047F, 0.095F, 0};
+constexpr std::array<float, speechbands> femalebeta = {0, 0.099F, 0.066F, 0.062F, 0.025F, 0.076F, 0};
+constexpr std::array<float, speechbands> malespectrum = {2.9F, 2.9F, -0.8F, -6.8F, -12.8F, -18.8F, -24.8F};
+constexpr std::array<float, speechbands> femalespectrum = {-100, 5.3F, -1.9F, -9.1F, -15.8F, -16.7F, -18.0F};
 
 constexpr std::string_view fieldpattern = "#####.#";
 
@@ -207,12 +209,12 @@ std::string datadirectoryfor(const std::string& programdirectory) {
     return programdirectory;
 }
 
-void mainkey(int keycode) {
-    if (keycode == keyf1)
+void mainkey(int code) {
+    if (code == keyf1)
         platform::messagebox(std::string(programname) + std::string(versiontext),
                              "Sorry, no help still available", platform::buttons::ok, platform::icon::none,
                              platform::answer::ok);
-    if (keycode == keyescape) SessionState.drawAbort = on;
+    if (code == keyescape) SessionState.drawAbort = on;
 }
 
 void mainresized(int width, int height) {

@@ -21,10 +21,8 @@ void computeconstants();
 // The data directory for a program that lies in `programdirectory`.
 std::string datadirectoryfor(const std::string& programdirectory);
 
-// Keys of the main window, seen before any control gets them.
-constexpr int keyescape = 27;
-constexpr int keyf1 = 112;
-void mainkey(int keycode);
+// A key of the main window (platform/keycodes.h), seen before any control gets it.
+void mainkey(int code);
 
 // The picture has a new size in pixels. Draws the scene again when there is a room.
 void mainresized(int width, int height);

@@ -139,7 +139,7 @@ float* takerow(loading& load, std::int32_t receiver) {
 
 void readenergies(loading& load, float* row) {
     for (std::int32_t t = 0; t <= Optimizer.fileSlots; ++t, row += bandcount) {
-        readsingles(load.file, row, octavebands);
+        readsingles(load.file, {row, octavebands});
         double linear = 0, weighted = 0;
         for (std::size_t i = 0; i < octavebands; ++i) {
             const auto energy = static_cast<double>(row[i]);
@@ -241,7 +241,7 @@ double criticaltime(const optimizerfile& file, double beta) {
 // whatever alfa is; nothing is divided by 0.
 double correctionof(double time, double critical, const fields& given) {
     if (!(given.beta > 0) || !(critical > 0) || !(time > 0)) return 1;
-    const double w = 1 - std::exp(-std::pow(critical / time, given.alfa));
+    const double w = lateenergyfactor(critical, given.alfa, time);
     return w > 0 ? w : 1;
 }
 

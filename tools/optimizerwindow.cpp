@@ -62,7 +62,7 @@ void showall(optimizerwindow& open) {
     for (std::size_t f = 0; f < optimizerfiles; ++f) {
         const optimizerfile& file = Optimizer.file[f];
         open.file[f].name->setText(qttext(file.name));
-        open.file[f].name->setToolTip(qttext(file.name)); // the field may be too narrow for it
+        open.file[f].name->setToolTip(tooltipof(qttext(file.name))); // the field may be too narrow for it
         open.file[f].progress->setValue(file.percent);
         for (std::size_t column = 0; column < file.cell.size(); ++column)
             open.file[f].grid->item(0, static_cast<int>(column))->setText(qttext(file.cell[column]));

@@ -47,7 +47,7 @@ void showrow(const sumwindow& open, std::size_t row) {
         const QString text = qttext(listcell(open.list, row, static_cast<std::size_t>(column)));
         QTableWidgetItem* item = open.form.MSFlexGrid1->item(static_cast<int>(row), column);
         item->setText(text);
-        item->setToolTip(text); // a column may be too narrow for it
+        item->setToolTip(tooltipof(text)); // a column may be too narrow for it
     }
 }
 

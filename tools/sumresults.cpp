@@ -11,6 +11,7 @@
 #include "base/runtimeerror.h"
 #include "platform/platform.h"
 #include "results/resultreader.h"
+#include "results/resultset.h"
 #include "tools/jobfile.h"
 #include "tools/suminput.h"
 

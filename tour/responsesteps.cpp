@@ -46,7 +46,7 @@ QPoint plotpoint(const QWidget& plot, double time, double level) {
 // The picture's pixel of a receiver in the 3D view.
 QPoint receiverpixel(std::int32_t receiver) {
     const DrawSurface& picture = platform::picture();
-    const picturepoint at = projected(receiverpoint(receiver));
+    const picturepoint at = projectpoint(receiverpoint(receiver));
     return QPoint(static_cast<int>(picture.toDeviceX(at.x) / picture.scale),
                   static_cast<int>(picture.toDeviceY(at.y) / picture.scale));
 }

@@ -67,10 +67,8 @@ void setcamera(const handcamera& camera) {
 }
 
 picturepoint projected(const vector& point) {
-    picturepoint at{};
-    projectpoint(static_cast<double>(point.x), static_cast<double>(point.y), static_cast<double>(point.z),
-                 at.x, at.y);
-    return at;
+    return projectpoint(
+        {static_cast<double>(point.x), static_cast<double>(point.y), static_cast<double>(point.z)});
 }
 
 std::vector<vector> hallcorners() {

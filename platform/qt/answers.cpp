@@ -128,14 +128,6 @@ void answerprint(QPrintDialog& dialog, const std::string& path) {
     closewindow(dialog, true);
 }
 
-void expectcolourdialog(std::string what, std::function<void(QColorDialog&)> act) {
-    expect(std::move(what), [act = std::move(act)](QWidget& window) {
-        auto* dialog = qobject_cast<QColorDialog*>(&window);
-        if (dialog) act(*dialog);
-        return dialog != nullptr;
-    });
-}
-
 } // namespace
 
 void watch(std::function<void(const std::string&)> failed) {
@@ -176,14 +168,13 @@ void expectfile(std::string fragment, std::string path, look before) {
 }
 
 void expectcolour(std::int32_t colour) {
-    expectcolourdialog("the colour dialog", [colour](QColorDialog& dialog) {
-        dialog.setCurrentColor(qtcolour(colour));
-        closewindow(dialog, true);
+    expect("the colour dialog", [colour](QWidget& window) {
+        auto* dialog = qobject_cast<QColorDialog*>(&window);
+        if (!dialog) return false;
+        dialog->setCurrentColor(qtcolour(colour));
+        closewindow(window, true);
+        return true;
     });
-}
-
-void expectnocolour() {
-    expectcolourdialog("the colour dialog", [](QColorDialog& dialog) { closewindow(dialog, false); });
 }
 
 void expectprint(std::string path, look before) {

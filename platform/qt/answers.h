@@ -30,9 +30,8 @@ void expectbox(std::string fragment, platform::answer given, look before = {});
 // ... a file dialog whose title holds `fragment`; answered with a path, or cancelled for an empty one.
 void expectfile(std::string fragment, std::string path, look before = {});
 
-// ... the colour dialog, answered with a colour 0x00BBGGRR, or cancelled.
+// ... the colour dialog, answered with a colour 0x00BBGGRR.
 void expectcolour(std::int32_t colour);
-void expectnocolour();
 
 // ... the print dialog, answered by printing to a PDF file, or cancelled for an empty path.
 void expectprint(std::string path, look before = {});

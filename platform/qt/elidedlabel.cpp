@@ -4,6 +4,7 @@
 #include "platform/qt/windowhook.h"
 
 #include <QLabel>
+#include <QTextDocument>
 #include <QVariant>
 
 #include <algorithm>
@@ -22,6 +23,11 @@ void keepelided(QLabel& label) {
     hook(label, {.resize = [&label] { showelided(label, label.property(whole).toString()); }});
 }
 
+QString tooltipof(const QString& text) {
+    if (!Qt::mightBeRichText(text)) return text;
+    return "<span style='white-space: pre'>" + text.toHtmlEscaped() + "</span>";
+}
+
 void showelided(QLabel& label, const QString& text) {
     showelided(label, text, label.contentsRect().width() - 2 * std::max(label.indent(), 0));
 }
@@ -29,7 +35,7 @@ void showelided(QLabel& label, const QString& text) {
 void showelided(QLabel& label, const QString& text, int room) {
     label.setProperty(whole, text);
     label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, room));
-    label.setToolTip(label.text() == text ? QString() : text);
+    label.setToolTip(label.text() == text ? QString() : tooltipof(text));
 }
 
 } // namespace orv

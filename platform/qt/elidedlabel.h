@@ -9,6 +9,9 @@ namespace orv {
 // The label takes what width it is given, and fits its text anew whenever that changes.
 void keepelided(QLabel& label);
 
+// A text as a tool tip that shows it as it is; Qt takes for HTML what looks like some.
+QString tooltipof(const QString& text);
+
 // Shows a text, without its middle where it is too long; the whole is then the tool tip.
 void showelided(QLabel& label, const QString& text);
 

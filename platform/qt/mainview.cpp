@@ -14,7 +14,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFontMetrics>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -25,6 +24,8 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QStringListModel>
+
+#include <algorithm>
 
 namespace orv::platform {
 
@@ -146,7 +147,7 @@ void setvisible(const std::string& control, bool visible) {
     mainwindow& window = *MainWindow;
     if (ispicture(control)) {
         window.pictureshown = visible;
-        window.logwanted = false;
+        if (!window.keeplog) window.logwanted = false;
         return showpage();
     }
     // A field that vanishes has not been left by the user.

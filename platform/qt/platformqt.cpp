@@ -41,16 +41,18 @@
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QProcess>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QTreeView>
 #include <QUrl>
 
-#include <array>
+#include <algorithm>
 #include <chrono>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
@@ -196,6 +198,8 @@ std::vector<std::string> askfiles(const filerequest& request, QFileDialog::FileM
 
 // A box breaks its lines between words, and would not show the end of a name without blanks that is wider
 // than the screen.
+constexpr QChar breakhere(0x200B); // of no width
+
 QString breakable(const QString& text) {
     constexpr int longest = 80; // characters of a word
     QString broken;
@@ -203,9 +207,19 @@ QString breakable(const QString& text) {
     for (const QChar letter : text) {
         length = letter.isSpace() ? 0 : length + 1;
         broken += letter;
-        if (length > 0 && length % longest == 0) broken += QChar(0x200B); // of no width
+        if (length > 0 && length % longest == 0) broken += breakhere;
     }
     return broken;
+}
+
+// What is copied from a box is the text without these breaks.
+void copyunbroken(QMessageBox& box) {
+    QClipboard* const clipboard = QGuiApplication::clipboard();
+    QObject::connect(clipboard, &QClipboard::changed, &box, [clipboard, &box](QClipboard::Mode mode) {
+        QString copied = clipboard->text(mode);
+        if (copied.contains(breakhere) && box.text().contains(copied))
+            clipboard->setText(copied.remove(breakhere), mode);
+    });
 }
 
 QPrinter& theprinter() {
@@ -285,6 +299,12 @@ int rundialog(QDialog& dialog) {
     return outcome;
 }
 
+void centreonscreen(QDialog& dialog) {
+    const QRect screen = MainWindow->form->screen()->availableGeometry();
+    const QPoint corner = screen.center() - dialog.rect().center();
+    dialog.move(std::max(corner.x(), screen.left()), std::max(corner.y(), screen.top()));
+}
+
 // --- Boxes and dialogs ---
 
 answer messagebox(const std::string& title, const std::string& text, buttons choice, icon sign,
@@ -293,6 +313,7 @@ answer messagebox(const std::string& title, const std::string& text, buttons cho
     box.setWindowTitle(qttext(title));
     box.setTextFormat(Qt::PlainText);
     box.setText(breakable(qttext(text)));
+    copyunbroken(box);
     for (const auto& row : boxbuttons)
         if (row.choice == choice) box.setStandardButtons(row.shown);
     for (const auto& row : boxicons)
@@ -393,6 +414,7 @@ void closewindows() {
 }
 
 void halt(int status) {
+    dropunfinished();
     std::fflush(nullptr);
     std::_Exit(status);
 }

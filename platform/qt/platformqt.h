@@ -22,4 +22,7 @@ QWidget* dialogparent();
 // other.
 int rundialog(QDialog& dialog);
 
+// Moves a dialog, in its size, to the middle of the main window's screen.
+void centreonscreen(QDialog& dialog);
+
 } // namespace orv::platform

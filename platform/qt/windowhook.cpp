@@ -1,10 +1,12 @@
 // The event filter behind hook().
 #include "platform/qt/windowhook.h"
 
+#include "platform/keycodes.h"
 #include "platform/qt/boundary.h"
 
 #include <QEvent>
 #include <QFocusEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QObject>
@@ -14,6 +16,23 @@
 namespace orv {
 
 namespace {
+
+constexpr struct {
+    Qt::Key key;
+    keycode code;
+} keycodes[] = {{Qt::Key_Backspace, keybackspace},
+                {Qt::Key_Return, keyenter},
+                {Qt::Key_Enter, keyenter},
+                {Qt::Key_Escape, keyescape},
+                {Qt::Key_PageUp, keypageup},
+                {Qt::Key_PageDown, keypagedown},
+                {Qt::Key_End, keyend},
+                {Qt::Key_Home, keyhome},
+                {Qt::Key_Left, keyleft},
+                {Qt::Key_Up, keyup},
+                {Qt::Key_Right, keyright},
+                {Qt::Key_Down, keydown},
+                {Qt::Key_F1, keyf1}};
 
 pointeraction actionof(QEvent::Type type) {
     switch (type) {
@@ -84,6 +103,17 @@ struct filter : QObject {
 };
 
 } // namespace
+
+int keycodeof(int key) {
+    for (const auto& row : keycodes)
+        if (row.key == key) return row.code;
+    return 0;
+}
+
+bool isplainkey() {
+    return (QGuiApplication::keyboardModifiers() &
+            (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+}
 
 void hook(QObject& watched, windowhook calls) {
     watched.installEventFilter(new filter(watched, std::move(calls)));

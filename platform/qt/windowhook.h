@@ -31,6 +31,12 @@ struct windowhook {
     std::function<void(Qt::FocusReason)> leave = {}; // has lost it
 };
 
+// The core's code of a Qt::Key (platform/keycodes.h), 0 for one that it does not know.
+int keycodeof(int key);
+
+// Whether the key that is being pressed comes without Ctrl, Alt and Meta.
+bool isplainkey();
+
 // Watches an object for the rest of its life.
 void hook(QObject& watched, windowhook calls);
 

@@ -16,19 +16,18 @@ namespace orv::scripted {
 
 namespace {
 
-enum class kind { box, open, save, colour, print, printersetup, window };
-constexpr const char* kindnames[] = {"box",          "open dialog",    "save dialog", "colour dialog",
-                                     "print dialog", "printer set-up", "window"};
+enum class kind { box, open, save, colour, print, window };
+constexpr const char* kindnames[] = {"box",           "open dialog",  "save dialog",
+                                     "colour dialog", "print dialog", "window"};
 
 struct expectation {
     kind what{};
-    std::string fragment;
+    std::string fragment = {};
     platform::answer given{};
-    std::optional<std::string> path;
-    std::optional<std::int32_t> colour;
+    std::optional<std::string> path = {};
+    std::optional<std::int32_t> colour = {};
     DrawSurface* page = nullptr;
-    bool confirmed = true;
-    step inside;
+    step inside = {};
 };
 
 struct delayedstep {
@@ -55,7 +54,6 @@ struct state {
     platform::regionmarks region{".", ","};
     std::uint64_t memory = std::uint64_t{8} << 30;
     std::string programdirectory = ".";
-    int loglines = 40;
     bool programs = true;
 };
 
@@ -160,56 +158,27 @@ bool called(std::string_view line) {
 }
 
 void expectbox(std::string fragment, platform::answer given) {
-    expectation one;
-    one.what = kind::box;
-    one.fragment = std::move(fragment);
-    one.given = given;
-    now.expected.push_back(std::move(one));
+    now.expected.push_back({.what = kind::box, .fragment = std::move(fragment), .given = given});
 }
 
 void expectopen(std::optional<std::string> path, std::string fragment) {
-    expectation one;
-    one.what = kind::open;
-    one.fragment = std::move(fragment);
-    one.path = std::move(path);
-    now.expected.push_back(std::move(one));
+    now.expected.push_back({.what = kind::open, .fragment = std::move(fragment), .path = std::move(path)});
 }
 
 void expectsave(std::optional<std::string> path, std::string fragment) {
-    expectation one;
-    one.what = kind::save;
-    one.fragment = std::move(fragment);
-    one.path = std::move(path);
-    now.expected.push_back(std::move(one));
+    now.expected.push_back({.what = kind::save, .fragment = std::move(fragment), .path = std::move(path)});
 }
 
 void expectcolour(std::optional<std::int32_t> colour) {
-    expectation one;
-    one.what = kind::colour;
-    one.colour = colour;
-    now.expected.push_back(std::move(one));
+    now.expected.push_back({.what = kind::colour, .colour = colour});
 }
 
 void expectprint(DrawSurface* page) {
-    expectation one;
-    one.what = kind::print;
-    one.page = page;
-    now.expected.push_back(std::move(one));
-}
-
-void expectprintersetup(bool confirmed) {
-    expectation one;
-    one.what = kind::printersetup;
-    one.confirmed = confirmed;
-    now.expected.push_back(std::move(one));
+    now.expected.push_back({.what = kind::print, .page = page});
 }
 
 void expectwindow(std::string name, step inside) {
-    expectation one;
-    one.what = kind::window;
-    one.fragment = std::move(name);
-    one.inside = std::move(inside);
-    now.expected.push_back(std::move(one));
+    now.expected.push_back({.what = kind::window, .fragment = std::move(name), .inside = std::move(inside)});
 }
 
 std::vector<std::string> pending() {
@@ -284,10 +253,6 @@ void setprogramdirectory(std::string directory) {
     now.programdirectory = std::move(directory);
 }
 
-void setloglines(int lines) {
-    now.loglines = lines;
-}
-
 } // namespace orv::scripted
 
 namespace orv::platform {
@@ -345,8 +310,6 @@ void printpicture(const std::function<void(DrawSurface&)>& draw) {
 
 void printersetup() {
     note("printersetup");
-    const auto taken = takeexpected(kind::printersetup, "", "");
-    if (!taken || !taken->confirmed) cancel();
 }
 
 void showwindow(const std::string& name, bool modal) {
@@ -429,7 +392,8 @@ void logline(const std::string& text) {
 }
 
 double logfill() {
-    return std::min(1.0, static_cast<double>(now.log.size()) / now.loglines);
+    constexpr double fulllines = 40;
+    return std::min(1.0, static_cast<double>(now.log.size()) / fulllines);
 }
 
 DrawSurface& picture() {

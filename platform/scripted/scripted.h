@@ -63,10 +63,8 @@ void expectsave(std::optional<std::string> path, std::string fragment = {});
 // ... the colour dialog.
 void expectcolour(std::optional<std::int32_t> colour);
 
-// ... the print dialog: the page is drawn on `page`, or the dialog is cancelled for null. The printer set-up
-// dialog.
+// ... the print dialog: the page is drawn on `page`, or the dialog is cancelled for null.
 void expectprint(DrawSurface* page);
-void expectprintersetup(bool confirmed = true);
 
 // ... a window of the program; `inside` runs while it is open.
 void expectwindow(std::string name, step inside = {});
@@ -99,7 +97,6 @@ void setregion(platform::regionmarks marks); // "." and "," at first
 void setmemory(std::uint64_t bytes);         // 8 GiB at first
 void setprogramdirectory(std::string directory); // "." at first
 void setprograms(bool there); // whether a command line or document finds its program; yes at first
-void setloglines(int lines);  // lines that fill the window with the log, 40 at first
 
 // What platform::halt throws here; no runtimeerror, so that no trap of the program stops it.
 struct halted {

@@ -74,6 +74,11 @@ TEST_F(files, AreReplacedWithoutATrace) {
     EXPECT_EQ(readtext("absent"), "three");
     fs::create_symlink("circle", "circle");
     EXPECT_EQ(kindof([] { replacefile("circle", "x"); }), errorkind::fileaccess);
+    const auto before = entries();
+    filewriter begun("room.ray");
+    EXPECT_EQ(entries(), before + 1);
+    dropunfinished(); // the program ends now
+    EXPECT_EQ(entries(), before);
     replacefile(std::string(255, 'n'), "as long as a name can be");
     EXPECT_EQ(kindof([] { replacefile("no/such/folder", "x"); }), errorkind::fileaccess);
 }

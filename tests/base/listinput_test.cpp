@@ -128,7 +128,7 @@ TEST(fields, ReadAlikeByAllRoads) {
         if (expected != fieldoutcome::read) continue;
         ASSERT_EQ(field.value, prefix.value) << text;
         float value = 0;
-        if (attempt([&] { readsingles(many, &value, 1); })) {
+        if (attempt([&] { readsingles(many, {&value, 1}); })) {
             ASSERT_EQ(value, static_cast<float>(prefix.value)) << text;
             ASSERT_EQ(many.position, quick.position) << text;
         }

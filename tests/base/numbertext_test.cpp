@@ -12,7 +12,6 @@
 #include <charconv>
 #include <cmath>
 #include <random>
-#include <utility>
 
 using namespace orv;
 

@@ -2,10 +2,10 @@
 #include "response/responseplot.h"
 
 #include "base/numbertext.h"
+#include "platform/keycodes.h"
 #include "response/raypathdisplay.h"
 #include "response/raypathset.h"
 #include "response/responselevels.h"
-#include "scene/camera.h"
 #include "scene/scenedrawing.h"
 #include "tests/golden.h"
 
@@ -119,7 +119,7 @@ TEST_F(plots, dragsZoomFromEitherSideAndEscapeGoesBack) {
         EXPECT_EQ(drawn([from = from, to = to] { drag(from, to); })[1].substr(0, 4), "line");
         EXPECT_EQ(SessionState.viewStart, std::max(static_cast<float>(std::min(from, to)), 0.0F));
         EXPECT_EQ(SessionState.viewEnd, static_cast<float>(std::max(from, to)));
-        presskey(plotescape, "");
+        presskey(keyescape, "");
         EXPECT_EQ(SessionState.viewStart, 0.0F);
         EXPECT_EQ(SessionState.viewEnd, 1.0F);
     }
@@ -131,10 +131,10 @@ TEST_F(plots, keysMoveTheCursor) {
     const struct {
         int key;
         const char *from, *to;
-    } cases[] = {{plotright, "0.1", "0.101"},   {plotleft, "0.1", "0.099"},  {plotup, "0.1", "0.11"},
-                 {plotdown, "0.1", "0.09"},     {plotpageup, "0.1", "0.12"}, {plotpagedown, "0.1", "0.08"},
-                 {plotenter, ".2504", "0.25"},  {plothome, "0.1", "0.001"},  {plotend, "0.1", "0.999"},
-                 {plotpageup, "0.99", "0.999"}, {plotleft, "0", "0.0"}};
+    } cases[] = {{keyright, "0.1", "0.101"},   {keyleft, "0.1", "0.099"},  {keyup, "0.1", "0.11"},
+                 {keydown, "0.1", "0.09"},     {keypageup, "0.1", "0.12"}, {keypagedown, "0.1", "0.08"},
+                 {keyenter, ".2504", "0.25"},  {keyhome, "0.1", "0.001"},  {keyend, "0.1", "0.999"},
+                 {keypageup, "0.99", "0.999"}, {keyleft, "0", "0.0"}};
     for (const auto& one : cases) {
         presskey(one.key, one.from);
         EXPECT_EQ(ResponsePlot.Xtext, one.to) << one.key;
@@ -146,7 +146,7 @@ TEST_F(plots, keysMoveTheCursor) {
     response(1000, 0.0001F); // finer than the text
     open();
     pressplot(0.01, 1);
-    for (int i = 0; i < 20; ++i) presskey(plotright, ResponsePlot.Xtext);
+    for (int i = 0; i < 20; ++i) presskey(keyright, ResponsePlot.Xtext);
     EXPECT_EQ(ResponsePlot.Xtext, "0.012");
 }
 
@@ -196,7 +196,7 @@ TEST_F(plots, levelsFollowReceiverBandAndLoad) {
     EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 40);
     ResultSet.timeStep = 0; // no response at all
     pressplot(0.1, 1);
-    presskey(plotright, "1");
+    presskey(keyright, "1");
     impulsedraw(0, 0);
 }
 
@@ -222,18 +222,18 @@ TEST_F(plots, barsShowWhatPathsDoNotExplain) {
     EXPECT_FLOAT_EQ(ResponseLevels.responseLevel[1], 3.0103F) << "of 2: single precision at each path";
     choosereceiver(0);
     EXPECT_EQ(ResponsePlot.RecNo, 1) << "only single receivers have paths";
-    presskey(plotright, "");
+    presskey(keyright, "");
     EXPECT_EQ(ResponsePlot.PathN, "2");
     EXPECT_EQ(ResponsePlot.Xtext, "0.3");
-    presskey(plotdown, "");
+    presskey(keydown, "");
     EXPECT_EQ(SessionState.markedPath, 1);
-    presskey(plotend, "");
+    presskey(keyend, "");
     EXPECT_EQ(ResponsePlot.schlabel, "---");
-    presskey(plotenter, "0.29");
+    presskey(keyenter, "0.29");
     EXPECT_EQ(SessionState.selectedPath, 2);
     choosereceiver(2); // which has none
     EXPECT_EQ(SessionState.markedPath, 0);
-    presskey(plotright, "");
+    presskey(keyright, "");
     pressplot(0.5, 1);
     EXPECT_EQ(ResponsePlot.PathN, "0");
 }
@@ -309,7 +309,7 @@ TEST_F(scenepaths, theMarkedPathIsOnThePictureOnce) {
     draw2dview(picture.surface, true);
     step("shown", [&] { showpaths(); });
     EXPECT_EQ(scripted::statustext(1), "Click near to a receiver for selecting its response...");
-    step("the next one instead", [] { presskey(plotright, ""); });
+    step("the next one instead", [] { presskey(keyright, ""); });
     step("with the scene", [&] { draw2dview(picture.surface, true); });
     step("closed", [] {
         scripted::atclose(responsewindowname, closeplot);
@@ -320,7 +320,7 @@ TEST_F(scenepaths, theMarkedPathIsOnThePictureOnce) {
     step("the next one, under other choices", [] {
         SessionState.viewPlane = planechoice::YZ; // what the next drawing is to show
         SessionState.colourRays = rgb(0, 0, 255);
-        presskey(plotright, "");
+        presskey(keyright, "");
     });
     expectgolden("markedpath.txt", story);
 }

@@ -7,7 +7,6 @@
 #include "tests/testsupport.h"
 
 #include <cmath>
-#include <cstdint>
 #include <string>
 #include <vector>
 

@@ -9,7 +9,6 @@
 #include "tests/golden.h"
 #include "tests/testsupport.h"
 
-#include <cmath>
 #include <vector>
 
 namespace orv {

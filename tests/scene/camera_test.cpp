@@ -37,10 +37,9 @@ struct cameratest : sessiontest {
 // The verification holds points before the camera.
 TEST_F(cameratest, pointsbehindandpicturesbeyondthetarget) {
     const auto expectpoint = [](double x, double y, double z, double across, double upwards) {
-        double u, v;
-        projectpoint(x, y, z, u, v);
-        EXPECT_NEAR(u, across, 1E-6);
-        EXPECT_NEAR(v, upwards, 1E-6);
+        const picturepoint at = projectpoint({x, y, z});
+        EXPECT_NEAR(at.x, across, 1E-6);
+        EXPECT_NEAR(at.y, upwards, 1E-6);
     };
     place(0, 0, 0, 0, 10, 0);
     setupcamera();
@@ -56,10 +55,9 @@ TEST_F(cameratest, divisionbyzerokeepsthederivedfields) {
     setupcamera();
     EXPECT_EQ(platform::gettext("FocLenght"), "50");
     EXPECT_EQ(platform::gettext("TargetX"), "10.0");
-    double u = 1, v = 1;
-    projectpoint(0, 7, 2, u, v); // beside the camera
-    EXPECT_EQ(u, 0);
-    EXPECT_EQ(v, 0);
+    const picturepoint beside = projectpoint({0, 7, 2});
+    EXPECT_EQ(beside.x, 0);
+    EXPECT_EQ(beside.y, 0);
     EXPECT_TRUE(scripted::called("beep"));
     // upright, on the target, and with the target in the picture plane
     const float cases[][6] = {{3, 4, 9, 3, 4, 1}, {1, 2, 3, 1, 2, 3}, {0, 0, 0, 5, 0, 0}};

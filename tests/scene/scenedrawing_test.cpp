@@ -3,6 +3,7 @@
 
 #include "maps/blanking.h"
 #include "maps/redrawview.h"
+#include "platform/keycodes.h"
 #include "scene/camera.h"
 #include "scene/viewcommands.h"
 #include "shell/startup.h"

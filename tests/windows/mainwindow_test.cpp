@@ -111,6 +111,18 @@ TEST_F(mainwindowtest, OpensAResultAndItsRoom) {
     EXPECT_EQ(page(), &control("LoadLog"));
     choose("CamRedr2D");
     EXPECT_EQ(page(), &control("Picture1"));
+
+    // Asked for while the picture is drawn in a new size, which nobody asked for.
+    int changes = 0;
+    MainWindow->picture.changed = [&] {
+        picturecontents(MainWindow->picture);
+        if (++changes == 2) QTest::mouseClick(&control("LogButton"), Qt::LeftButton);
+    };
+    picturecontents(MainWindow->picture);
+    form().resize(form().size() - QSize(40, 40));
+    QTest::qWait(1);
+    MainWindow->picture.changed = nullptr;
+    EXPECT_EQ(page(), &control("LoadLog"));
 }
 
 TEST_F(mainwindowtest, CameraFieldsActOnEnterAndOnLeaving) {

@@ -138,6 +138,20 @@ TEST(paintersurface, Circlesarethepainters) {
         }
         EXPECT_EQ(snapshot(picture), expected) << radius;
     }
+    // Pens of the same pixels at two scales have other ends.
+    const auto dotted = [](paintersurface& on, double width, double radius) {
+        resizepicture(on, 120, 90, 2 / width);
+        on.surface.setFillStyle(fillstyle::transparent);
+        on.surface.setDrawStyle(drawstyle::dotted);
+        on.surface.setDrawWidth(width);
+        on.surface.clear();
+        on.surface.circle(30, 30, radius, red);
+    };
+    paintersurface fresh(120, 90, 1);
+    dotted(picture, 1, 7);
+    dotted(picture, 2, 14);
+    dotted(fresh, 2, 14);
+    EXPECT_EQ(snapshot(picture), snapshot(fresh));
 }
 
 TEST(paintersurface, Keepsandresizes) {

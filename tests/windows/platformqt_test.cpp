@@ -2,10 +2,12 @@
 #include "windowtest.h"
 
 #include "platform/qt/boundary.h"
+#include "platform/qt/elidedlabel.h"
 #include "tests/failures.h"
 
 #include <QClipboard>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTreeView>
@@ -65,6 +67,19 @@ TEST_F(platformtest, BoxesShowWhatTheyAreGiven) {
 
     platform::cliptext("na\xEFve\tx");
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromUtf8("na\xC3\xAFve\tx"));
+
+    // A word that is broken to fit is copied whole.
+    const std::string path(200, 'x');
+    answers::expectbox("xxx", answer::ok, [](QWidget& window) {
+        auto& label = *window.findChild<QLabel*>("qt_msgbox_label");
+        label.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        label.setSelection(0, static_cast<int>(label.text().size()));
+        QTest::keyClick(&label, Qt::Key_C, Qt::ControlModifier);
+    });
+    platform::messagebox("Full", path, buttons::ok, platform::icon::none, answer::ok);
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), path);
+    EXPECT_EQ(tooltipof("a/b.ray"), "a/b.ray");
+    EXPECT_EQ(tooltipof("a/<b>.ray"), "<span style='white-space: pre'>a/&lt;b&gt;.ray</span>");
 
     // Closing a question is a No, whatever its default button.
     answers::expectwindow("", [](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); });
