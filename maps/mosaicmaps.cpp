@@ -1,6 +1,7 @@
 // The two mosaic maps: a common head, the walk over the cells by columns, and how a cell is painted in each.
 #include "maps/mosaicmaps.h"
 
+#include "base/arithmetic.h"
 #include "base/numbertext.h"
 #include "base/runtimeerror.h"
 #include "maps/colourschemes.h"
@@ -69,13 +70,14 @@ std::int32_t cellcolour(double value) {
     return schemecolour(c);
 }
 
-// One cell: its lower corner and its place in the plane's two axes, and its value.
+// One cell: its lower corner in the plane's two axes, and its value, which a blanked one has not.
 struct mapcell {
     double a, b;
     double value;
+    bool blanked;
 };
 
-// Calls `paint` for each cell that is not blanked, column by column, until the user stops it.
+// Calls `paint` for each cell, column by column, until the user stops it.
 template <class step>
 void eachcell(const mosaic& map, step&& paint) {
     const maprectangle& area = map.area;
@@ -91,12 +93,9 @@ void eachcell(const mosaic& map, step&& paint) {
         if (!map.gridded) fieldcolumn(map.receivers, (a + a + area.cellWidth) / 2, middle, value);
         for (int j = 0; j < map.rows; ++j) {
             const std::size_t row = static_cast<std::size_t>(j);
-            if (map.gridded) {
-                const float node = MapGrid(j, i);
-                if (node == blankedvalue) continue;
-                value[row] = static_cast<double>(node);
-            }
-            paint(mapcell{a, b[row], value[row]});
+            const bool blanked = map.gridded && MapGrid(j, i) == blankedvalue;
+            if (map.gridded) value[row] = wide(MapGrid(j, i));
+            paint(mapcell{a, b[row], value[row], blanked});
         }
         platform::statustext(2, numbertext(std::trunc(100.0 * (i + 1) / map.columns)) + "%");
         platform::yield();
@@ -120,6 +119,7 @@ bool drawdither2d(DrawSurface& surface) {
     drawcolourscale(surface);
     const double width = map.area.cellWidth, height = map.area.cellHeight;
     eachcell(map, [&](const mapcell& cell) {
+        if (cell.blanked) return;
         const std::int32_t colour = cellcolour(cell.value);
         surface.setFillStyle(fillstyle::solid);
         surface.setFillColor(colour);
@@ -148,6 +148,7 @@ bool drawdither3d(DrawSurface& surface, bool clearfirst) {
         const picturepoint low = projected(map, cell.a, cell.b);
         const picturepoint high = projected(map, cell.a, cell.b + stripoverlap * height);
         surface.setDrawWidth(-surface.toPixelsY(std::hypot(high.x - low.x, high.y - low.y)));
+        if (cell.blanked) return; // not before: a blanked cell in the camera's plane beeps as any other
         const picturepoint from = projected(map, cell.a, middle), to = projected(map, cell.a + width, middle);
         surface.line(from.x, from.y, to.x, to.y, cellcolour(cell.value));
     });

@@ -112,8 +112,9 @@ double DrawSurface::textWidth(std::string_view line) const {
 }
 
 std::string DrawSurface::elided(std::string_view line, double room) const {
+    constexpr double rounding = 1e-9; // of a room that the line just fits
     std::string shown(line);
-    for (std::size_t kept = line.size(); textWidth(shown) > room && kept-- > 0;)
+    for (std::size_t kept = line.size(); textWidth(shown) > room * (1 + rounding) && kept-- > 0;)
         shown = std::string(line.substr(0, kept / 2)) + "..." +
                 std::string(line.substr(line.size() - (kept - kept / 2)));
     return shown;

@@ -195,6 +195,19 @@ TEST_F(maptest, GridAndBlankedNodes) {
     redrawview(picture.surface); // the own interpolation is not
     EXPECT_EQ(items("filledbox").size(), 0U);
     EXPECT_EQ(SessionState.mapKind, "Dither");
+
+    SessionState.gridReady = -1;
+    SessionState.useSurfer = true;
+    SessionState.cameraY = 10; // the corners of the upper cells lie in the camera's plane
+    SessionState.targetY = 30;
+    const auto beeps = [this] {
+        const std::size_t before = scripted::countcalls("beep");
+        EXPECT_TRUE(drawdither3d(picture.surface, true));
+        return scripted::countcalls("beep") - before;
+    };
+    const std::size_t withblanked = beeps();
+    MapGrid(1, 0) = 63;
+    EXPECT_EQ(withblanked, beeps());
 }
 
 TEST_F(maptest, EscapeEndsTheColumns) {

@@ -25,6 +25,7 @@ TEST(drawsurface, windows) {
     EXPECT_DOUBLE_EQ(s.textWidth("abc"), 0.24);
     EXPECT_EQ(s.elided("abcdefgh", 0.64), "abcdefgh");
     EXPECT_EQ(s.elided("abcdefgh", 0.63), "ab...gh");
+    EXPECT_EQ(s.elided("abcdefgh", 0.64 - 1e-15), "abcdefgh"); // a room that is a rounding short
     EXPECT_DOUBLE_EQ(s.textHeight("abc"), -0.16);
     s.resize(1600, 800, 2); // a dense device has the same size in pixels, and the window stays
     EXPECT_DOUBLE_EQ(s.toPixelsY(1), -100);
