@@ -75,28 +75,30 @@ bool isdigit(char c) {
 
 // What stands in front of an exponent.
 struct mantissa {
-    std::uint64_t whole = 0; // of the digits that fit
-    int digits = 0;          // how many those are, from the first that is not 0
-    int power = 0;           // of ten, times which `whole` is meant
-    bool seen = false;       // there is a digit at all
-    bool cut = false;        // some other than 0 did not fit
+    std::uint64_t whole; // of the digits that fit
+    int digits;          // how many those are, from the first that is not 0
+    int power;           // of ten, times which `whole` is meant
+    bool seen;           // there is a digit at all
+    bool cut;            // some other than 0 did not fit
 };
 
-// Takes digits with at most one point among them.
-mantissa takemantissa(const char*& at, const char* end) {
-    mantissa taken;
-    bool point = false;
+// Takes digits with at most one point among them. In variables of its own, which stay in registers.
+mantissa takemantissa(const char*& from, const char* end) {
+    const char* at = from;
+    std::uint64_t whole = 0;
+    int digits = 0, power = 0;
+    bool seen = false, point = false, cut = false;
     for (; at != end; ++at) {
         const auto digit = static_cast<unsigned>(static_cast<unsigned char>(*at) - '0');
         if (digit <= 9) {
-            taken.seen = true;
-            if (taken.digits < wholeplaces) {
-                taken.whole = taken.whole * 10 + digit;
-                if (taken.whole != 0) ++taken.digits;
-                taken.power -= point;
+            seen = true;
+            if (digits < wholeplaces) {
+                whole = whole * 10 + digit;
+                if (whole != 0) ++digits;
+                power -= point;
             } else {
-                taken.cut = taken.cut || digit != 0;
-                taken.power += !point;
+                cut = cut || digit != 0;
+                power += !point;
             }
         } else if (*at == '.' && !point) {
             point = true;
@@ -104,7 +106,8 @@ mantissa takemantissa(const char*& at, const char* end) {
             break;
         }
     }
-    return taken;
+    from = at;
+    return {whole, digits, power, seen, cut};
 }
 
 // Takes an exponent, only if a digit follows its letter and sign; 0 where there is none.
@@ -121,22 +124,19 @@ int takeexponent(const char*& at, const char* end) {
     return down ? -exponent : exponent;
 }
 
-// The value of a mantissa, as it was read and as it is written, with its exponent.
-numberprefix magnitudeof(const mantissa& read, std::string_view written, int exponent) {
-    numberprefix result;
-    const int power = read.power + exponent;
-    if (read.whole == 0) return result;
-    if (!read.cut && read.whole <= exactwhole && power >= -highestexact && power <= highestexact) {
-        result.value = timespoweroften(static_cast<double>(read.whole), power);
-        return result;
-    }
-    const std::string plain = std::string(written) + 'e' + std::to_string(exponent);
+// Whether the number is one operation away from its two parts, which a double holds exactly.
+bool isexact(const mantissa& read, int power) {
+    return !read.cut && read.whole <= exactwhole && power >= -highestexact && power <= highestexact;
+}
+
+// The value of a number that is not, from its digits as they are written.
+void readlong(std::string_view digits, int exponent, bool large, numberprefix& result) {
+    const std::string plain = std::string(digits) + 'e' + std::to_string(exponent);
     if (std::from_chars(plain.data(), plain.data() + plain.size(), result.value).ec ==
         std::errc::result_out_of_range) {
-        result.overflow = read.digits + power > 0; // else it is too small, which is 0
+        result.overflow = large; // else it is too small, which is 0
         result.value = 0;
     }
-    return result;
 }
 
 } // namespace
@@ -301,8 +301,13 @@ numberprefix readprefix(std::string_view text) {
     if (!read.seen) return {};
     const std::string_view written(digits, at);
     const int exponent = takeexponent(at, end);
-    numberprefix result = magnitudeof(read, written, exponent);
+    const int power = read.power + exponent;
+    numberprefix result;
     result.length = static_cast<std::size_t>(at - begin);
+    if (isexact(read, power))
+        result.value = timespoweroften(static_cast<double>(read.whole), power);
+    else if (read.whole != 0)
+        readlong(written, exponent, read.digits + power > 0, result);
     if (negative) result.value = -result.value;
     return result;
 }
