@@ -287,7 +287,6 @@ void readreceiver(loading& load) {
 }
 
 void readrayline(loading& load) {
-    roommodel& r = RoomModel;
     const std::int32_t ray = nextslot(load.counts.raylines, highestrayline, "ray lines");
     const linepoints line = readpoints(load);
     const roompoint start = stored(line.start);
@@ -295,12 +294,7 @@ void readrayline(loading& load) {
     const roompoint direction =
         stored({(line.end.x - line.start.x) / raylength, (line.end.y - line.start.y) / raylength,
                 (line.end.z - line.start.z) / raylength});
-    r.rayLineX1(ray) = start.x;
-    r.rayLineY1(ray) = start.y;
-    r.rayLineZ1(ray) = start.z;
-    r.rayLineX2(ray) = direction.x;
-    r.rayLineY2(ray) = direction.y;
-    r.rayLineZ2(ray) = direction.z;
+    setrayline(ray, start, direction);
     logentity("RAY ", ray, start.x, start.y, start.z, direction.x, direction.y, direction.z);
 }
 

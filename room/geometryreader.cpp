@@ -181,12 +181,7 @@ void readreceiver(loading& load) {
 void readrayline(loading& load) {
     const std::int32_t line = nextslot(load, load.counts.raylines, highestrayline, "ray lines");
     const auto [start, direction] = readpoints(load.fields);
-    RoomModel.rayLineX1(line) = start.x;
-    RoomModel.rayLineY1(line) = start.y;
-    RoomModel.rayLineZ1(line) = start.z;
-    RoomModel.rayLineX2(line) = direction.x;
-    RoomModel.rayLineY2(line) = direction.y;
-    RoomModel.rayLineZ2(line) = direction.z;
+    setrayline(line, start, direction);
 }
 
 void openwall(loading& load) {

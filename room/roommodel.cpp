@@ -41,6 +41,15 @@ void setreceiver(std::int32_t receiver, const roompoint& position, const roompoi
     RoomModel.receiverAimZ(receiver) = second.z;
 }
 
+void setrayline(std::int32_t ray, const roompoint& start, const roompoint& direction) {
+    RoomModel.rayLineX1(ray) = start.x;
+    RoomModel.rayLineY1(ray) = start.y;
+    RoomModel.rayLineZ1(ray) = start.z;
+    RoomModel.rayLineX2(ray) = direction.x;
+    RoomModel.rayLineY2(ray) = direction.y;
+    RoomModel.rayLineZ2(ray) = direction.z;
+}
+
 void resetroom() {
     RoomModel.faceCount = RoomModel.sourceCount = RoomModel.receiverCount = 0;
     RoomModel.holeCount = RoomModel.doorCount = RoomModel.rayLineCount = 0;

@@ -92,10 +92,11 @@ struct roompoint {
 };
 
 // Each stores one place of a record: a face's vertex; a source's position and aiming point; a receiver's
-// position and second point. The box stays as it is. Raise subscript.
+// position and second point; a ray line's start and direction. The box stays as it is. Raise subscript.
 void setvertex(std::int32_t face, int vertex, const roompoint& at);
 void setsource(std::int32_t source, const roompoint& position, const roompoint& aim);
 void setreceiver(std::int32_t receiver, const roompoint& position, const roompoint& second);
+void setrayline(std::int32_t ray, const roompoint& start, const roompoint& direction);
 
 // Counts to 0 and the box to one that any point extends (maxima -1E9, minima 1E9), as every reader begins.
 void resetroom();
